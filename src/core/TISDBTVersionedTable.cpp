@@ -1,0 +1,77 @@
+#include "TISDBTVersionedTable.h"
+
+#include "Bytes.h"
+#include "ISDBTUtils.h"
+#include "Json.h"
+#include "Log.h"
+
+namespace Sarn {
+
+TISDBTVersionedTable::TISDBTVersionedTable(Type tableType, unsigned int minimumLength,
+                                           unsigned short expectedId, unsigned char* bytes,
+                                           unsigned int length)
+    : TISDBTTable(tableType, minimumLength, expectedId, bytes, length),
+      tableIdExtension(0),
+      version(0),
+      currentNextIndicator(0),
+      sectionNumber(0),
+      lastSectionNumber(0) {}
+
+TISDBTVersionedTable::~TISDBTVersionedTable() {}
+
+bool TISDBTVersionedTable::parseCommonHeader(unsigned char* bytes, unsigned int length,
+                                             int checkCrc, unsigned short* error,
+                                             unsigned short* remaining, TISDBTTable* previous) {
+    unsigned short body = 0;
+    if (!TISDBTTable::parseCommonHeader(bytes, length, checkCrc, error, &body, nullptr))
+        return false;
+    if (previous != nullptr && previous->getType() != type) {
+        ISDBTUtils::setErrorCode(error, ERROR_PREVIOUS_TABLE_TYPE);
+        return false;
+    }
+    if (body < 5) {
+        SARN_LOGW("%s: TISDBTVersionedTable::parse: Section length %d < 5", static_cast<int>(body));
+        ISDBTUtils::setErrorCode(error, ERROR_SECTION_LENGTH);
+        return false;
+    }
+    tableIdExtension = bytes::be16(bytes + 3);
+    version = static_cast<unsigned char>((bytes[5] & 0x3E) >> 1);
+    currentNextIndicator = bytes[5] & 0x01;
+    sectionNumber = bytes[6];
+    lastSectionNumber = bytes[7];
+    body = static_cast<unsigned short>(body - 5);
+    if (remaining != nullptr)
+        *remaining = body;
+    if (previous == nullptr)
+        return true;
+
+    if (sectionNumber != 0) {
+        // Only single-section tables are compared with a previous table; the
+        // caller's error code is left as it was.
+        SARN_LOGW("%s: TISDBTVersionedTable::parse: Multi-section parsing not supported. TODO!");
+        return false;
+    }
+    // Same kind (checked above), so previous is versioned as well.
+    const TISDBTVersionedTable* before = static_cast<const TISDBTVersionedTable*>(previous);
+    if (before->version != version || before->crc32 != crc32)
+        return true;
+    ISDBTUtils::setErrorCode(error, ERROR_TABLE_UNCHANGED);
+    return false;
+}
+
+void TISDBTVersionedTable::appendHeaderJSON(std::string& out) const {
+    TISDBTTable::appendHeaderJSON(out);
+    json::Out(out) << ",\"table_id_extension\":" << tableIdExtension
+                   << ",\"version_number\":" << version
+                   << ",\"current_next_indicator\":" << currentNextIndicator
+                   << ",\"section_number\":" << sectionNumber
+                   << ",\"last_section_number\":" << lastSectionNumber;
+}
+
+std::string TISDBTVersionedTable::toJSON() const {
+    std::string out;
+    appendHeaderJSON(out);
+    return out;
+}
+
+}  // namespace Sarn

@@ -1,0 +1,140 @@
+// Descriptor header checks, base rendering and the generic loop walk.
+#include <gtest/gtest.h>
+
+#include "DescriptorLoop.h"
+#include "ISDBTUtils.h"
+#include "LogCapture.h"
+#include "Sections.h"
+#include "TISDBTDescriptor.h"
+
+using namespace Sarn;
+
+namespace {
+std::string line(const char* text) {
+    return std::string("5 SarnISDBTUtils: ") + text;
+}
+
+bool header(Bytes b, unsigned char min, unsigned short tag, unsigned short* code) {
+    return TISDBTDescriptor::parseCommonHeader(b.empty() ? nullptr : b.data(),
+                                               static_cast<unsigned int>(b.size()), code, min, tag);
+}
+}  // namespace
+
+TEST(DescriptorHeader, FiveChecksInOrder) {
+    LogCapture log;
+    unsigned short code = 0;
+    EXPECT_FALSE(header({}, 1, 0x52, &code));
+    EXPECT_EQ(code, ERROR_INVALID_DATA);
+    EXPECT_FALSE(header({0x52, 0x01}, 1, 0x52, &code));
+    EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
+    EXPECT_FALSE(header({0x48, 0x01, 0x00}, 1, 0x52, &code));
+    EXPECT_EQ(code, ERROR_UNEXPECTED_DESCRIPTOR_TAG);
+    EXPECT_FALSE(header({0x52, 0x05, 0x00}, 1, 0x52, &code));
+    EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
+    EXPECT_FALSE(header({0x52, 0x00, 0x00}, 1, 0x52, &code));
+    EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
+    EXPECT_TRUE(header({0x52, 0x01, 0x07}, 1, 0x52, &code));
+    EXPECT_EQ(code, ERROR_NONE);
+    // A minimum of 254 wraps the required size to 0: only the header must be there.
+    EXPECT_TRUE(header({0x52, 0xFE, 0x00}, 254, 0x52, &code) == false);
+    EXPECT_TRUE(TISDBTDescriptor::parseCommonHeader(nullptr, 0, nullptr, 1, 0x52) == false);
+
+    EXPECT_EQ(
+        log.texts(),
+        (std::vector<std::string>{
+            line("TISDBTDescriptor::parseCommonHeader: (1) Invalid data. Aborting!"),
+            line("TISDBTDescriptor::parseCommonHeader: (2) Longer data length is required: 2 < "
+                 "3. Aborting!"),
+            line("TISDBTDescriptor::parseCommonHeader: (3) Unexpected Descriptor Tag. Got 0x48, "
+                 "instead of 0x52. Aborting!"),
+            line("TISDBTDescriptor::parseCommonHeader: (4) Longer data length is required: 7 < "
+                 "3. Aborting!"),
+            line("TISDBTDescriptor::parseCommonHeader: (5) Longer descriptor length is "
+                 "required: 0 < 1. Aborting!"),
+            line("TISDBTDescriptor::parseCommonHeader: (4) Longer data length is required: 256 "
+                 "< 3. Aborting!"),
+            line("TISDBTDescriptor::parseCommonHeader: (1) Invalid data. Aborting!"),
+        }));
+}
+
+TEST(DescriptorBase, RendersMembersAndHexContent) {
+    Bytes b = {0x52, 0x01, 0x0A};
+    TISDBTDescriptor d(0x52, b.data(), 3);
+    EXPECT_EQ(d.toJSON(),
+              "\"errors\":0,\"descriptor_tag\":82,\"descriptor_length\":1,\"descriptor_content\":"
+              "\"0x0a\"");
+    d.setErrorFlag(0x02);
+    d.setErrorFlag(0x80);
+    EXPECT_EQ(d.toJSONInternal(0), "\"errors\":130,\"descriptor_tag\":82,\"descriptor_length\":1");
+
+    // The tag is the class's, not byte 0; a zero length has no content member.
+    Bytes empty = {0x99, 0x00};
+    TISDBTDescriptor e(0xFD, empty.data(), 2);
+    EXPECT_EQ(e.toJSON(), "\"errors\":0,\"descriptor_tag\":253,\"descriptor_length\":0");
+
+    // A descriptor built over fewer bytes than its length byte claims renders
+    // only what it was given.
+    Bytes cut = {0x4D, 0x05, 0xAB, 0xCD};
+    TISDBTDescriptor c(0x4D, cut.data(), 4);
+    EXPECT_EQ(c.toJSON(),
+              "\"errors\":0,\"descriptor_tag\":77,\"descriptor_length\":5,\"descriptor_content\":"
+              "\"0xabcd\"");
+    TISDBTDescriptor one(0x4D, cut.data(), 1);
+    EXPECT_EQ(one.getDescriptorLength(), 0);
+}
+
+namespace {
+// An owner accepting every tag; no class for these tags exists, so every
+// descriptor is stepped over.
+constexpr DescriptorTagSet kEverything = {0x09, 0x52, 0x53, 0x05, 0x7F};
+class Owner : public DescriptorLoop {
+  public:
+    Owner() : DescriptorLoop(kEverything) {}
+    std::string json() const {
+        std::string s;
+        appendDescriptorsJSON(s);
+        return s;
+    }
+};
+}  // namespace
+
+TEST(DescriptorLoop, WalksWholeDescriptorsAndStopsOnOverrun) {
+    LogCapture log;
+    Owner owner;
+    Bytes ok = {0x09, 0x04, 1, 2, 3, 4, 0x7F, 0x00, 0x53, 0x01, 0xFF};
+    EXPECT_EQ(owner.parseDescriptorsLoop(ok.data(), 11), 11u);
+    // A single trailing byte is ignored silently.
+    ok.push_back(0x52);
+    EXPECT_EQ(owner.parseDescriptorsLoop(ok.data(), 12), 11u);
+    EXPECT_TRUE(log.lines().empty());
+
+    Bytes overrun = {0x52, 0x05, 0x01};
+    EXPECT_EQ(owner.parseDescriptorsLoop(overrun.data(), 3), 0u);
+    Bytes second = {0x52, 0x01, 0x07, 0x0A, 0x04, 0x65};
+    EXPECT_EQ(owner.parseDescriptorsLoop(second.data(), 6), 3u);
+    EXPECT_EQ(owner.parseDescriptorsLoop(nullptr, 6), 0u);
+    EXPECT_EQ(owner.parseDescriptorsLoop(second.data(), 0), 0u);
+    EXPECT_EQ(log.texts(),
+              (std::vector<std::string>{
+                  line("DescriptorLoop::parseDescriptorsLoop: Item length not valid: 0 + 7 > 3. "
+                       "Aborting!"),
+                  line("DescriptorLoop::parseDescriptorsLoop: Item length not valid: 3 + 6 > 6. "
+                       "Aborting!")}));
+
+    EXPECT_TRUE(owner.getDescriptorList().empty());
+    EXPECT_EQ(owner.getDescriptor(0x52), nullptr);
+    EXPECT_TRUE(owner.getDescriptors(0x52).empty());
+    EXPECT_EQ(owner.json(), "[]");
+
+    // An owner without an accepted set takes nothing.
+    DescriptorLoop bare;
+    bare.parseDescriptor(ok.data(), 6);
+    EXPECT_TRUE(bare.getDescriptorList().empty());
+}
+
+TEST(DescriptorLoop, TagSetIsABitmap) {
+    constexpr DescriptorTagSet set = {0x00, 0x1F, 0x20, 0xFF};
+    for (int t = 0; t < 256; ++t)
+        EXPECT_EQ(set.contains(static_cast<unsigned char>(t)),
+                  t == 0 || t == 0x1F || t == 0x20 || t == 0xFF);
+}

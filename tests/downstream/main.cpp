@@ -1,0 +1,18 @@
+// Parses a PAT, prints its JSON and deletes it: the README's example.
+#include <SarnISDBTUtils.h>
+
+#include <cstdio>
+
+int main() {
+    unsigned char pat[] = {0x00, 0xB0, 0x11, 0x02, 0xE1, 0xC1, 0x00, 0x00, 0x00, 0x00,
+                           0xE0, 0x10, 0x5C, 0x20, 0xE1, 0x01, 0x27, 0xAC, 0x84, 0x2C};
+    unsigned short error = 0;
+    Sarn::TPATTable* table = Sarn::TPATTable::parse(pat, sizeof pat, 0, 1, &error, nullptr);
+    if (table == nullptr) {
+        std::printf("error %u\n", error);
+        return 1;
+    }
+    std::printf("%s\n", table->toJSON().c_str());
+    delete table;
+    return 0;
+}

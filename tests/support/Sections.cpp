@@ -1,0 +1,85 @@
+#include "Sections.h"
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+
+unsigned int referenceCrc32(const unsigned char* data, size_t length) {
+    unsigned int crc = 0xFFFFFFFFu;
+    for (size_t i = 0; i < length; ++i) {
+        crc ^= static_cast<unsigned int>(data[i]) << 24;
+        for (int b = 0; b < 8; ++b)
+            crc = (crc & 0x80000000u) ? (crc << 1) ^ 0x04C11DB7u : crc << 1;
+    }
+    return crc;
+}
+
+Bytes withCrc(Bytes section) {
+    const unsigned int crc = referenceCrc32(section.data(), section.size());
+    for (int shift = 24; shift >= 0; shift -= 8)
+        section.push_back(static_cast<unsigned char>(crc >> shift));
+    return section;
+}
+
+Bytes fromHex(const std::string& hex) {
+    Bytes out;
+    int high = -1;
+    for (char c : hex) {
+        int v;
+        if (c >= '0' && c <= '9')
+            v = c - '0';
+        else if (c >= 'a' && c <= 'f')
+            v = c - 'a' + 10;
+        else if (c >= 'A' && c <= 'F')
+            v = c - 'A' + 10;
+        else
+            continue;
+        if (high < 0) {
+            high = v;
+        } else {
+            out.push_back(static_cast<unsigned char>(high * 16 + v));
+            high = -1;
+        }
+    }
+    return out;
+}
+
+std::string capturesDir() {
+    std::string dir = std::string(SARN_SHARED_DIR) + "/captures/sections";
+    struct stat st {};
+    return stat(dir.c_str(), &st) == 0 && S_ISDIR(st.st_mode) ? dir : std::string();
+}
+
+std::vector<CapturedSection> capturedSections() {
+    std::vector<CapturedSection> all;
+    const std::string dir = capturesDir();
+    if (dir.empty())
+        return all;
+    std::vector<std::string> names;
+    if (DIR* d = opendir(dir.c_str())) {
+        while (dirent* e = readdir(d)) {
+            std::string name = e->d_name;
+            if (name.size() > 4 && name.compare(name.size() - 4, 4, ".txt") == 0)
+                names.push_back(name);
+        }
+        closedir(d);
+    }
+    std::sort(names.begin(), names.end());
+    for (const std::string& name : names) {
+        std::ifstream in(dir + "/" + name);
+        std::string line;
+        while (std::getline(in, line)) {
+            unsigned int pid = 0, tid = 0, len = 0;
+            char hex[16384];
+            if (std::sscanf(line.c_str(), "pid=0x%x tid=0x%x len=%u %16383s", &pid, &tid, &len,
+                            hex) != 4)
+                continue;
+            all.push_back({name, pid, tid, fromHex(hex)});
+        }
+    }
+    return all;
+}

@@ -1,0 +1,32 @@
+#ifndef SARN_TESTS_SECTIONS_H
+#define SARN_TESTS_SECTIONS_H
+
+#include <string>
+#include <vector>
+
+using Bytes = std::vector<unsigned char>;
+
+/** CRC-32/MPEG-2 computed bit by bit, independently of the library's table. */
+unsigned int referenceCrc32(const unsigned char* data, size_t length);
+
+/** The bytes followed by their CRC32, big-endian. */
+Bytes withCrc(Bytes section);
+
+/** Bytes from hexadecimal text; blanks are ignored. */
+Bytes fromHex(const std::string& hex);
+
+/** One line of a capture's section listing: "pid=0x0011 tid=0x42 len=N <hex>". */
+struct CapturedSection {
+    std::string file;
+    unsigned int pid;
+    unsigned int tableId;
+    Bytes bytes;
+};
+
+/** Directory of the shared captures, or "" when it is not beside the checkout. */
+std::string capturesDir();
+
+/** Every section of every listing in the captures directory (empty when absent). */
+std::vector<CapturedSection> capturedSections();
+
+#endif

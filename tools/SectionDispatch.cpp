@@ -1,0 +1,36 @@
+#include "SectionDispatch.h"
+
+namespace sarntool {
+
+SectionDispatch::~SectionDispatch() {
+    for (auto& entry : previous)
+        delete entry.second;
+}
+
+SectionResult SectionDispatch::handle(unsigned int pid, unsigned char* section,
+                                      unsigned int length) {
+    SectionResult result;
+    if (length < 8)
+        return result;
+    const unsigned int tableId = section[0];
+    const unsigned int extension = (section[3] << 8) | section[4];
+    result.sectionNumber = section[6];
+    Key key{pid, tableId, extension, section[6]};
+    auto slot = previous.find(key);
+    Sarn::TISDBTTable* before = slot == previous.end() ? nullptr : slot->second;
+
+    Sarn::TISDBTTable* table = nullptr;
+    if (pid == 0x0000 && tableId == 0x00) {
+        result.known = true;
+        table = Sarn::TPATTable::parse(section, length, 0, 1, &result.error,
+                                       static_cast<Sarn::TPATTable*>(before));
+    }
+    if (table != nullptr) {
+        result.json = table->toJSON();
+        delete before;
+        previous[key] = table;
+    }
+    return result;
+}
+
+}  // namespace sarntool

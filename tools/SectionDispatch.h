@@ -1,0 +1,42 @@
+#ifndef SARN_TOOLS_SECTIONDISPATCH_H
+#define SARN_TOOLS_SECTIONDISPATCH_H
+
+#include <map>
+#include <string>
+#include <tuple>
+
+#include <SarnISDBTUtils.h>
+
+namespace sarntool {
+
+/** What became of one section. */
+struct SectionResult {
+    bool known = false;        // a table class of the library takes it
+    unsigned short error = 0;  // the library's code (0 on success)
+    std::string json;          // toJSON() of the table when parsed
+    unsigned int sectionNumber = 0;
+};
+
+/**
+ * Hands each section to the table class its PID and table_id select, with
+ * the CRC check on, and keeps the last table of every (PID, table_id,
+ * table_id_extension, section_number) as the previous table of the next one,
+ * so that a repeated table comes back as code 2561.
+ */
+class SectionDispatch {
+  public:
+    SectionDispatch() = default;
+    SectionDispatch(const SectionDispatch&) = delete;
+    SectionDispatch& operator=(const SectionDispatch&) = delete;
+    ~SectionDispatch();
+
+    SectionResult handle(unsigned int pid, unsigned char* section, unsigned int length);
+
+  private:
+    using Key = std::tuple<unsigned int, unsigned int, unsigned int, unsigned int>;
+    std::map<Key, Sarn::TISDBTTable*> previous;
+};
+
+}  // namespace sarntool
+
+#endif
