@@ -4,7 +4,7 @@
 # Everything here is optional: without liblog the build uses its own
 # stand-in, and tools that are missing only switch off the checks that use them.
 set -u
-wanted=(android-liblog-dev pkg-config ninja-build "$@")
+wanted=(android-liblog-dev pkg-config ninja-build valgrind g++-arm-linux-gnueabihf qemu-user clang-14 libclang-rt-14-dev "$@")
 missing=()
 for pkg in "${wanted[@]}"; do
   dpkg-query -W -f='${Status}' "$pkg" 2>/dev/null | grep -q "install ok installed" || missing+=("$pkg")
