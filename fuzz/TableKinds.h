@@ -1,0 +1,35 @@
+#ifndef SARN_FUZZ_TABLEKINDS_H
+#define SARN_FUZZ_TABLEKINDS_H
+
+// The table classes the harness drives, and which captured sections seed
+// each of them. The index in kTableKinds is the selector byte of an input.
+
+#include <SarnISDBTUtils.h>
+
+namespace sarnfuzz {
+
+using Parser = Sarn::TISDBTTable* (*)(unsigned char*, unsigned int, unsigned short*,
+                                      Sarn::TISDBTTable*);
+
+template <typename T>
+Sarn::TISDBTTable* parseWithCrcSecond(unsigned char* d, unsigned int n, unsigned short* e,
+                                      Sarn::TISDBTTable* p) {
+    // PAT, PMT, SDT, AIT: the CRC switch is the second integer (off here).
+    return T::parse(d, n, 0, 0, e, static_cast<T*>(p));
+}
+
+struct TableKind {
+    const char* name;
+    Parser parse;
+    bool (*matches)(unsigned int pid, unsigned int tableId);
+};
+
+inline const TableKind kTableKinds[] = {
+    {"pat", parseWithCrcSecond<Sarn::TPATTable>,
+     [](unsigned int, unsigned int tid) { return tid == 0x00; }},
+};
+constexpr unsigned int kTableKindCount = sizeof kTableKinds / sizeof kTableKinds[0];
+
+}  // namespace sarnfuzz
+
+#endif

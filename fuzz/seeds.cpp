@@ -1,0 +1,79 @@
+// Writes the seed corpora of the harnesses from section listings (lines
+// "pid=0xPPPP tid=0xTT len=N HEX"): the real captures and the project's
+// sample multiplex.
+//   fuzz_seeds OUTDIR LISTING...
+#include <sys/stat.h>
+
+#include <cstdio>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "TableKinds.h"
+
+namespace {
+
+std::vector<unsigned char> hexBytes(const char* p) {
+    std::vector<unsigned char> out;
+    int high = -1;
+    for (; *p; ++p) {
+        int v = (*p >= '0' && *p <= '9')   ? *p - '0'
+                : (*p >= 'a' && *p <= 'f') ? *p - 'a' + 10
+                : (*p >= 'A' && *p <= 'F') ? *p - 'A' + 10
+                                           : -1;
+        if (v < 0)
+            continue;
+        if (high < 0) {
+            high = v;
+        } else {
+            out.push_back(static_cast<unsigned char>(high * 16 + v));
+            high = -1;
+        }
+    }
+    return out;
+}
+
+void writeSeed(const std::string& dir, unsigned int n, const std::vector<unsigned char>& bytes) {
+    mkdir(dir.c_str(), 0755);
+    std::ofstream(dir + "/seed-" + std::to_string(n), std::ios::binary)
+        .write(reinterpret_cast<const char*>(bytes.data()),
+               static_cast<std::streamsize>(bytes.size()));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 3) {
+        std::fprintf(stderr, "usage: fuzz_seeds OUTDIR LISTING...\n");
+        return 2;
+    }
+    const std::string out = argv[1];
+    mkdir(out.c_str(), 0755);
+    unsigned int count = 0;
+    for (int i = 2; i < argc; ++i) {
+        std::ifstream in(argv[i]);
+        std::string line;
+        while (std::getline(in, line)) {
+            unsigned int pid = 0, tid = 0, len = 0;
+            int pos = 0;
+            if (std::sscanf(line.c_str(), "pid=0x%x tid=0x%x len=%u %n", &pid, &tid, &len, &pos) <
+                    3 ||
+                pos == 0)
+                continue;
+            std::vector<unsigned char> section = hexBytes(line.c_str() + pos);
+            for (unsigned int k = 0; k < sarnfuzz::kTableKindCount; ++k) {
+                if (!sarnfuzz::kTableKinds[k].matches(pid, tid))
+                    continue;
+                std::vector<unsigned char> seed(1, static_cast<unsigned char>(k));
+                seed.insert(seed.end(), section.begin(), section.end());
+                writeSeed(out + "/tables", count++, seed);
+            }
+            // The string readers see the section bodies as well.
+            std::vector<unsigned char> utils = {0, 1};
+            utils.insert(utils.end(), section.begin(), section.end());
+            writeSeed(out + "/parser_utils", count++, utils);
+        }
+    }
+    std::printf("%u seeds in %s\n", count, out.c_str());
+    return 0;
+}
