@@ -15,4 +15,15 @@
 #include "TPATTable.h"
 #include "TProgramAssociation.h"
 
+// Stand-alone stream descriptors
+#include "TAACDescriptor.h"
+#include "TAVCTimingAndHRDDescriptor.h"
+#include "TAVCVideoDescriptor.h"
+#include "TCAIdentifierDescriptor.h"
+#include "TCarouselCompatibleCompositeDescriptor.h"
+#include "TConditionalPlaybackDescriptor.h"
+#include "TCopyrightDescriptor.h"
+#include "THierarchicalTransmissionDescriptor.h"
+#include "TVideoDecodeControlDescriptor.h"
+
 #endif
