@@ -26,4 +26,13 @@
 #include "THierarchicalTransmissionDescriptor.h"
 #include "TVideoDecodeControlDescriptor.h"
 
+// Stand-alone network and service descriptors
+#include "TBouquetNameDescriptor.h"
+#include "TCountryAvailabilityDescriptor.h"
+#include "TPartialReceptionDescriptor.h"
+#include "TServiceListDescriptor.h"
+#include "TServiceListDescriptorItem.h"
+#include "TSystemManagementDescriptor.h"
+#include "TTerrestrialDeliverySystemDescriptor.h"
+
 #endif
