@@ -35,4 +35,8 @@
 #include "TSystemManagementDescriptor.h"
 #include "TTerrestrialDeliverySystemDescriptor.h"
 
+// Emergency warning broadcast
+#include "TEmergencyInformationDescriptor.h"
+#include "TEmergencyInformationDescriptorItem.h"
+
 #endif
