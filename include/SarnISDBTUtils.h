@@ -39,4 +39,8 @@
 #include "TEmergencyInformationDescriptor.h"
 #include "TEmergencyInformationDescriptorItem.h"
 
+// Libras (sign language) descriptors
+#include "TLCMDescriptor.h"
+#include "TLDMDescriptor.h"
+
 #endif
