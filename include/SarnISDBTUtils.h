@@ -43,4 +43,8 @@
 #include "TLCMDescriptor.h"
 #include "TLDMDescriptor.h"
 
+// Content availability and time-shifted service descriptors
+#include "TContentAvailabilityDescriptor.h"
+#include "TTimeShiftedServiceDescriptor.h"
+
 #endif
