@@ -2,6 +2,7 @@
 // area codes, and the ways a broken item fails the whole descriptor.
 #include <gtest/gtest.h>
 
+#include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
 #include "Sections.h"
@@ -10,17 +11,7 @@
 using namespace Sarn;
 
 namespace {
-struct Parsed {
-    explicit Parsed(Bytes b) : bytes(std::move(b)) {
-        d = TEmergencyInformationDescriptor::parse(
-            bytes.data(), static_cast<unsigned int>(bytes.size()), &read, &code);
-    }
-    ~Parsed() { delete d; }
-    Bytes bytes;
-    unsigned int read = 0xDEAD;
-    unsigned short code = 0xBEEF;
-    TEmergencyInformationDescriptor* d = nullptr;
-};
+using Parsed = ParsedDescriptor<TEmergencyInformationDescriptor>;
 
 const std::string kItemShort =
     "5 SarnISDBTUtils: TEmergencyInformationDescriptorItem::parse: Item length not valid: ";

@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "Bytes.h"
+#include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
 #include "Sections.h"
@@ -18,27 +19,9 @@
 
 using namespace Sarn;
 
-namespace {
-std::string warn(const std::string& text) {
-    return "5 SarnISDBTUtils: " + text;
-}
-
-template <typename T>
-struct Parsed {
-    explicit Parsed(Bytes b) : bytes(std::move(b)) {
-        d = T::parse(bytes.data(), static_cast<unsigned int>(bytes.size()), &read, &code);
-    }
-    ~Parsed() { delete d; }
-    Bytes bytes;
-    unsigned int read = 0xDEAD;
-    unsigned short code = 0xBEEF;
-    T* d = nullptr;
-};
-}  // namespace
-
 TEST(ServiceListDescriptor, EntriesByServiceIdAndBrokenEntries) {
     LogCapture log;
-    Parsed<TServiceListDescriptor> list({0x41, 0x06, 0x5C, 0x38, 0xC0, 0x5C, 0x20, 0x01});
+    ParsedDescriptor<TServiceListDescriptor> list({0x41, 0x06, 0x5C, 0x38, 0xC0, 0x5C, 0x20, 0x01});
     ASSERT_NE(list.d, nullptr);
     EXPECT_EQ(list.code, ERROR_NONE);
     EXPECT_EQ(list.read, 3u);
@@ -52,30 +35,31 @@ TEST(ServiceListDescriptor, EntriesByServiceIdAndBrokenEntries) {
     EXPECT_EQ(list.d->get(0x5C38)->getServiceType(), 0xC0);
 
     // A service_id met twice keeps the later entry.
-    Parsed<TServiceListDescriptor> twice({0x41, 0x06, 0x00, 0x01, 0x01, 0x00, 0x01, 0x02});
+    ParsedDescriptor<TServiceListDescriptor> twice(
+        {0x41, 0x06, 0x00, 0x01, 0x01, 0x00, 0x01, 0x02});
     ASSERT_NE(twice.d, nullptr);
     EXPECT_EQ(twice.d->size(), 1);
     EXPECT_EQ(twice.d->get(1)->getServiceType(), 2);
     EXPECT_TRUE(log.lines().empty());
 
     // Two bytes left over cannot hold an entry: the descriptor is refused.
-    Parsed<TServiceListDescriptor> partial({0x41, 0x05, 0x00, 0x01, 0x01, 0x00, 0x02});
+    ParsedDescriptor<TServiceListDescriptor> partial({0x41, 0x05, 0x00, 0x01, 0x01, 0x00, 0x02});
     EXPECT_EQ(partial.d, nullptr);
     EXPECT_EQ(partial.code, ERROR_DESCRIPTOR_LENGTH);
     EXPECT_EQ(log.texts(),
               (std::vector<std::string>{
-                  warn("TServiceListDescriptorItem::parse: Descriptor length not valid: 2. "
-                       "Aborting!"),
-                  warn("TServiceListDescriptor::parse: Invalid item. Aborting!")}));
+                  warnLine("TServiceListDescriptorItem::parse: Descriptor length not valid: 2. "
+                           "Aborting!"),
+                  warnLine("TServiceListDescriptor::parse: Invalid item. Aborting!")}));
 }
 
 TEST(DeliveryDescriptors, TerrestrialAndPartialReception) {
     // At least one frequency is required: area code and modes alone are refused.
-    Parsed<TTerrestrialDeliverySystemDescriptor> bare({0xFA, 0x02, 0x89, 0x16});
+    ParsedDescriptor<TTerrestrialDeliverySystemDescriptor> bare({0xFA, 0x02, 0x89, 0x16});
     EXPECT_EQ(bare.d, nullptr);
     EXPECT_EQ(bare.code, ERROR_DESCRIPTOR_LENGTH);
 
-    Parsed<TTerrestrialDeliverySystemDescriptor> two(
+    ParsedDescriptor<TTerrestrialDeliverySystemDescriptor> two(
         {0xFA, 0x06, 0x89, 0x1F, 0x0F, 0x90, 0x0F, 0xA4});
     ASSERT_NE(two.d, nullptr);
     EXPECT_EQ(two.read, 6u);
@@ -83,18 +67,19 @@ TEST(DeliveryDescriptors, TerrestrialAndPartialReception) {
               "\"name\":\"terrestrialDeliverySystemDescriptor\",\"areaCode\":2193,"
               "\"guardInterval\":3,\"transmissionMode\":3,\"frequency\":[3984,4004]");
     // An odd trailing byte is not read as half a frequency.
-    Parsed<TTerrestrialDeliverySystemDescriptor> odd({0xFA, 0x05, 0x89, 0x10, 0x0F, 0x90, 0x07});
+    ParsedDescriptor<TTerrestrialDeliverySystemDescriptor> odd(
+        {0xFA, 0x05, 0x89, 0x10, 0x0F, 0x90, 0x07});
     ASSERT_NE(odd.d, nullptr);
     EXPECT_EQ(odd.d->getFrequencyCounter(), 1);
     EXPECT_EQ(odd.d->getFrequencies()[0], 3984);
 
-    Parsed<TPartialReceptionDescriptor> oneSeg({0xFB, 0x04, 0x5C, 0x38, 0x5C, 0x39});
+    ParsedDescriptor<TPartialReceptionDescriptor> oneSeg({0xFB, 0x04, 0x5C, 0x38, 0x5C, 0x39});
     ASSERT_NE(oneSeg.d, nullptr);
     EXPECT_EQ(oneSeg.read, 4u);
     EXPECT_EQ(oneSeg.d->toJSON(),
               "\"errors\":0,\"descriptor_tag\":251,\"descriptor_length\":4,"
               "\"name\":\"partialReceptionDescriptor\",\"service_id\":[23608,23609]");
-    Parsed<TPartialReceptionDescriptor> none({0xFB, 0x00});
+    ParsedDescriptor<TPartialReceptionDescriptor> none({0xFB, 0x00});
     ASSERT_NE(none.d, nullptr);
     EXPECT_EQ(none.read, 0u);
     EXPECT_EQ(none.d->toJSON(),
@@ -103,7 +88,7 @@ TEST(DeliveryDescriptors, TerrestrialAndPartialReception) {
 }
 
 TEST(NetworkNameDescriptors, SystemManagementBouquetAndCountries) {
-    Parsed<TSystemManagementDescriptor> system({0xFE, 0x03, 0xC5, 0x01, 0xAB});
+    ParsedDescriptor<TSystemManagementDescriptor> system({0xFE, 0x03, 0xC5, 0x01, 0xAB});
     ASSERT_NE(system.d, nullptr);
     EXPECT_EQ(system.read, 3u);
     EXPECT_EQ(system.d->getSystemManagementID(), 0xC501);
@@ -114,13 +99,13 @@ TEST(NetworkNameDescriptors, SystemManagementBouquetAndCountries) {
               "\"additional_identification_info\":\"0xab\"");
 
     // Control codes are dropped from the name; it is written without quotes.
-    Parsed<TBouquetNameDescriptor> bouquet({0x47, 0x05, 0x47, 0x0E, 0x6C, 0x6F, 0x62});
+    ParsedDescriptor<TBouquetNameDescriptor> bouquet({0x47, 0x05, 0x47, 0x0E, 0x6C, 0x6F, 0x62});
     ASSERT_NE(bouquet.d, nullptr);
     EXPECT_EQ(bouquet.code, ERROR_NONE);
     EXPECT_EQ(bouquet.read, 5u);
     EXPECT_EQ(bouquet.d->toJSON(), "\"name\":\"bouquetNameDescriptor\",\"bouquetName\":Glob");
 
-    Parsed<TCountryAvailabilityDescriptor> countries(
+    ParsedDescriptor<TCountryAvailabilityDescriptor> countries(
         {0x49, 0x07, 0xFF, 'B', 'R', 'A', 'J', 'P', 'N'});
     ASSERT_NE(countries.d, nullptr);
     EXPECT_EQ(countries.read, 0u);
@@ -132,7 +117,8 @@ TEST(NetworkNameDescriptors, SystemManagementBouquetAndCountries) {
     EXPECT_FALSE(countries.d->remove(1));
     EXPECT_EQ(countries.d->get(1), 0u);
     // A trailing partial code is not read.
-    Parsed<TCountryAvailabilityDescriptor> partial({0x49, 0x05, 0x7F, 'U', 'R', 'Y', 'A'});
+    ParsedDescriptor<TCountryAvailabilityDescriptor> partial(
+        {0x49, 0x05, 0x7F, 'U', 'R', 'Y', 'A'});
     ASSERT_NE(partial.d, nullptr);
     EXPECT_EQ(partial.d->toJSON(),
               "\"name\":\"countryAvailabilityDescriptor\",\"countryAvailabilityFlag\":0,"

@@ -21,6 +21,20 @@ TAVCTimingAndHRDDescriptor::TAVCTimingAndHRDDescriptor(unsigned char* bytes, uns
 
 TAVCTimingAndHRDDescriptor::~TAVCTimingAndHRDDescriptor() {}
 
+namespace {
+// The timing fields announced by the flags do not fit in the bytes handed in.
+TAVCTimingAndHRDDescriptor* refuseShort(TAVCTimingAndHRDDescriptor* d, unsigned short* error,
+                                        unsigned int got, unsigned int needed) {
+    SARN_LOGW(
+        "%s: TAVCTimingAndHRDDescriptor::parse: Longer data length is required: %u < %u. "
+        "Aborting!",
+        got, needed);
+    ISDBTUtils::setErrorCode(error, ERROR_DESCRIPTOR_LENGTH);
+    delete d;
+    return nullptr;
+}
+}  // namespace
+
 TAVCTimingAndHRDDescriptor* TAVCTimingAndHRDDescriptor::parse(unsigned char* bytes,
                                                               unsigned int length,
                                                               unsigned int* bytesRead,
@@ -38,28 +52,14 @@ TAVCTimingAndHRDDescriptor* TAVCTimingAndHRDDescriptor::parse(unsigned char* byt
     unsigned int p = 3;
     unsigned int count = 1;
     if (d->pictureTimingInfoPresent) {
-        if (length - 3 < 6) {
-            SARN_LOGW(
-                "%s: TAVCTimingAndHRDDescriptor::parse: Longer data length is required: %u < %u. "
-                "Aborting!",
-                length - 3, 6u);
-            ISDBTUtils::setErrorCode(error, ERROR_DESCRIPTOR_LENGTH);
-            delete d;
-            return nullptr;
-        }
+        if (length - 3 < 6)
+            return refuseShort(d, error, length - 3, 6);
         d->flag90kHz = (bytes[3] >> 7) & 1;
         p = 4;
         count = 2;
         if (d->flag90kHz) {
-            if (length - 3 < 14) {
-                SARN_LOGW(
-                    "%s: TAVCTimingAndHRDDescriptor::parse: Longer data length is required: %u < "
-                    "%u. Aborting!",
-                    length - 4, 13u);
-                ISDBTUtils::setErrorCode(error, ERROR_DESCRIPTOR_LENGTH);
-                delete d;
-                return nullptr;
-            }
+            if (length - 3 < 14)
+                return refuseShort(d, error, length - 4, 13);
             d->n = bytes::be32(bytes + 4);
             d->k = bytes::be32(bytes + 8);
             p = 12;
