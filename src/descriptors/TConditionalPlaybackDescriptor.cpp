@@ -36,7 +36,8 @@ TConditionalPlaybackDescriptor* TConditionalPlaybackDescriptor::parse(unsigned c
 std::string TConditionalPlaybackDescriptor::toJSON() const {
     std::string out;
     json::Out o(out);
-    // The colon inside the first key is part of the published JSON text.
+    // The colon inside the first key is part of our JSON interface: clients
+    // match the key as written.
     o << "\"name:\":\"conditionalPlaybackDescriptor\",\"caSystemId\":" << caSystemId
       << ",\"caPid\":" << caPid << ",\"privateData\":\"";
     json::appendTextUpToZero(o, privateData, privateDataSize);

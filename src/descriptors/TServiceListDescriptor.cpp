@@ -98,7 +98,7 @@ std::string TServiceListDescriptor::toJSON() const {
     std::string out;
     json::Out o(out);
     // The name member ends with a comma and the loop member begins with one:
-    // the double comma is part of the published text.
+    // the double comma is part of our JSON interface and clients expect it.
     o << "\"name\":\"serviceListDescriptor\",,\"loop\":[";
     bool first = true;
     for (const auto& entry : items) {

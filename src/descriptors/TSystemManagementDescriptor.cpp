@@ -42,8 +42,8 @@ TSystemManagementDescriptor* TSystemManagementDescriptor::parse(unsigned char* b
 std::string TSystemManagementDescriptor::toJSON() const {
     std::string out;
     json::Out o(out);
-    // The system_management_id object opens with a comma: that is the
-    // published text.
+    // The system_management_id object opens with a comma: part of our JSON
+    // interface, kept for the clients that read it.
     o << "\"name\":\"systemManagementDescriptor\",\"system_management_id\":{,\"broadcastingFlag\":"
       << broadcastingFlag << ",\"broadcastingIdentifier\":" << broadcastingIdentifier
       << ",\"additionalBroadcastingIdentification\":" << additionalBroadcastingIdentification
