@@ -15,4 +15,36 @@
 #include "TPATTable.h"
 #include "TProgramAssociation.h"
 
+// Stand-alone stream descriptors
+#include "TAACDescriptor.h"
+#include "TAVCTimingAndHRDDescriptor.h"
+#include "TAVCVideoDescriptor.h"
+#include "TCAIdentifierDescriptor.h"
+#include "TCarouselCompatibleCompositeDescriptor.h"
+#include "TConditionalPlaybackDescriptor.h"
+#include "TCopyrightDescriptor.h"
+#include "THierarchicalTransmissionDescriptor.h"
+#include "TVideoDecodeControlDescriptor.h"
+
+// Stand-alone network and service descriptors
+#include "TBouquetNameDescriptor.h"
+#include "TCountryAvailabilityDescriptor.h"
+#include "TPartialReceptionDescriptor.h"
+#include "TServiceListDescriptor.h"
+#include "TServiceListDescriptorItem.h"
+#include "TSystemManagementDescriptor.h"
+#include "TTerrestrialDeliverySystemDescriptor.h"
+
+// Emergency warning broadcast
+#include "TEmergencyInformationDescriptor.h"
+#include "TEmergencyInformationDescriptorItem.h"
+
+// Libras (sign language) descriptors
+#include "TLCMDescriptor.h"
+#include "TLDMDescriptor.h"
+
+// Content availability and time-shifted service descriptors
+#include "TContentAvailabilityDescriptor.h"
+#include "TTimeShiftedServiceDescriptor.h"
+
 #endif

@@ -1,0 +1,43 @@
+#ifndef SARN_TAVCVIDEODESCRIPTOR_H
+#define SARN_TAVCVIDEODESCRIPTOR_H
+
+#include <string>
+
+#include "TISDBTDescriptor.h"
+
+namespace Sarn {
+
+/** AVC video descriptor (tag 0x28): H.264 profile, constraint flags and level. */
+class TAVCVideoDescriptor : public TISDBTDescriptor {
+  public:
+    static TAVCVideoDescriptor* parse(unsigned char* data, unsigned int length,
+                                      unsigned int* bytesRead, unsigned short* error);
+
+    TAVCVideoDescriptor(unsigned char* data, unsigned int length);
+    ~TAVCVideoDescriptor() override;
+
+    std::string toJSON() const override;
+
+    unsigned char getProfileIDC() const { return profileIdc; }
+    int getConstraintSet0Flag() const { return constraintSet0Flag; }
+    int getConstraintSet1Flag() const { return constraintSet1Flag; }
+    int getConstraintSet2Flag() const { return constraintSet2Flag; }
+    unsigned char getAVCCompatibleFlags() const { return avcCompatibleFlags; }
+    unsigned char getLevelIDC() const { return levelIdc; }
+    int isAVCStillPresent() const { return avcStillPresent; }
+    int getAVC24HourPictureFlag() const { return avc24HourPictureFlag; }
+
+  private:
+    unsigned char profileIdc;
+    int constraintSet0Flag;
+    int constraintSet1Flag;
+    int constraintSet2Flag;
+    unsigned char avcCompatibleFlags;
+    unsigned char levelIdc;
+    int avcStillPresent;
+    int avc24HourPictureFlag;
+};
+
+}  // namespace Sarn
+
+#endif

@@ -1,0 +1,56 @@
+#ifndef SARN_TLCMDESCRIPTOR_H
+#define SARN_TLCMDESCRIPTOR_H
+
+#include "TISDBTDescriptor.h"
+
+namespace Sarn {
+
+/**
+ * Libras control message (tag 0x7C): message identifier and length, the
+ * resolution and geometry of the sign-language window and the content type.
+ * The parser is lenient: it checks no header, writes neither the byte count
+ * nor the error code, and renders through the base JSON.
+ */
+class TLCMDescriptor : public TISDBTDescriptor {
+  public:
+    /**
+     * Null for 2 to 14 bytes; fewer than 2 bytes give an object whose fields
+     * are all 0.
+     */
+    static TLCMDescriptor* parse(unsigned char* data, unsigned int length, unsigned int* bytesRead,
+                                 unsigned short* error);
+
+    TLCMDescriptor(unsigned char* data, unsigned int length);
+    ~TLCMDescriptor() override;
+
+    unsigned char getMessageId() const { return messageId; }
+    unsigned short getMessageLength() const { return messageLength; }
+    unsigned char getResolution() const { return resolution; }
+    unsigned char getDictionaryVersion() const { return dictionaryVersion; }
+    unsigned short getDph() const { return dph; }
+    unsigned short getDpv() const { return dpv; }
+    unsigned short getDfw() const { return dfw; }
+    unsigned short getDfh() const { return dfh; }
+    unsigned char getLibrasContentType() const { return librasContentType; }
+    unsigned short getNetworkId() const { return networkId; }
+    unsigned short getTransportStreamId() const { return transportStreamId; }
+    unsigned short getServiceId() const { return serviceId; }
+
+  private:
+    unsigned char messageId;
+    unsigned short messageLength;
+    unsigned char resolution;
+    unsigned char dictionaryVersion;
+    unsigned short dph;
+    unsigned short dpv;
+    unsigned short dfw;
+    unsigned short dfh;
+    unsigned char librasContentType;
+    unsigned short networkId;
+    unsigned short transportStreamId;
+    unsigned short serviceId;
+};
+
+}  // namespace Sarn
+
+#endif

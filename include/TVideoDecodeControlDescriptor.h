@@ -1,0 +1,33 @@
+#ifndef SARN_TVIDEODECODECONTROLDESCRIPTOR_H
+#define SARN_TVIDEODECODECONTROLDESCRIPTOR_H
+
+#include <string>
+
+#include "TISDBTDescriptor.h"
+
+namespace Sarn {
+
+/** Video decode control descriptor (tag 0xC8): still picture, sequence end, encode format. */
+class TVideoDecodeControlDescriptor : public TISDBTDescriptor {
+  public:
+    static TVideoDecodeControlDescriptor* parse(unsigned char* data, unsigned int length,
+                                                unsigned int* bytesRead, unsigned short* error);
+
+    TVideoDecodeControlDescriptor(unsigned char* data, unsigned int length);
+    ~TVideoDecodeControlDescriptor() override;
+
+    std::string toJSON() const override;
+
+    int isStillPicture() const { return stillPicture; }
+    int hasSequenceEndCode() const { return sequenceEndCode; }
+    unsigned char getVideoEncodeFormat() const { return videoEncodeFormat; }
+
+  private:
+    int stillPicture;
+    int sequenceEndCode;
+    unsigned char videoEncodeFormat;
+};
+
+}  // namespace Sarn
+
+#endif

@@ -1,0 +1,43 @@
+#include "TPartialReceptionDescriptor.h"
+
+#include "DescriptorFields.h"
+
+namespace Sarn {
+
+TPartialReceptionDescriptor::TPartialReceptionDescriptor(unsigned char* bytes, unsigned int length)
+    : TISDBTDescriptor(0xFB, bytes, length), serviceIdCount(0), serviceIds(nullptr) {}
+
+TPartialReceptionDescriptor::~TPartialReceptionDescriptor() {
+    delete[] serviceIds;
+}
+
+TPartialReceptionDescriptor* TPartialReceptionDescriptor::parse(unsigned char* bytes,
+                                                                unsigned int length,
+                                                                unsigned int* bytesRead,
+                                                                unsigned short* error) {
+    if (!parseCommonHeader(bytes, length, error, 0, 0xFB))
+        return nullptr;
+    TPartialReceptionDescriptor* d = new TPartialReceptionDescriptor(bytes, length);
+    // Two bytes per service_id up to the end of the bytes handed in; the count
+    // is kept in 8 bits.
+    const unsigned int payload = length - 2;
+    if (payload != 0) {
+        d->serviceIdCount = static_cast<unsigned char>(payload / 2);
+        d->serviceIds = fields::readBe16Array(bytes + 2, d->serviceIdCount, payload);
+    }
+    if (bytesRead != nullptr)
+        *bytesRead = payload;
+    return d;
+}
+
+std::string TPartialReceptionDescriptor::toJSON() const {
+    std::string out;
+    appendBaseJSON(out, 0);
+    json::Out o(out);
+    o << ",\"name\":\"partialReceptionDescriptor\",\"service_id\":[";
+    json::appendNumbers(o, serviceIds, serviceIdCount);
+    o << ']';
+    return out;
+}
+
+}  // namespace Sarn

@@ -1,0 +1,115 @@
+#include "TServiceListDescriptor.h"
+
+#include "Bytes.h"
+#include "ISDBTUtils.h"
+#include "Json.h"
+#include "Log.h"
+
+namespace Sarn {
+
+TServiceListDescriptorItem::~TServiceListDescriptorItem() {}
+
+TServiceListDescriptorItem* TServiceListDescriptorItem::parse(unsigned char* bytes,
+                                                              unsigned int length,
+                                                              unsigned int* bytesRead,
+                                                              unsigned short* error) {
+    // An entry is service_id (2) and service_type (1). A remainder of one or
+    // two bytes cannot hold one and is refused alike.
+    if (bytes == nullptr || length < 3) {
+        SARN_LOGW(
+            "%s: TServiceListDescriptorItem::parse: Descriptor length not valid: %u. Aborting!",
+            length);
+        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
+        return nullptr;
+    }
+    if (bytesRead != nullptr)
+        *bytesRead = 3;
+    ISDBTUtils::setErrorCode(error, ERROR_NONE);
+    return new TServiceListDescriptorItem(bytes::be16(bytes), bytes[2]);
+}
+
+TServiceListDescriptor::TServiceListDescriptor(unsigned char* bytes, unsigned int length)
+    : TISDBTDescriptor(0x41, bytes, length) {}
+
+TServiceListDescriptor::~TServiceListDescriptor() {
+    for (auto& entry : items)
+        delete entry.second;
+}
+
+TServiceListDescriptor* TServiceListDescriptor::parse(unsigned char* bytes, unsigned int length,
+                                                      unsigned int* bytesRead,
+                                                      unsigned short* error) {
+    if (!parseCommonHeader(bytes, length, error, 2, 0x41))
+        return nullptr;
+    TServiceListDescriptor* d = new TServiceListDescriptor(bytes, length);
+    unsigned int p = 2;
+    unsigned int remaining = length - 2;
+    unsigned int n = 0;
+    while (remaining != 0) {
+        TServiceListDescriptorItem* item =
+            TServiceListDescriptorItem::parse(bytes + p, remaining, &n, error);
+        if (item == nullptr) {
+            SARN_LOGW("%s: TServiceListDescriptor::parse: Invalid item. Aborting!");
+            ISDBTUtils::setErrorCode(error, ERROR_DESCRIPTOR_LENGTH);
+            delete d;
+            return nullptr;
+        }
+        // A repeated service_id replaces the earlier entry, which nobody else
+        // can hold yet.
+        auto inserted = d->items.emplace(item->getServiceID(), nullptr);
+        delete inserted.first->second;
+        inserted.first->second = item;
+        remaining -= n;
+        p += n;
+    }
+    if (bytesRead != nullptr)
+        *bytesRead = n;
+    ISDBTUtils::setErrorCode(error, ERROR_NONE);
+    return d;
+}
+
+void TServiceListDescriptor::add(TServiceListDescriptorItem* item) {
+    if (item != nullptr)
+        items[item->getServiceID()] = item;
+}
+
+TServiceListDescriptorItem* TServiceListDescriptor::get(unsigned short serviceId) const {
+    auto it = items.find(serviceId);
+    return it == items.end() ? nullptr : it->second;
+}
+
+std::list<unsigned short> TServiceListDescriptor::getServiceIDs() const {
+    std::list<unsigned short> ids;
+    for (const auto& entry : items)
+        ids.push_back(entry.first);
+    return ids;
+}
+
+bool TServiceListDescriptor::remove(unsigned short serviceId) {
+    auto it = items.find(serviceId);
+    if (it == items.end())
+        return false;
+    delete it->second;
+    items.erase(it);
+    return true;
+}
+
+std::string TServiceListDescriptor::toJSON() const {
+    std::string out;
+    json::Out o(out);
+    // The name member ends with a comma and the loop member begins with one:
+    // the double comma is part of our JSON interface and clients expect it.
+    o << "\"name\":\"serviceListDescriptor\",,\"loop\":[";
+    bool first = true;
+    for (const auto& entry : items) {
+        if (!first)
+            o << ',';
+        first = false;
+        o << "{\"serviceId\":" << entry.second->getServiceID()
+          << ",\"serviceType\":" << entry.second->getServiceType() << '}';
+    }
+    o << ']';
+    return out;
+}
+
+}  // namespace Sarn
