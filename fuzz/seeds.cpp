@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "DescriptorKinds.h"
 #include "TableKinds.h"
 
 namespace {
@@ -67,6 +68,21 @@ int main(int argc, char** argv) {
                 std::vector<unsigned char> seed(1, static_cast<unsigned char>(k));
                 seed.insert(seed.end(), section.begin(), section.end());
                 writeSeed(out + "/tables", count++, seed);
+            }
+            // Descriptor seeds: every place in the section where a known tag is
+            // followed by a length that fits is taken as a candidate descriptor.
+            for (size_t p = 3; p + 2 <= section.size(); ++p) {
+                const size_t whole = 2u + section[p + 1];
+                if (p + whole > section.size())
+                    continue;
+                for (unsigned int k = 0; k < sarnfuzz::kDescriptorKindCount; ++k) {
+                    if (sarnfuzz::kDescriptorKinds[k].tag != section[p])
+                        continue;
+                    std::vector<unsigned char> seed(1, static_cast<unsigned char>(k));
+                    seed.insert(seed.end(), section.begin() + static_cast<long>(p),
+                                section.begin() + static_cast<long>(p + whole));
+                    writeSeed(out + "/descriptors", count++, seed);
+                }
             }
             // The string readers see the section bodies as well.
             std::vector<unsigned char> utils = {0, 1};
