@@ -15,4 +15,9 @@
 #include "TPATTable.h"
 #include "TProgramAssociation.h"
 
+// Event descriptors
+#include "TExtendedEventDescriptor.h"
+#include "TExtendedEventDescriptorItem.h"
+#include "TShortEventDescriptor.h"
+
 #endif

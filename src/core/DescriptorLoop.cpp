@@ -2,6 +2,8 @@
 
 #include "Json.h"
 #include "Log.h"
+#include "TExtendedEventDescriptor.h"
+#include "TShortEventDescriptor.h"
 
 namespace Sarn {
 
@@ -13,6 +15,10 @@ namespace {
 // the owner's caller (no byte count, no error code are passed).
 TISDBTDescriptor* createDescriptor(unsigned char* data, unsigned int length) {
     switch (data[0]) {
+        case 0x4D:
+            return TShortEventDescriptor::parse(data, length, nullptr, nullptr);
+        case 0x4E:
+            return TExtendedEventDescriptor::parse(data, length, nullptr, nullptr);
         default:
             (void)length;
             return nullptr;
