@@ -12,6 +12,8 @@
 #include "TISDBTVersionedTable.h"
 
 // Tables
+#include "TEITTable.h"
+#include "TEventItem.h"
 #include "TPATTable.h"
 #include "TProgramAssociation.h"
 
