@@ -18,8 +18,11 @@
 #include "TProgramAssociation.h"
 
 // Event descriptors
+#include "TContentDescriptor.h"
 #include "TExtendedEventDescriptor.h"
 #include "TExtendedEventDescriptorItem.h"
+#include "TParentalRatingDescriptor.h"
+#include "TParentalRatingDescriptorItem.h"
 #include "TShortEventDescriptor.h"
 
 #endif

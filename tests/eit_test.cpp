@@ -61,6 +61,7 @@ TEITTable* parse(Bytes& b, int fullSegment, unsigned short* code, TEITTable* pre
 
 const Bytes kShortEvent = {0x4D, 0x0A, 'p', 'o', 'r', 0x03, 'N', 'o', 't', 0x02, 'H', 'i'};
 const Bytes kExtendedEvent = {0x4E, 0x06, 0x00, 'p', 'o', 'r', 0x00, 0x00};
+const Bytes kParentalRating = {0x55, 0x04, 'B', 'R', 'A', 0x2A};
 }  // namespace
 
 TEST(EIT, EventsTimesDurationsAndJson) {
@@ -127,7 +128,7 @@ TEST(EIT, EventsTimesDurationsAndJson) {
 
 TEST(EIT, VariantTableIdAndSectionChooseTheEventDescriptors) {
     const Bytes both = event(7, {0xE8, 0x00, 0x10, 0x00, 0x00}, {0x00, 0x30, 0x00}, 4, false,
-                             kShortEvent + kExtendedEvent);
+                             kShortEvent + kExtendedEvent + kParentalRating);
     auto tags = [&](int fullSegment, unsigned char tableId, unsigned char sectionNumber) {
         Bytes b = section(tableId, sectionNumber, both);
         unsigned short code = 0xFFFF;
@@ -140,15 +141,17 @@ TEST(EIT, VariantTableIdAndSectionChooseTheEventDescriptors) {
         delete t;
         return found;
     };
-    EXPECT_EQ(tags(1, 0x4E, 0), "77 78 ");
-    EXPECT_EQ(tags(1, 0x4E, 9), "77 78 ");
-    EXPECT_EQ(tags(1, 0x50, 0), "77 ");
-    EXPECT_EQ(tags(1, 0x57, 0), "77 ");
+    EXPECT_EQ(tags(1, 0x4E, 0), "77 78 85 ");
+    EXPECT_EQ(tags(1, 0x4E, 9), "77 78 85 ");
+    EXPECT_EQ(tags(1, 0x50, 0), "77 85 ");
+    EXPECT_EQ(tags(1, 0x57, 0), "77 85 ");
     EXPECT_EQ(tags(1, 0x58, 0), "78 ");
     EXPECT_EQ(tags(1, 0x5F, 0), "78 ");
     EXPECT_EQ(tags(1, 0x4F, 0), "");
     EXPECT_EQ(tags(1, 0x60, 0), "");
-    EXPECT_EQ(tags(0, 0x4E, 1), "77 ");
+    // One segment: parental rating in sections 0 and 1 only.
+    EXPECT_EQ(tags(0, 0x4E, 1), "77 85 ");
+    EXPECT_EQ(tags(0, 0x4E, 2), "77 ");
     EXPECT_EQ(tags(0, 0x4E, 3), "77 ");
     EXPECT_EQ(tags(0, 0x4E, 4), "");
     EXPECT_EQ(tags(0, 0x50, 0), "");

@@ -2,7 +2,9 @@
 
 #include "Json.h"
 #include "Log.h"
+#include "TContentDescriptor.h"
 #include "TExtendedEventDescriptor.h"
+#include "TParentalRatingDescriptor.h"
 #include "TShortEventDescriptor.h"
 
 namespace Sarn {
@@ -19,6 +21,10 @@ TISDBTDescriptor* createDescriptor(unsigned char* data, unsigned int length) {
             return TShortEventDescriptor::parse(data, length, nullptr, nullptr);
         case 0x4E:
             return TExtendedEventDescriptor::parse(data, length, nullptr, nullptr);
+        case 0x54:
+            return TContentDescriptor::parse(data, length, nullptr, nullptr);
+        case 0x55:
+            return TParentalRatingDescriptor::parse(data, length, nullptr, nullptr);
         default:
             (void)length;
             return nullptr;
