@@ -18,6 +18,8 @@
 #include "TProgramAssociation.h"
 
 // Event descriptors
+#include "TAudioComponentDescriptor.h"
+#include "TComponentDescriptor.h"
 #include "TContentDescriptor.h"
 #include "TExtendedEventDescriptor.h"
 #include "TExtendedEventDescriptorItem.h"

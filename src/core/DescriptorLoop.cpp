@@ -2,6 +2,8 @@
 
 #include "Json.h"
 #include "Log.h"
+#include "TAudioComponentDescriptor.h"
+#include "TComponentDescriptor.h"
 #include "TContentDescriptor.h"
 #include "TExtendedEventDescriptor.h"
 #include "TParentalRatingDescriptor.h"
@@ -21,10 +23,14 @@ TISDBTDescriptor* createDescriptor(unsigned char* data, unsigned int length) {
             return TShortEventDescriptor::parse(data, length, nullptr, nullptr);
         case 0x4E:
             return TExtendedEventDescriptor::parse(data, length, nullptr, nullptr);
+        case 0x50:
+            return TComponentDescriptor::parse(data, length, nullptr, nullptr);
         case 0x54:
             return TContentDescriptor::parse(data, length, nullptr, nullptr);
         case 0x55:
             return TParentalRatingDescriptor::parse(data, length, nullptr, nullptr);
+        case 0xC4:
+            return TAudioComponentDescriptor::parse(data, length, nullptr, nullptr);
         default:
             (void)length;
             return nullptr;
