@@ -21,6 +21,8 @@
 #include "TAudioComponentDescriptor.h"
 #include "TComponentDescriptor.h"
 #include "TContentDescriptor.h"
+#include "TDigitalCopyControlDescriptor.h"
+#include "TDigitalCopyControlDescriptorItem.h"
 #include "TExtendedEventDescriptor.h"
 #include "TExtendedEventDescriptorItem.h"
 #include "TParentalRatingDescriptor.h"

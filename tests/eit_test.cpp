@@ -157,6 +157,51 @@ TEST(EIT, VariantTableIdAndSectionChooseTheEventDescriptors) {
     EXPECT_EQ(tags(0, 0x50, 0), "");
 }
 
+TEST(EIT, EveryEventDescriptorRendersInsideItsEvent) {
+    LogCapture log;
+    const Bytes component = {0x50, 0x06, 0x01, 0xB3, 0x00, 'p', 'o', 'r'};
+    const Bytes content = {0x54, 0x02, 0x02, 0x00};
+    const Bytes copyControl = {0xC1, 0x01, 0x08};
+    const Bytes audio = {0xC4, 0x09, 0x02, 0x03, 0x10, 0x11, 0xFF, 0x5F, 'p', 'o', 'r'};
+    Bytes b = section(0x4E, 0,
+                      event(0x0A0B, {0xE8, 0x00, 0x21, 0x00, 0x00}, {0x00, 0x45, 0x00}, 4, false,
+                            kShortEvent + kExtendedEvent + component + content + kParentalRating +
+                                copyControl + audio));
+    unsigned short code = 0xFFFF;
+    TEITTable* t = parse(b, 1, &code);
+    ASSERT_NE(t, nullptr);
+    EXPECT_EQ(code, 0);
+    const std::string json = t->toJSON();
+    const size_t at = json.find("\"event_loop\":");
+    ASSERT_NE(at, std::string::npos);
+    EXPECT_EQ(json.substr(at),
+              "\"event_loop\":[{\"event_id\":2571,\"start_time\":\"2021-06-27 21:00:00\","
+              "\"duration\":\"00:45:00\",\"running_status\":4,\"free_CA_mode\":0,"
+              "\"descriptors\":["
+              "{\"errors\":0,\"descriptor_tag\":77,\"descriptor_length\":10,"
+              "\"ISO_639_language_code\":\"por\",\"event_name\":\"Not\",\"event_description\":"
+              "\"Hi\"},"
+              "{\"errors\":0,\"descriptor_tag\":78,\"descriptor_length\":6,"
+              "\"descriptor_number\":0,\"last_descriptor_number\":0,"
+              "\"ISO_639_language_code\":\"por\",\"items\":[],\"text\":\"\"},"
+              "{\"name\":\"componentDescriptor\",\"streamContent\":1,\"componentType\":179,"
+              "\"componentTag\":0,\"iso639LanguageCode\":\"por\",\"text\":\"\"},"
+              "{\"errors\":0,\"descriptor_tag\":84,\"descriptor_length\":2,"
+              "\"content_nibble_level_1\":0,\"content_nibble_level_2\":2,\"user_nibble\":0},"
+              "{\"name:\":\"parentalRatingDescriptor\",\"parentalRatings:\":["
+              "{\"countryCode\":\"BRA\",\"rating\":2}]},"
+              "{\"name\":\"digitalCopyControlDescriptor\",\"digitalRecordingControlData\":0,"
+              "\"maximumBitrateFlag\":0,\"componentControlFlag\":0,\"copyControlType\":2,"
+              "\"apsControlData\":0,\"maximumBitrate\":0,\"loop\":[]},"
+              "{\"errors\":0,\"descriptor_tag\":196,\"descriptor_length\":9,"
+              "\"stream_content\":2,\"component_type\":3,\"component_tag\":16,"
+              "\"stream_type\":17,\"simulcast_group_tag\":255,\"ES_multi_lingual_flag\":0,"
+              "\"main_component_flag\":1,\"quality_indicator\":1,\"sampling_rate\":7,"
+              "\"ISO_639_language_code\":\"por\",\"text\":\"\"}]}]}");
+    delete t;
+    EXPECT_TRUE(log.lines().empty());
+}
+
 TEST(EIT, BadEventAreas) {
     LogCapture log;
     unsigned short code = 0xFFFF;

@@ -5,6 +5,7 @@
 #include "TAudioComponentDescriptor.h"
 #include "TComponentDescriptor.h"
 #include "TContentDescriptor.h"
+#include "TDigitalCopyControlDescriptor.h"
 #include "TExtendedEventDescriptor.h"
 #include "TParentalRatingDescriptor.h"
 #include "TShortEventDescriptor.h"
@@ -29,6 +30,8 @@ TISDBTDescriptor* createDescriptor(unsigned char* data, unsigned int length) {
             return TContentDescriptor::parse(data, length, nullptr, nullptr);
         case 0x55:
             return TParentalRatingDescriptor::parse(data, length, nullptr, nullptr);
+        case 0xC1:
+            return TDigitalCopyControlDescriptor::parse(data, length, nullptr, nullptr);
         case 0xC4:
             return TAudioComponentDescriptor::parse(data, length, nullptr, nullptr);
         default:
