@@ -1,6 +1,7 @@
 // Component and audio component descriptors.
 #include <gtest/gtest.h>
 
+#include "Expect.h"
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
 #include "Sections.h"
@@ -9,15 +10,6 @@
 
 using namespace Sarn;
 
-namespace {
-std::string line(const std::string& text) {
-    return "5 SarnISDBTUtils: " + text;
-}
-unsigned int size(const Bytes& b) {
-    return static_cast<unsigned int>(b.size());
-}
-}  // namespace
-
 TEST(Component, VideoComponentWithRawText) {
     LogCapture log;
     // Reserved nibble set, video (1), 1080i 16:9 (0xB3), tag 0; text with a
@@ -25,7 +17,7 @@ TEST(Component, VideoComponentWithRawText) {
     Bytes b = {0x50, 0x0C, 0xF1, 0xB3, 0x00, 'p', 'o', 'r', 0x0E, '"', 'H', 'D', '"', 0xE9};
     unsigned int read = 0;
     unsigned short code = 0xFFFF;
-    TComponentDescriptor* d = TComponentDescriptor::parse(b.data(), size(b), &read, &code);
+    TComponentDescriptor* d = TComponentDescriptor::parse(b.data(), length(b), &read, &code);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(code, 0);
     EXPECT_EQ(read, 9u);  // the language code and the text bytes only
@@ -36,7 +28,7 @@ TEST(Component, VideoComponentWithRawText) {
     delete d;
 
     Bytes bare = {0x50, 0x06, 0x01, 0x03, 0x01, 'j', 'p', 'n'};
-    d = TComponentDescriptor::parse(bare.data(), size(bare), &read, &code);
+    d = TComponentDescriptor::parse(bare.data(), length(bare), &read, &code);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(read, 3u);
     EXPECT_EQ(d->getText(), "");
@@ -44,12 +36,12 @@ TEST(Component, VideoComponentWithRawText) {
     EXPECT_TRUE(log.lines().empty());
 
     Bytes tooShort = {0x50, 0x05, 0x01, 0x03, 0x01, 'j', 'p'};
-    EXPECT_EQ(TComponentDescriptor::parse(tooShort.data(), size(tooShort), nullptr, &code),
+    EXPECT_EQ(TComponentDescriptor::parse(tooShort.data(), length(tooShort), nullptr, &code),
               nullptr);
     EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
-    EXPECT_EQ(log.texts(), (std::vector<std::string>{
-                               line("TISDBTDescriptor::parseCommonHeader: (2) Longer data length "
-                                    "is required: 7 < 8. Aborting!")}));
+    EXPECT_EQ(log.texts(), (std::vector<std::string>{warning(
+                               "TISDBTDescriptor::parseCommonHeader: (2) Longer data length "
+                               "is required: 7 < 8. Aborting!")}));
 }
 
 TEST(AudioComponent, FlagsLanguagesAndText) {
@@ -60,7 +52,7 @@ TEST(AudioComponent, FlagsLanguagesAndText) {
     unsigned short code = 0xFFFF;
     unsigned int read = 5;
     TAudioComponentDescriptor* d =
-        TAudioComponentDescriptor::parse(b.data(), size(b), &read, &code);
+        TAudioComponentDescriptor::parse(b.data(), length(b), &read, &code);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(code, 0);
     EXPECT_EQ(read, 5u);
@@ -79,7 +71,7 @@ TEST(AudioComponent, FlagsLanguagesAndText) {
     // Bilingual (dual mono), both codes, then text.
     Bytes dual = {0xC4, 0x0D, 0x02, 0x02, 0x10, 0x11, 0x00, 0xFF,
                   'j',  'p',  'n',  'e',  'n',  'g',  '!'};
-    d = TAudioComponentDescriptor::parse(dual.data(), size(dual), nullptr, nullptr);
+    d = TAudioComponentDescriptor::parse(dual.data(), length(dual), nullptr, nullptr);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(d->toJSON(),
               "\"errors\":0,\"descriptor_tag\":196,\"descriptor_length\":13,\"stream_content\":2,"
@@ -91,7 +83,7 @@ TEST(AudioComponent, FlagsLanguagesAndText) {
 
     // Bilingual without room for the second code: both it and the text stay empty.
     Bytes noRoom = {0xC4, 0x0A, 0x02, 0x02, 0x10, 0x11, 0x00, 0x80, 'j', 'p', 'n', 'e'};
-    d = TAudioComponentDescriptor::parse(noRoom.data(), size(noRoom), nullptr, nullptr);
+    d = TAudioComponentDescriptor::parse(noRoom.data(), length(noRoom), nullptr, nullptr);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(d->getEsMultiLingual(), 1);
     EXPECT_EQ(d->getLanguageCode2(), "");
@@ -101,10 +93,10 @@ TEST(AudioComponent, FlagsLanguagesAndText) {
     EXPECT_TRUE(log.lines().empty());
 
     Bytes shortOne = {0xC4, 0x08, 0x02, 0x02, 0x10, 0x11, 0x00, 0x80, 'j', 'p'};
-    EXPECT_EQ(TAudioComponentDescriptor::parse(shortOne.data(), size(shortOne), nullptr, &code),
+    EXPECT_EQ(TAudioComponentDescriptor::parse(shortOne.data(), length(shortOne), nullptr, &code),
               nullptr);
     EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
-    EXPECT_EQ(log.texts(), (std::vector<std::string>{
-                               line("TISDBTDescriptor::parseCommonHeader: (2) Longer data length "
-                                    "is required: 10 < 11. Aborting!")}));
+    EXPECT_EQ(log.texts(), (std::vector<std::string>{warning(
+                               "TISDBTDescriptor::parseCommonHeader: (2) Longer data length "
+                               "is required: 10 < 11. Aborting!")}));
 }

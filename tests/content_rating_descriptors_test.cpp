@@ -1,6 +1,7 @@
 // Content (genre) and parental rating descriptors.
 #include <gtest/gtest.h>
 
+#include "Expect.h"
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
 #include "Sections.h"
@@ -9,22 +10,13 @@
 
 using namespace Sarn;
 
-namespace {
-std::string line(const std::string& text) {
-    return "5 SarnISDBTUtils: " + text;
-}
-unsigned int size(const Bytes& b) {
-    return static_cast<unsigned int>(b.size());
-}
-}  // namespace
-
 TEST(Content, FirstGenreOnlyAndNoHeaderCheck) {
     LogCapture log;
     // Two genre entries (news 0x12/0xAB, then sports 0x30/0x00): the first counts.
     Bytes b = {0x54, 0x04, 0x12, 0xAB, 0x30, 0x00};
     unsigned int read = 77;
     unsigned short code = 0xBEEF;
-    TContentDescriptor* d = TContentDescriptor::parse(b.data(), size(b), &read, &code);
+    TContentDescriptor* d = TContentDescriptor::parse(b.data(), length(b), &read, &code);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(d->getContentNibbleLevel1(), 1);
     EXPECT_EQ(d->getContentNibbleLevel2(), 2);
@@ -39,7 +31,7 @@ TEST(Content, FirstGenreOnlyAndNoHeaderCheck) {
 
     // Another tag and a length that overruns: still read as a content descriptor.
     Bytes odd = {0x4D, 0x09, 0xF0, 0x01};
-    d = TContentDescriptor::parse(odd.data(), size(odd), nullptr, nullptr);
+    d = TContentDescriptor::parse(odd.data(), length(odd), nullptr, nullptr);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(d->getDescriptorTag(), 0x54);
     EXPECT_EQ(d->getContentNibbleLevel1(), 15);
@@ -51,8 +43,8 @@ TEST(Content, FirstGenreOnlyAndNoHeaderCheck) {
     EXPECT_EQ(TContentDescriptor::parse(nullptr, 4, nullptr, nullptr), nullptr);
     EXPECT_EQ(log.texts(),
               (std::vector<std::string>{
-                  line("TContentDescriptor::parse: Item length not valid: 3. Aborting!"),
-                  line("TContentDescriptor::parse: Item length not valid: 0. Aborting!")}));
+                  warning("TContentDescriptor::parse: Item length not valid: 3. Aborting!"),
+                  warning("TContentDescriptor::parse: Item length not valid: 0. Aborting!")}));
 }
 
 TEST(ParentalRating, ItemsAndTheRatingKey) {
@@ -62,7 +54,7 @@ TEST(ParentalRating, ItemsAndTheRatingKey) {
     unsigned int read = 0;
     unsigned short code = 0xFFFF;
     TParentalRatingDescriptor* d =
-        TParentalRatingDescriptor::parse(b.data(), size(b), &read, &code);
+        TParentalRatingDescriptor::parse(b.data(), length(b), &read, &code);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(code, 0);
     EXPECT_EQ(read, 8u);
@@ -103,7 +95,7 @@ TEST(ParentalRating, ShortTailsAndBadHeaders) {
     unsigned short code = 0;
     // Seven bytes of items: the second item has three.
     Bytes tail = {0x55, 0x07, 'B', 'R', 'A', 0x02, 'A', 'R', 'G'};
-    EXPECT_EQ(TParentalRatingDescriptor::parse(tail.data(), size(tail), nullptr, &code), nullptr);
+    EXPECT_EQ(TParentalRatingDescriptor::parse(tail.data(), length(tail), nullptr, &code), nullptr);
     EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
     Bytes wrongTag = {0x54, 0x00};
     EXPECT_EQ(TParentalRatingDescriptor::parse(wrongTag.data(), 2, nullptr, &code), nullptr);
@@ -111,9 +103,11 @@ TEST(ParentalRating, ShortTailsAndBadHeaders) {
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
-            line("TParentalRatingDescriptorItem::parse: Descriptor length not valid: 3. Aborting!"),
-            line("TParentalRatingDescriptor::parse: Invalid item. Aborting!"),
-            line("TISDBTDescriptor::parseCommonHeader: (3) Unexpected Descriptor Tag. Got 0x54, "
-                 "instead of 0x55. Aborting!"),
-            line("TParentalRatingDescriptor::parse: parseCommonHeader: Invalid item. Aborting!")}));
+            warning(
+                "TParentalRatingDescriptorItem::parse: Descriptor length not valid: 3. Aborting!"),
+            warning("TParentalRatingDescriptor::parse: Invalid item. Aborting!"),
+            warning("TISDBTDescriptor::parseCommonHeader: (3) Unexpected Descriptor Tag. Got 0x54, "
+                    "instead of 0x55. Aborting!"),
+            warning(
+                "TParentalRatingDescriptor::parse: parseCommonHeader: Invalid item. Aborting!")}));
 }

@@ -1,21 +1,13 @@
 // Digital copy control descriptor and its per-component items.
 #include <gtest/gtest.h>
 
+#include "Expect.h"
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
 #include "Sections.h"
 #include "TDigitalCopyControlDescriptor.h"
 
 using namespace Sarn;
-
-namespace {
-std::string line(const std::string& text) {
-    return "5 SarnISDBTUtils: " + text;
-}
-unsigned int size(const Bytes& b) {
-    return static_cast<unsigned int>(b.size());
-}
-}  // namespace
 
 TEST(DigitalCopyControl, ControlByteBitrateAndComponents) {
     LogCapture log;
@@ -24,7 +16,7 @@ TEST(DigitalCopyControl, ControlByteBitrateAndComponents) {
     // Copy freely, nothing else; the APS bits without a copy_control_type are ignored.
     Bytes plain = {0xC1, 0x01, 0x03};
     TDigitalCopyControlDescriptor* d =
-        TDigitalCopyControlDescriptor::parse(plain.data(), size(plain), &read, &code);
+        TDigitalCopyControlDescriptor::parse(plain.data(), length(plain), &read, &code);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(code, 0);
     EXPECT_EQ(read, 1u);
@@ -38,7 +30,7 @@ TEST(DigitalCopyControl, ControlByteBitrateAndComponents) {
     // copy_control_type 3 with APS 1, and one component (tag 0x10) with its
     // own bitrate and copy_control_type 1 with APS 2.
     Bytes full = {0xC1, 0x06, 0xBD, 0x32, 0x03, 0x10, 0xA6, 0x28};
-    d = TDigitalCopyControlDescriptor::parse(full.data(), size(full), &read, &code);
+    d = TDigitalCopyControlDescriptor::parse(full.data(), length(full), &read, &code);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(read, 6u);
     ASSERT_EQ(d->size(), 1);
@@ -67,7 +59,8 @@ TEST(DigitalCopyControl, ShortDataAndTheWrappingComponentCounter) {
     unsigned short code = 0;
     auto fails = [&](Bytes b) {
         code = 0;
-        EXPECT_EQ(TDigitalCopyControlDescriptor::parse(b.data(), size(b), nullptr, &code), nullptr);
+        EXPECT_EQ(TDigitalCopyControlDescriptor::parse(b.data(), length(b), nullptr, &code),
+                  nullptr);
         EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
     };
     fails({0xC1, 0x01, 0x20});                    // bitrate flagged, no byte
@@ -81,16 +74,17 @@ TEST(DigitalCopyControl, ShortDataAndTheWrappingComponentCounter) {
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
-            line("TDigitalCopyControlDescriptor::parse: Longer data length is required: 0 < 1. "
-                 "Aborting!"),
-            line("TDigitalCopyControlDescriptor::parse: Longer data length is required: 0 < 1. "
-                 "Aborting!"),
-            line("TDigitalCopyControlDescriptor::parse: Longer data length is required: 2 < 1. "
-                 "Aborting!"),
-            line("TDigitalCopyControlDescriptorItem::parse: Item length not valid: 0. Aborting!"),
-            line("TDigitalCopyControlDescriptor::parse: Invalid item. Aborting!"),
-            line("TDigitalCopyControlDescriptorItem::parse: Longer data length is required: 0 < "
-                 "1. Aborting!"),
-            line("TDigitalCopyControlDescriptor::parse: Invalid item. Aborting!"),
+            warning("TDigitalCopyControlDescriptor::parse: Longer data length is required: 0 < 1. "
+                    "Aborting!"),
+            warning("TDigitalCopyControlDescriptor::parse: Longer data length is required: 0 < 1. "
+                    "Aborting!"),
+            warning("TDigitalCopyControlDescriptor::parse: Longer data length is required: 2 < 1. "
+                    "Aborting!"),
+            warning(
+                "TDigitalCopyControlDescriptorItem::parse: Item length not valid: 0. Aborting!"),
+            warning("TDigitalCopyControlDescriptor::parse: Invalid item. Aborting!"),
+            warning("TDigitalCopyControlDescriptorItem::parse: Longer data length is required: 0 < "
+                    "1. Aborting!"),
+            warning("TDigitalCopyControlDescriptor::parse: Invalid item. Aborting!"),
         }));
 }

@@ -1,6 +1,7 @@
 // Event information table: header, events, times, variants and bad event areas.
 #include <gtest/gtest.h>
 
+#include "Expect.h"
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
 #include "Sections.h"
@@ -9,9 +10,6 @@
 using namespace Sarn;
 
 namespace {
-std::string line(const std::string& text) {
-    return "5 SarnISDBTUtils: " + text;
-}
 
 // One event: id, MJD + BCD start, BCD duration, running_status, the
 // free_CA_mode bit, and its descriptor loop.
@@ -30,21 +28,11 @@ Bytes event(unsigned short id, Bytes start, Bytes duration, int running, bool sc
 // A whole section around an event area: service 0x5C20, version 1, TS 0x02E1,
 // original network 0x0640, with a correct CRC.
 Bytes section(unsigned char tableId, unsigned char sectionNumber, const Bytes& events) {
-    const size_t length = events.size() + 15;
-    Bytes s = {tableId,
-               static_cast<unsigned char>(0xF0 | length >> 8),
-               static_cast<unsigned char>(length),
-               0x5C,
-               0x20,
-               0xC3,
-               sectionNumber,
-               0x01,
-               0x02,
-               0xE1,
-               0x06,
-               0x40,
-               0x01,
-               tableId};
+    const size_t sectionLength = events.size() + 15;
+    Bytes s = {tableId, static_cast<unsigned char>(0xF0 | sectionLength >> 8),
+               static_cast<unsigned char>(sectionLength)};
+    s.insert(s.end(),
+             {0x5C, 0x20, 0xC3, sectionNumber, 0x01, 0x02, 0xE1, 0x06, 0x40, 0x01, tableId});
     s.insert(s.end(), events.begin(), events.end());
     return withCrc(s);
 }
@@ -55,8 +43,7 @@ Bytes operator+(Bytes a, const Bytes& b) {
 }
 
 TEITTable* parse(Bytes& b, int fullSegment, unsigned short* code, TEITTable* previous = nullptr) {
-    return TEITTable::parse(b.data(), static_cast<unsigned int>(b.size()), fullSegment, 1, 0, code,
-                            previous);
+    return TEITTable::parse(b.data(), length(b), fullSegment, 1, 0, code, previous);
 }
 
 const Bytes kShortEvent = {0x4D, 0x0A, 'p', 'o', 'r', 0x03, 'N', 'o', 't', 0x02, 'H', 'i'};
@@ -227,11 +214,11 @@ TEST(EIT, BadEventAreas) {
     EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
     EXPECT_EQ(log.texts(),
               (std::vector<std::string>{
-                  line("TEventItem::parse: Descriptor length not valid: 11. Aborting!"),
-                  line("TEITTable::parse: TEITTable::parse: Invalid item. Aborting!"),
-                  line("TEventItem::parse: Loop length is greater than buffer length (3 > 2). "
-                       "Aborting!"),
-                  line("TEITTable::parse: TEITTable::parse: Invalid item. Aborting!")}));
+                  warning("TEventItem::parse: Descriptor length not valid: 11. Aborting!"),
+                  warning("TEITTable::parse: TEITTable::parse: Invalid item. Aborting!"),
+                  warning("TEventItem::parse: Loop length is greater than buffer length (3 > 2). "
+                          "Aborting!"),
+                  warning("TEITTable::parse: TEITTable::parse: Invalid item. Aborting!")}));
 
     // A descriptor overrunning its event's loop: the walk stops there, the
     // event keeps what came before, and the next event starts where the walk
@@ -250,8 +237,8 @@ TEST(EIT, BadEventAreas) {
     delete t;
     EXPECT_EQ(log.texts(),
               (std::vector<std::string>{
-                  line("DescriptorLoop::parseDescriptorsLoop: Item length not valid: 12 + 257 > "
-                       "24. Aborting!")}));
+                  warning("DescriptorLoop::parseDescriptorsLoop: Item length not valid: 12 + 257 > "
+                          "24. Aborting!")}));
 
     // One stray byte in a loop: it becomes the first byte of the next event.
     log.clear();
@@ -285,8 +272,8 @@ TEST(EIT, RepeatedEventIdsAndOddHeaders) {
     // keeps the one it displaced.
     TEventItem* displaced = t->getEvent(9);
     Bytes raw = event(9, {0xE8, 0x00, 0x12, 0x00, 0x00}, {0x00, 0x05, 0x00}, 2, false, {});
-    TEventItem* replacement = TEventItem::parse(raw.data(), static_cast<unsigned int>(raw.size()),
-                                                1, 0x4E, 0, nullptr, &code);
+    TEventItem* replacement =
+        TEventItem::parse(raw.data(), length(raw), 1, 0x4E, 0, nullptr, &code);
     ASSERT_NE(replacement, nullptr);
     EXPECT_TRUE(*replacement == *displaced);
     t->addItem(replacement);
@@ -300,14 +287,12 @@ TEST(EIT, RepeatedEventIdsAndOddHeaders) {
     // and the walk stops at the end of the bytes handed in.
     Bytes wrapped = {0x4E, 0xF0, 0x02, 0x5C, 0x20, 0xC3, 0x00, 0x00, 0x02,
                      0xE1, 0x06, 0x40, 0x01, 0x4E, 0x00, 0x01, 0x02, 0x03};
-    EXPECT_EQ(TEITTable::parse(wrapped.data(), static_cast<unsigned int>(wrapped.size()), 1, 0, 0,
-                               &code, nullptr),
-              nullptr);
+    EXPECT_EQ(TEITTable::parse(wrapped.data(), length(wrapped), 1, 0, 0, &code, nullptr), nullptr);
     EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
     EXPECT_EQ(log.texts(),
               (std::vector<std::string>{
-                  line("TEventItem::parse: Descriptor length not valid: 4. Aborting!"),
-                  line("TEITTable::parse: TEITTable::parse: Invalid item. Aborting!")}));
+                  warning("TEventItem::parse: Descriptor length not valid: 4. Aborting!"),
+                  warning("TEITTable::parse: TEITTable::parse: Invalid item. Aborting!")}));
 }
 
 TEST(EIT, RealCapturesParseAndRender) {

@@ -1,6 +1,7 @@
 // Short and extended event descriptors: texts, items, escaping and failures.
 #include <gtest/gtest.h>
 
+#include "Expect.h"
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
 #include "Sections.h"
@@ -8,15 +9,6 @@
 #include "TShortEventDescriptor.h"
 
 using namespace Sarn;
-
-namespace {
-std::string line(const std::string& text) {
-    return "5 SarnISDBTUtils: " + text;
-}
-unsigned int size(const Bytes& b) {
-    return static_cast<unsigned int>(b.size());
-}
-}  // namespace
 
 TEST(ShortEvent, TextsFilteredAndEscaped) {
     LogCapture log;
@@ -26,7 +18,7 @@ TEST(ShortEvent, TextsFilteredAndEscaped) {
                's',  '"',  0x06, 'a', '\\', 'b',  0x0A, 0xA0, 0xA1};
     unsigned int read = 0;
     unsigned short code = 0xFFFF;
-    TShortEventDescriptor* d = TShortEventDescriptor::parse(b.data(), size(b), &read, &code);
+    TShortEventDescriptor* d = TShortEventDescriptor::parse(b.data(), length(b), &read, &code);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(code, 0);
     EXPECT_EQ(read, 19u);
@@ -40,7 +32,7 @@ TEST(ShortEvent, TextsFilteredAndEscaped) {
 
     // Seven bytes: no text_length byte at all, still a valid descriptor.
     Bytes bare = {0x4D, 0x05, 'j', 'p', 'n', 0x00, 0x00};
-    d = TShortEventDescriptor::parse(bare.data(), size(bare), nullptr, &code);
+    d = TShortEventDescriptor::parse(bare.data(), length(bare), nullptr, &code);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(d->toJSON(),
               "\"errors\":0,\"descriptor_tag\":77,\"descriptor_length\":5,"
@@ -54,30 +46,30 @@ TEST(ShortEvent, StringsRunningPastTheDescriptor) {
     unsigned short code = 0;
     // Name length 9 with four bytes left.
     Bytes name = {0x4D, 0x08, 'p', 'o', 'r', 0x09, 'a', 'b', 'c', 'd'};
-    EXPECT_EQ(TShortEventDescriptor::parse(name.data(), size(name), nullptr, &code), nullptr);
+    EXPECT_EQ(TShortEventDescriptor::parse(name.data(), length(name), nullptr, &code), nullptr);
     EXPECT_EQ(code, ERROR_FIELD_PARSE);
     // Description length 3 with two bytes left.
     Bytes text = {0x4D, 0x07, 'p', 'o', 'r', 0x00, 0x03, 'x', 'y'};
     code = 0;
-    EXPECT_EQ(TShortEventDescriptor::parse(text.data(), size(text), nullptr, &code), nullptr);
+    EXPECT_EQ(TShortEventDescriptor::parse(text.data(), length(text), nullptr, &code), nullptr);
     EXPECT_EQ(code, ERROR_FIELD_PARSE);
     // Content shorter than five bytes: the header check refuses it.
     Bytes tiny = {0x4D, 0x04, 'p', 'o', 'r', 0x00};
-    EXPECT_EQ(TShortEventDescriptor::parse(tiny.data(), size(tiny), nullptr, &code), nullptr);
+    EXPECT_EQ(TShortEventDescriptor::parse(tiny.data(), length(tiny), nullptr, &code), nullptr);
     EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
-            line("ParserUtils::parseStr: ERROR: String length exceeds available data length: 9 "
-                 "> 4. Aborting!"),
-            line("TShortEventDescriptor:: parse: ERROR: parsing Event name. Aborting! "
-                 "l_iStrLength: -1 event_name_lentgth: 9"),
-            line("ParserUtils::parseStr: ERROR: String length exceeds available data length: 3 "
-                 "> 2. Aborting!"),
-            line("TShortEventDescriptor:: parse: ERROR: parsing Event description. Aborting! "
-                 "l_iStrLength: -1 event_descr_length: 3"),
-            line("TISDBTDescriptor::parseCommonHeader: (2) Longer data length is required: 6 < "
-                 "7. Aborting!"),
+            warning("ParserUtils::parseStr: ERROR: String length exceeds available data length: 9 "
+                    "> 4. Aborting!"),
+            warning("TShortEventDescriptor:: parse: ERROR: parsing Event name. Aborting! "
+                    "l_iStrLength: -1 event_name_lentgth: 9"),
+            warning("ParserUtils::parseStr: ERROR: String length exceeds available data length: 3 "
+                    "> 2. Aborting!"),
+            warning("TShortEventDescriptor:: parse: ERROR: parsing Event description. Aborting! "
+                    "l_iStrLength: -1 event_descr_length: 3"),
+            warning("TISDBTDescriptor::parseCommonHeader: (2) Longer data length is required: 6 < "
+                    "7. Aborting!"),
         }));
 }
 
@@ -89,7 +81,8 @@ TEST(ExtendedEvent, ItemsAndText) {
                4,    'F',  'i',  'm', '.'};
     unsigned int read = 0;
     unsigned short code = 0xFFFF;
-    TExtendedEventDescriptor* d = TExtendedEventDescriptor::parse(b.data(), size(b), &read, &code);
+    TExtendedEventDescriptor* d =
+        TExtendedEventDescriptor::parse(b.data(), length(b), &read, &code);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(code, 0);
     // Items and text, plus six: two less than the 35 bytes on the wire.
@@ -107,7 +100,7 @@ TEST(ExtendedEvent, ItemsAndText) {
 
     // No items and an empty text: the title-less form.
     Bytes empty = {0x4E, 0x06, 0x00, 'p', 'o', 'r', 0x00, 0x00};
-    d = TExtendedEventDescriptor::parse(empty.data(), size(empty), &read, &code);
+    d = TExtendedEventDescriptor::parse(empty.data(), length(empty), &read, &code);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(read, 6u);
     EXPECT_EQ(d->get(0), nullptr);
@@ -124,7 +117,7 @@ TEST(ExtendedEvent, ShortAreasAndItemFailures) {
     unsigned short code = 0;
     auto fails = [&](Bytes b, unsigned short expected) {
         code = 0;
-        EXPECT_EQ(TExtendedEventDescriptor::parse(b.data(), size(b), nullptr, &code), nullptr);
+        EXPECT_EQ(TExtendedEventDescriptor::parse(b.data(), length(b), nullptr, &code), nullptr);
         EXPECT_EQ(code, expected);
     };
     // The items fill the descriptor: no text_length byte is left.
@@ -144,17 +137,20 @@ TEST(ExtendedEvent, ShortAreasAndItemFailures) {
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
-            line("TExtendedEventDescriptor::parse Missing bytes to read the text length field."),
-            line("TExtendedEventDescriptor::parse Declared items length is larger than the buffer "
-                 "size (9 > 2)"),
-            line("TExtendedEventDescriptorItem::parse Declared description length is larger than "
-                 "the buffer size (5 > 2)"),
-            line("TExtendedEventDescriptorItem::parse Missing bytes to read the text length"),
-            line("ParserUtils::parseStr: ERROR: String length exceeds available data length: 5 "
-                 "> 1. Aborting!"),
-            line("TExtendedEventDescriptor::parse error parsing text. Aborting!"),
-            line("TExtendedEventDescriptorItem::parse Declared description length is larger than "
-                 "the buffer size (66 > 1)"),
+            warning("TExtendedEventDescriptor::parse Missing bytes to read the text length field."),
+            warning(
+                "TExtendedEventDescriptor::parse Declared items length is larger than the buffer "
+                "size (9 > 2)"),
+            warning(
+                "TExtendedEventDescriptorItem::parse Declared description length is larger than "
+                "the buffer size (5 > 2)"),
+            warning("TExtendedEventDescriptorItem::parse Missing bytes to read the text length"),
+            warning("ParserUtils::parseStr: ERROR: String length exceeds available data length: 5 "
+                    "> 1. Aborting!"),
+            warning("TExtendedEventDescriptor::parse error parsing text. Aborting!"),
+            warning(
+                "TExtendedEventDescriptorItem::parse Declared description length is larger than "
+                "the buffer size (66 > 1)"),
         }));
 
     // Item parse on its own: fewer than two bytes.
@@ -163,7 +159,8 @@ TEST(ExtendedEvent, ShortAreasAndItemFailures) {
     EXPECT_EQ(TExtendedEventDescriptorItem::parse(one.data(), 1, nullptr, &code), nullptr);
     EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
     EXPECT_EQ(TExtendedEventDescriptorItem::parse(nullptr, 9, nullptr, nullptr), nullptr);
-    EXPECT_EQ(log.texts(), (std::vector<std::string>{
-                               line("TExtendedEventDescriptorItem::parse invalid data length 1"),
-                               line("TExtendedEventDescriptorItem::parse invalid data length 0")}));
+    EXPECT_EQ(log.texts(),
+              (std::vector<std::string>{
+                  warning("TExtendedEventDescriptorItem::parse invalid data length 1"),
+                  warning("TExtendedEventDescriptorItem::parse invalid data length 0")}));
 }
