@@ -11,12 +11,6 @@
 #include "TISDBTTable.h"
 #include "TISDBTVersionedTable.h"
 
-// Tables
-#include "TEITTable.h"
-#include "TEventItem.h"
-#include "TPATTable.h"
-#include "TProgramAssociation.h"
-
 // Event descriptors
 #include "TAudioComponentDescriptor.h"
 #include "TComponentDescriptor.h"
@@ -28,5 +22,11 @@
 #include "TParentalRatingDescriptor.h"
 #include "TParentalRatingDescriptorItem.h"
 #include "TShortEventDescriptor.h"
+
+// Tables
+#include "TEITTable.h"
+#include "TEventItem.h"
+#include "TPATTable.h"
+#include "TProgramAssociation.h"
 
 #endif

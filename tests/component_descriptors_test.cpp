@@ -1,6 +1,7 @@
 // Component and audio component descriptors.
 #include <gtest/gtest.h>
 
+#include "DescriptorParse.h"
 #include "Expect.h"
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
@@ -39,7 +40,7 @@ TEST(Component, VideoComponentWithRawText) {
     EXPECT_EQ(TComponentDescriptor::parse(tooShort.data(), length(tooShort), nullptr, &code),
               nullptr);
     EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
-    EXPECT_EQ(log.texts(), (std::vector<std::string>{warning(
+    EXPECT_EQ(log.texts(), (std::vector<std::string>{warnLine(
                                "TISDBTDescriptor::parseCommonHeader: (2) Longer data length "
                                "is required: 7 < 8. Aborting!")}));
 }
@@ -96,7 +97,7 @@ TEST(AudioComponent, FlagsLanguagesAndText) {
     EXPECT_EQ(TAudioComponentDescriptor::parse(shortOne.data(), length(shortOne), nullptr, &code),
               nullptr);
     EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
-    EXPECT_EQ(log.texts(), (std::vector<std::string>{warning(
+    EXPECT_EQ(log.texts(), (std::vector<std::string>{warnLine(
                                "TISDBTDescriptor::parseCommonHeader: (2) Longer data length "
                                "is required: 10 < 11. Aborting!")}));
 }

@@ -1,6 +1,7 @@
 // Content (genre) and parental rating descriptors.
 #include <gtest/gtest.h>
 
+#include "DescriptorParse.h"
 #include "Expect.h"
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
@@ -43,8 +44,8 @@ TEST(Content, FirstGenreOnlyAndNoHeaderCheck) {
     EXPECT_EQ(TContentDescriptor::parse(nullptr, 4, nullptr, nullptr), nullptr);
     EXPECT_EQ(log.texts(),
               (std::vector<std::string>{
-                  warning("TContentDescriptor::parse: Item length not valid: 3. Aborting!"),
-                  warning("TContentDescriptor::parse: Item length not valid: 0. Aborting!")}));
+                  warnLine("TContentDescriptor::parse: Item length not valid: 3. Aborting!"),
+                  warnLine("TContentDescriptor::parse: Item length not valid: 0. Aborting!")}));
 }
 
 TEST(ParentalRating, ItemsAndTheRatingKey) {
@@ -103,11 +104,12 @@ TEST(ParentalRating, ShortTailsAndBadHeaders) {
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
-            warning(
+            warnLine(
                 "TParentalRatingDescriptorItem::parse: Descriptor length not valid: 3. Aborting!"),
-            warning("TParentalRatingDescriptor::parse: Invalid item. Aborting!"),
-            warning("TISDBTDescriptor::parseCommonHeader: (3) Unexpected Descriptor Tag. Got 0x54, "
-                    "instead of 0x55. Aborting!"),
-            warning(
+            warnLine("TParentalRatingDescriptor::parse: Invalid item. Aborting!"),
+            warnLine(
+                "TISDBTDescriptor::parseCommonHeader: (3) Unexpected Descriptor Tag. Got 0x54, "
+                "instead of 0x55. Aborting!"),
+            warnLine(
                 "TParentalRatingDescriptor::parse: parseCommonHeader: Invalid item. Aborting!")}));
 }

@@ -1,6 +1,7 @@
 // Digital copy control descriptor and its per-component items.
 #include <gtest/gtest.h>
 
+#include "DescriptorParse.h"
 #include "Expect.h"
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
@@ -74,17 +75,18 @@ TEST(DigitalCopyControl, ShortDataAndTheWrappingComponentCounter) {
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
-            warning("TDigitalCopyControlDescriptor::parse: Longer data length is required: 0 < 1. "
-                    "Aborting!"),
-            warning("TDigitalCopyControlDescriptor::parse: Longer data length is required: 0 < 1. "
-                    "Aborting!"),
-            warning("TDigitalCopyControlDescriptor::parse: Longer data length is required: 2 < 1. "
-                    "Aborting!"),
-            warning(
+            warnLine("TDigitalCopyControlDescriptor::parse: Longer data length is required: 0 < 1. "
+                     "Aborting!"),
+            warnLine("TDigitalCopyControlDescriptor::parse: Longer data length is required: 0 < 1. "
+                     "Aborting!"),
+            warnLine("TDigitalCopyControlDescriptor::parse: Longer data length is required: 2 < 1. "
+                     "Aborting!"),
+            warnLine(
                 "TDigitalCopyControlDescriptorItem::parse: Item length not valid: 0. Aborting!"),
-            warning("TDigitalCopyControlDescriptor::parse: Invalid item. Aborting!"),
-            warning("TDigitalCopyControlDescriptorItem::parse: Longer data length is required: 0 < "
-                    "1. Aborting!"),
-            warning("TDigitalCopyControlDescriptor::parse: Invalid item. Aborting!"),
+            warnLine("TDigitalCopyControlDescriptor::parse: Invalid item. Aborting!"),
+            warnLine(
+                "TDigitalCopyControlDescriptorItem::parse: Longer data length is required: 0 < "
+                "1. Aborting!"),
+            warnLine("TDigitalCopyControlDescriptor::parse: Invalid item. Aborting!"),
         }));
 }

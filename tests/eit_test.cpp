@@ -1,6 +1,7 @@
 // Event information table: header, events, times, variants and bad event areas.
 #include <gtest/gtest.h>
 
+#include "DescriptorParse.h"
 #include "Expect.h"
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
@@ -214,11 +215,11 @@ TEST(EIT, BadEventAreas) {
     EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
     EXPECT_EQ(log.texts(),
               (std::vector<std::string>{
-                  warning("TEventItem::parse: Descriptor length not valid: 11. Aborting!"),
-                  warning("TEITTable::parse: TEITTable::parse: Invalid item. Aborting!"),
-                  warning("TEventItem::parse: Loop length is greater than buffer length (3 > 2). "
-                          "Aborting!"),
-                  warning("TEITTable::parse: TEITTable::parse: Invalid item. Aborting!")}));
+                  warnLine("TEventItem::parse: Descriptor length not valid: 11. Aborting!"),
+                  warnLine("TEITTable::parse: TEITTable::parse: Invalid item. Aborting!"),
+                  warnLine("TEventItem::parse: Loop length is greater than buffer length (3 > 2). "
+                           "Aborting!"),
+                  warnLine("TEITTable::parse: TEITTable::parse: Invalid item. Aborting!")}));
 
     // A descriptor overrunning its event's loop: the walk stops there, the
     // event keeps what came before, and the next event starts where the walk
@@ -236,9 +237,9 @@ TEST(EIT, BadEventAreas) {
     EXPECT_NE(t->getEvent(1)->getDescriptor(0x4D), nullptr);
     delete t;
     EXPECT_EQ(log.texts(),
-              (std::vector<std::string>{
-                  warning("DescriptorLoop::parseDescriptorsLoop: Item length not valid: 12 + 257 > "
-                          "24. Aborting!")}));
+              (std::vector<std::string>{warnLine(
+                  "DescriptorLoop::parseDescriptorsLoop: Item length not valid: 12 + 257 > "
+                  "24. Aborting!")}));
 
     // One stray byte in a loop: it becomes the first byte of the next event.
     log.clear();
@@ -291,8 +292,8 @@ TEST(EIT, RepeatedEventIdsAndOddHeaders) {
     EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
     EXPECT_EQ(log.texts(),
               (std::vector<std::string>{
-                  warning("TEventItem::parse: Descriptor length not valid: 4. Aborting!"),
-                  warning("TEITTable::parse: TEITTable::parse: Invalid item. Aborting!")}));
+                  warnLine("TEventItem::parse: Descriptor length not valid: 4. Aborting!"),
+                  warnLine("TEITTable::parse: TEITTable::parse: Invalid item. Aborting!")}));
 }
 
 TEST(EIT, RealCapturesParseAndRender) {

@@ -1,6 +1,7 @@
 // Short and extended event descriptors: texts, items, escaping and failures.
 #include <gtest/gtest.h>
 
+#include "DescriptorParse.h"
 #include "Expect.h"
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
@@ -60,16 +61,16 @@ TEST(ShortEvent, StringsRunningPastTheDescriptor) {
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
-            warning("ParserUtils::parseStr: ERROR: String length exceeds available data length: 9 "
-                    "> 4. Aborting!"),
-            warning("TShortEventDescriptor:: parse: ERROR: parsing Event name. Aborting! "
-                    "l_iStrLength: -1 event_name_lentgth: 9"),
-            warning("ParserUtils::parseStr: ERROR: String length exceeds available data length: 3 "
-                    "> 2. Aborting!"),
-            warning("TShortEventDescriptor:: parse: ERROR: parsing Event description. Aborting! "
-                    "l_iStrLength: -1 event_descr_length: 3"),
-            warning("TISDBTDescriptor::parseCommonHeader: (2) Longer data length is required: 6 < "
-                    "7. Aborting!"),
+            warnLine("ParserUtils::parseStr: ERROR: String length exceeds available data length: 9 "
+                     "> 4. Aborting!"),
+            warnLine("TShortEventDescriptor:: parse: ERROR: parsing Event name. Aborting! "
+                     "l_iStrLength: -1 event_name_lentgth: 9"),
+            warnLine("ParserUtils::parseStr: ERROR: String length exceeds available data length: 3 "
+                     "> 2. Aborting!"),
+            warnLine("TShortEventDescriptor:: parse: ERROR: parsing Event description. Aborting! "
+                     "l_iStrLength: -1 event_descr_length: 3"),
+            warnLine("TISDBTDescriptor::parseCommonHeader: (2) Longer data length is required: 6 < "
+                     "7. Aborting!"),
         }));
 }
 
@@ -137,18 +138,19 @@ TEST(ExtendedEvent, ShortAreasAndItemFailures) {
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
-            warning("TExtendedEventDescriptor::parse Missing bytes to read the text length field."),
-            warning(
+            warnLine(
+                "TExtendedEventDescriptor::parse Missing bytes to read the text length field."),
+            warnLine(
                 "TExtendedEventDescriptor::parse Declared items length is larger than the buffer "
                 "size (9 > 2)"),
-            warning(
+            warnLine(
                 "TExtendedEventDescriptorItem::parse Declared description length is larger than "
                 "the buffer size (5 > 2)"),
-            warning("TExtendedEventDescriptorItem::parse Missing bytes to read the text length"),
-            warning("ParserUtils::parseStr: ERROR: String length exceeds available data length: 5 "
-                    "> 1. Aborting!"),
-            warning("TExtendedEventDescriptor::parse error parsing text. Aborting!"),
-            warning(
+            warnLine("TExtendedEventDescriptorItem::parse Missing bytes to read the text length"),
+            warnLine("ParserUtils::parseStr: ERROR: String length exceeds available data length: 5 "
+                     "> 1. Aborting!"),
+            warnLine("TExtendedEventDescriptor::parse error parsing text. Aborting!"),
+            warnLine(
                 "TExtendedEventDescriptorItem::parse Declared description length is larger than "
                 "the buffer size (66 > 1)"),
         }));
@@ -161,6 +163,6 @@ TEST(ExtendedEvent, ShortAreasAndItemFailures) {
     EXPECT_EQ(TExtendedEventDescriptorItem::parse(nullptr, 9, nullptr, nullptr), nullptr);
     EXPECT_EQ(log.texts(),
               (std::vector<std::string>{
-                  warning("TExtendedEventDescriptorItem::parse invalid data length 1"),
-                  warning("TExtendedEventDescriptorItem::parse invalid data length 0")}));
+                  warnLine("TExtendedEventDescriptorItem::parse invalid data length 1"),
+                  warnLine("TExtendedEventDescriptorItem::parse invalid data length 0")}));
 }
