@@ -11,7 +11,21 @@
 #include "TISDBTTable.h"
 #include "TISDBTVersionedTable.h"
 
+// Event descriptors
+#include "TAudioComponentDescriptor.h"
+#include "TComponentDescriptor.h"
+#include "TContentDescriptor.h"
+#include "TDigitalCopyControlDescriptor.h"
+#include "TDigitalCopyControlDescriptorItem.h"
+#include "TExtendedEventDescriptor.h"
+#include "TExtendedEventDescriptorItem.h"
+#include "TParentalRatingDescriptor.h"
+#include "TParentalRatingDescriptorItem.h"
+#include "TShortEventDescriptor.h"
+
 // Tables
+#include "TEITTable.h"
+#include "TEventItem.h"
 #include "TPATTable.h"
 #include "TProgramAssociation.h"
 

@@ -25,6 +25,13 @@ SectionResult SectionDispatch::handle(unsigned int pid, unsigned char* section,
         table = Sarn::TPATTable::parse(section, length, 0, 1, &result.error,
                                        static_cast<Sarn::TPATTable*>(before));
     }
+    // Event information: full-segment on 0x0012, one-segment on 0x0026 and
+    // 0x0027; every table_id is an EIT there.
+    if (pid == 0x0012 || pid == 0x0026 || pid == 0x0027) {
+        result.known = true;
+        table = Sarn::TEITTable::parse(section, length, pid == 0x0012 ? 1 : 0, 1, 0, &result.error,
+                                       static_cast<Sarn::TEITTable*>(before));
+    }
     if (table != nullptr) {
         result.json = table->toJSON();
         delete before;

@@ -2,6 +2,13 @@
 
 #include "Json.h"
 #include "Log.h"
+#include "TAudioComponentDescriptor.h"
+#include "TComponentDescriptor.h"
+#include "TContentDescriptor.h"
+#include "TDigitalCopyControlDescriptor.h"
+#include "TExtendedEventDescriptor.h"
+#include "TParentalRatingDescriptor.h"
+#include "TShortEventDescriptor.h"
 
 namespace Sarn {
 
@@ -13,6 +20,20 @@ namespace {
 // the owner's caller (no byte count, no error code are passed).
 TISDBTDescriptor* createDescriptor(unsigned char* data, unsigned int length) {
     switch (data[0]) {
+        case 0x4D:
+            return TShortEventDescriptor::parse(data, length, nullptr, nullptr);
+        case 0x4E:
+            return TExtendedEventDescriptor::parse(data, length, nullptr, nullptr);
+        case 0x50:
+            return TComponentDescriptor::parse(data, length, nullptr, nullptr);
+        case 0x54:
+            return TContentDescriptor::parse(data, length, nullptr, nullptr);
+        case 0x55:
+            return TParentalRatingDescriptor::parse(data, length, nullptr, nullptr);
+        case 0xC1:
+            return TDigitalCopyControlDescriptor::parse(data, length, nullptr, nullptr);
+        case 0xC4:
+            return TAudioComponentDescriptor::parse(data, length, nullptr, nullptr);
         default:
             (void)length;
             return nullptr;

@@ -1,0 +1,207 @@
+#include "TDigitalCopyControlDescriptor.h"
+
+#include "ISDBTUtils.h"
+#include "Json.h"
+#include "Log.h"
+
+namespace Sarn {
+
+namespace {
+// The control byte shared by the descriptor and its items:
+// digital_recording_control_data (2 bits), maximum_bitrate_flag (1), a
+// component_control_flag in the descriptor or a reserved bit in an item (1),
+// copy_control_type (2), APS_control_data (2, meaningful only with a
+// copy_control_type).
+void decodeControl(unsigned char b, unsigned char& recording, bool& maximumBitrateFlag,
+                   unsigned char& copyType, unsigned char& aps) {
+    recording = static_cast<unsigned char>(b >> 6);
+    maximumBitrateFlag = (b & 0x20) != 0;
+    copyType = static_cast<unsigned char>((b & 0x0C) >> 2);
+    aps = copyType != 0 ? static_cast<unsigned char>(b & 0x03) : 0;
+}
+}  // namespace
+
+// ---------------------------------------------------------------------------
+// Item: component_tag, control byte, maximum_bitrate when flagged.
+// ---------------------------------------------------------------------------
+
+TDigitalCopyControlDescriptorItem::TDigitalCopyControlDescriptorItem()
+    : componentTag(0),
+      digitalRecordingControlData(0),
+      maximumBitrateFlag(false),
+      copyControlType(0),
+      apsControlData(0),
+      maximumBitrate(0) {}
+
+TDigitalCopyControlDescriptorItem::~TDigitalCopyControlDescriptorItem() {}
+
+TDigitalCopyControlDescriptorItem* TDigitalCopyControlDescriptorItem::parse(unsigned char* data,
+                                                                            unsigned int len,
+                                                                            unsigned int* bytesRead,
+                                                                            unsigned short* err) {
+    if (data == nullptr)
+        len = 0;  // nothing to read
+    if (len < 2) {
+        SARN_LOGW(
+            "%s: TDigitalCopyControlDescriptorItem::parse: Item length not valid: %u. Aborting!",
+            len);
+        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
+        return nullptr;
+    }
+    TDigitalCopyControlDescriptorItem* item = new TDigitalCopyControlDescriptorItem();
+    item->componentTag = data[0];
+    decodeControl(data[1], item->digitalRecordingControlData, item->maximumBitrateFlag,
+                  item->copyControlType, item->apsControlData);
+    unsigned int size = 2;
+    if (item->maximumBitrateFlag) {
+        if (len == 2) {
+            SARN_LOGW(
+                "%s: TDigitalCopyControlDescriptorItem::parse: Longer data length is required: "
+                "%u < %u. Aborting!",
+                len - 2, 1u);
+            ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
+            delete item;
+            return nullptr;
+        }
+        item->maximumBitrate = data[2];
+        size = 3;
+    }
+    if (bytesRead != nullptr)
+        *bytesRead = size;
+    ISDBTUtils::setErrorCode(err, ERROR_NONE);
+    return item;
+}
+
+// ---------------------------------------------------------------------------
+// Descriptor: tag, length, control byte, maximum_bitrate when flagged, and
+// when component control is flagged a component_control_length and items.
+// ---------------------------------------------------------------------------
+
+TDigitalCopyControlDescriptor::TDigitalCopyControlDescriptor(unsigned char* bytes, unsigned int len)
+    : TISDBTDescriptor(0xC1, bytes, len),
+      digitalRecordingControlData(0),
+      maximumBitrateFlag(false),
+      componentControlFlag(false),
+      copyControlType(0),
+      apsControlData(0),
+      maximumBitrate(0) {}
+
+TDigitalCopyControlDescriptor::~TDigitalCopyControlDescriptor() {
+    for (TDigitalCopyControlDescriptorItem* item : items)
+        delete item;
+}
+
+TDigitalCopyControlDescriptor* TDigitalCopyControlDescriptor::parse(unsigned char* data,
+                                                                    unsigned int len,
+                                                                    unsigned int* bytesRead,
+                                                                    unsigned short* err) {
+    if (!parseCommonHeader(data, len, err, 1, 0xC1))
+        return nullptr;
+    TDigitalCopyControlDescriptor* d = new TDigitalCopyControlDescriptor(data, len);
+    // Bytes left after the current position, and bytes read after the header.
+    unsigned int remaining = len - 2;
+    unsigned int consumed = 0;
+    // Every shortage reports the bytes left against one, whatever it lacked.
+    auto tooShort = [&]() -> TDigitalCopyControlDescriptor* {
+        SARN_LOGW(
+            "%s: TDigitalCopyControlDescriptor::parse: Longer data length is required: %u < %u. "
+            "Aborting!",
+            remaining, 1u);
+        ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
+        delete d;
+        return nullptr;
+    };
+
+    const unsigned char control = data[2];
+    decodeControl(control, d->digitalRecordingControlData, d->maximumBitrateFlag,
+                  d->copyControlType, d->apsControlData);
+    d->componentControlFlag = (control & 0x10) != 0;
+    consumed = 1;
+    remaining -= 1;
+
+    if (d->maximumBitrateFlag) {
+        if (remaining == 0)
+            return tooShort();
+        d->maximumBitrate = data[2 + consumed];
+        consumed += 1;
+        remaining -= 1;
+    }
+    if (!d->componentControlFlag) {
+        if (bytesRead != nullptr)
+            *bytesRead = consumed;
+        ISDBTUtils::setErrorCode(err, ERROR_NONE);
+        return d;
+    }
+
+    if (remaining == 0)
+        return tooShort();
+    // An 8-bit counter: an item running past the declared length wraps it,
+    // and the walk goes on until an item no longer fits in the bytes left.
+    unsigned char componentControlLength = data[2 + consumed];
+    consumed += 1;
+    remaining -= 1;
+    if (remaining < componentControlLength)
+        return tooShort();
+    while (componentControlLength != 0) {
+        unsigned int itemRead = 0;
+        TDigitalCopyControlDescriptorItem* item = TDigitalCopyControlDescriptorItem::parse(
+            data + 2 + consumed, remaining, &itemRead, err);
+        if (item == nullptr) {
+            SARN_LOGW("%s: TDigitalCopyControlDescriptor::parse: Invalid item. Aborting!");
+            ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
+            delete d;
+            return nullptr;
+        }
+        d->items.push_back(item);
+        remaining -= itemRead;
+        componentControlLength = static_cast<unsigned char>(componentControlLength - itemRead);
+        consumed += itemRead;
+    }
+    // Without the two header bytes.
+    if (bytesRead != nullptr)
+        *bytesRead = consumed;
+    ISDBTUtils::setErrorCode(err, ERROR_NONE);
+    return d;
+}
+
+void TDigitalCopyControlDescriptor::add(TDigitalCopyControlDescriptorItem* item) {
+    if (item != nullptr)
+        items.push_back(item);
+}
+
+TDigitalCopyControlDescriptorItem* TDigitalCopyControlDescriptor::get(unsigned int index) const {
+    return index < items.size() ? items[index] : nullptr;
+}
+
+bool TDigitalCopyControlDescriptor::remove(unsigned int index) {
+    if (index >= items.size())
+        return false;
+    delete items[index];
+    items.erase(items.begin() + index);
+    return true;
+}
+
+std::string TDigitalCopyControlDescriptor::toJSON() const {
+    std::string out;
+    json::Out o(out);
+    o << "\"name\":\"digitalCopyControlDescriptor\",\"digitalRecordingControlData\":"
+      << digitalRecordingControlData << ",\"maximumBitrateFlag\":" << maximumBitrateFlag
+      << ",\"componentControlFlag\":" << componentControlFlag
+      << ",\"copyControlType\":" << copyControlType << ",\"apsControlData\":" << apsControlData
+      << ",\"maximumBitrate\":" << maximumBitrate << ",\"loop\":[";
+    // The component_tag of an item is not rendered.
+    for (size_t i = 0; i < items.size(); ++i) {
+        const TDigitalCopyControlDescriptorItem* item = items[i];
+        if (i != 0)
+            o << ',';
+        o << "{\"digitalRecordingControlData\":" << item->digitalRecordingControlData
+          << ",\"maximumBitrateFlag\":" << item->maximumBitrateFlag
+          << ",\"copyControlType\":" << item->copyControlType
+          << ",\"apsControlData\":" << item->apsControlData
+          << ",\"maximumBitrate\":" << item->maximumBitrate << ",\"reservedFutureUse\":[]}";
+    }
+    o << ']';
+    return out;
+}
+
+}  // namespace Sarn
