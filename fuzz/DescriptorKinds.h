@@ -39,7 +39,29 @@ struct DescriptorKind {
 #define SARN_FUZZ_DESCRIPTOR(tag, cls) \
     { tag, runDescriptor<Sarn::cls> }
 
+// Loop entries take more than the common arguments.
+inline void runEventItem(unsigned char* data, unsigned int length) {
+    unsigned int bytesRead = 0;
+    unsigned short error = 0;
+    // The variant, table_id and section_number pick the accepted tags: vary them
+    // with the length so that every combination is reached.
+    Sarn::TEventItem* item = Sarn::TEventItem::parse(
+        data, length, length & 1, 0x4E + (length & 0x1F), (length >> 5) & 1, &bytesRead, &error);
+    delete item;
+}
+
 inline const DescriptorKind kDescriptorKinds[] = {
+    {-1, runEventItem},
+    SARN_FUZZ_DESCRIPTOR(0x4D, TShortEventDescriptor),
+    SARN_FUZZ_DESCRIPTOR(0x4E, TExtendedEventDescriptor),
+    SARN_FUZZ_DESCRIPTOR(-1, TExtendedEventDescriptorItem),
+    SARN_FUZZ_DESCRIPTOR(0x54, TContentDescriptor),
+    SARN_FUZZ_DESCRIPTOR(0x55, TParentalRatingDescriptor),
+    SARN_FUZZ_DESCRIPTOR(-1, TParentalRatingDescriptorItem),
+    SARN_FUZZ_DESCRIPTOR(0x50, TComponentDescriptor),
+    SARN_FUZZ_DESCRIPTOR(0xC4, TAudioComponentDescriptor),
+    SARN_FUZZ_DESCRIPTOR(0xC1, TDigitalCopyControlDescriptor),
+    SARN_FUZZ_DESCRIPTOR(-1, TDigitalCopyControlDescriptorItem),
     SARN_FUZZ_DESCRIPTOR(0x7C, TAACDescriptor),
     SARN_FUZZ_DESCRIPTOR(0x28, TAVCVideoDescriptor),
     SARN_FUZZ_DESCRIPTOR(0x2A, TAVCTimingAndHRDDescriptor),

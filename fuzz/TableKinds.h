@@ -24,9 +24,23 @@ struct TableKind {
     bool (*matches)(unsigned int pid, unsigned int tableId);
 };
 
+template <int FullSegment>
+Sarn::TISDBTTable* parseEit(unsigned char* d, unsigned int n, unsigned short* e,
+                            Sarn::TISDBTTable* p) {
+    return Sarn::TEITTable::parse(d, n, FullSegment, 0, 0, e, static_cast<Sarn::TEITTable*>(p));
+}
+
+inline bool isEit(unsigned int tid) {
+    return tid >= 0x4E && tid <= 0x6F;
+}
+
 inline const TableKind kTableKinds[] = {
     {"pat", parseWithCrcSecond<Sarn::TPATTable>,
      [](unsigned int, unsigned int tid) { return tid == 0x00; }},
+    {"eit-full-segment", parseEit<1>,
+     [](unsigned int pid, unsigned int tid) { return pid == 0x12 && isEit(tid); }},
+    {"eit-one-segment", parseEit<0>,
+     [](unsigned int pid, unsigned int tid) { return pid != 0x12 && isEit(tid); }},
 };
 constexpr unsigned int kTableKindCount = sizeof kTableKinds / sizeof kTableKinds[0];
 
