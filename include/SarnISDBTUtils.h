@@ -15,4 +15,19 @@
 #include "TPATTable.h"
 #include "TProgramAssociation.h"
 
+// Application information table descriptors
+#include "TApplicationDescriptor.h"
+#include "TApplicationDescriptorProfile.h"
+#include "TApplicationIconDescriptor.h"
+#include "TApplicationNameDescriptor.h"
+#include "TApplicationNameDescriptorItem.h"
+#include "TGingaApplicationDescriptor.h"
+#include "TGingaApplicationLocationDescriptor.h"
+#include "TGingaHtml5ApplicationDescriptor.h"
+#include "TGingaHtml5ApplicationLocationDescriptor.h"
+#include "TGingaJavaApplicationDescriptor.h"
+#include "TGingaJavaApplicationLocationDescriptor.h"
+#include "TGingaNCLApplicationDescriptor.h"
+#include "TGingaNCLApplicationLocationDescriptor.h"
+
 #endif
