@@ -29,5 +29,12 @@
 #include "TGingaJavaApplicationLocationDescriptor.h"
 #include "TGingaNCLApplicationDescriptor.h"
 #include "TGingaNCLApplicationLocationDescriptor.h"
+#include "TCarouselSelector.h"
+#include "TTransportProtocolDescriptor.h"
+#include "TTransportProtocolDescriptorDC.h"
+#include "TTransportProtocolDescriptorIC.h"
+#include "TTransportProtocolDescriptorIP.h"
+#include "TTransportProtocolDescriptorOC.h"
+#include "TTransportProtocolDescriptorPC.h"
 
 #endif
