@@ -12,6 +12,9 @@
 #include "TISDBTVersionedTable.h"
 
 // Tables
+#include "TAITTable.h"
+#include "TApplication.h"
+#include "TApplicationIdentifier.h"
 #include "TPATTable.h"
 #include "TProgramAssociation.h"
 
@@ -21,6 +24,7 @@
 #include "TApplicationIconDescriptor.h"
 #include "TApplicationNameDescriptor.h"
 #include "TApplicationNameDescriptorItem.h"
+#include "TCarouselSelector.h"
 #include "TGingaApplicationDescriptor.h"
 #include "TGingaApplicationLocationDescriptor.h"
 #include "TGingaHtml5ApplicationDescriptor.h"
@@ -29,12 +33,18 @@
 #include "TGingaJavaApplicationLocationDescriptor.h"
 #include "TGingaNCLApplicationDescriptor.h"
 #include "TGingaNCLApplicationLocationDescriptor.h"
-#include "TCarouselSelector.h"
 #include "TTransportProtocolDescriptor.h"
 #include "TTransportProtocolDescriptorDC.h"
 #include "TTransportProtocolDescriptorIC.h"
 #include "TTransportProtocolDescriptorIP.h"
 #include "TTransportProtocolDescriptorOC.h"
 #include "TTransportProtocolDescriptorPC.h"
+#include "TDIILocationDescriptor.h"
+#include "TDIILocationDescriptorItem.h"
+#include "TExternalApplicationAuthorizationDescriptor.h"
+#include "TExternalApplicationAuthorizationDescriptorItem.h"
+#include "TIPSignalingDescriptor.h"
+#include "TPrefetchDescriptor.h"
+#include "TPrefetchDescriptorItem.h"
 
 #endif

@@ -6,6 +6,7 @@
 #include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
+#include "OwnedMap.h"
 
 namespace Sarn {
 
@@ -101,11 +102,8 @@ TApplicationDescriptor* TApplicationDescriptor::parse(unsigned char* data, unsig
             delete d;
             return nullptr;
         }
-        // A repeated application_profile replaces the earlier profile, which
-        // nobody else can hold yet.
-        auto slot = d->profiles.emplace(profile->getApplicationProfile(), nullptr).first;
-        delete slot->second;
-        slot->second = profile;
+        // A repeated application_profile replaces the earlier profile.
+        storeReplacing(d->profiles, profile->getApplicationProfile(), profile);
         profilesLength = static_cast<unsigned char>(profilesLength - consumed);
         remaining -= consumed;
         p += consumed;

@@ -1,8 +1,10 @@
 #include "TApplicationNameDescriptor.h"
 
 #include "ISDBTUtils.h"
+#include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
+#include "OwnedMap.h"
 #include "ParserUtils.h"
 
 namespace Sarn {
@@ -66,25 +68,16 @@ TApplicationNameDescriptor* TApplicationNameDescriptor::parse(unsigned char* dat
     if (!parseCommonHeader(data, len, err, 4, DESCRIPTOR_TAG))
         return nullptr;
     TApplicationNameDescriptor* d = new TApplicationNameDescriptor(data, len);
-    unsigned char* p = data + 2;
-    unsigned int remaining = data[1];
-    while (remaining != 0) {
-        unsigned int consumed = 0;
-        TApplicationNameDescriptorItem* item =
-            TApplicationNameDescriptorItem::parse(p, remaining, &consumed, err);
-        if (item == nullptr) {
-            SARN_LOGW("%s: TApplicationNameDescriptor::parse: Invalid item. Aborting!");
-            ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
-            delete d;
-            return nullptr;
-        }
-        // A repeated language code replaces the earlier item, which nobody
-        // else can hold yet.
-        auto slot = d->items.emplace(item->getLanguageCode(), nullptr).first;
-        delete slot->second;
-        slot->second = item;
-        p += consumed;
-        remaining -= consumed;
+    // A repeated language code replaces the earlier item, which nobody else
+    // can hold yet.
+    auto store = [d](TApplicationNameDescriptorItem* item) {
+        storeReplacing(d->items, item->getLanguageCode(), item);
+    };
+    if (!parseItemLoop<TApplicationNameDescriptorItem>(data + 2, data[1], err, nullptr, store)) {
+        SARN_LOGW("%s: TApplicationNameDescriptor::parse: Invalid item. Aborting!");
+        ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
+        delete d;
+        return nullptr;
     }
     if (bytesRead != nullptr)
         *bytesRead = data[1];
