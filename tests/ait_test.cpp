@@ -342,6 +342,15 @@ TEST(AIT, WrappedSectionLengthStaysInsideTheBuffer) {
             delete t;
         }
     }
+    // Seven bytes cannot hold the long-form header even when the count wrapped.
+    LogCapture log;
+    Bytes seven = {0x74, 0xF0, 0x00, 0x00, 0x09, 0xC1, 0x00};
+    unsigned short code = 0;
+    EXPECT_EQ(parse(seven, &code, nullptr, 0), nullptr);
+    EXPECT_EQ(code, ERROR_SECTION_LENGTH);
+    EXPECT_EQ(log.texts(),
+              (std::vector<std::string>{
+                  line("TISDBTTable::parse: Section length exceeds data length. Aborting!")}));
 }
 
 TEST(AIT, RealCapturesParseAndRender) {
