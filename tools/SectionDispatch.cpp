@@ -25,6 +25,12 @@ SectionResult SectionDispatch::handle(unsigned int pid, unsigned char* section,
         table = Sarn::TPATTable::parse(section, length, 0, 1, &result.error,
                                        static_cast<Sarn::TPATTable*>(before));
     }
+    if (tableId == 0x74) {
+        // Application information tables come on the PIDs the PMTs announce.
+        result.known = true;
+        table = Sarn::TAITTable::parse(section, length, 0, 1, &result.error,
+                                       static_cast<Sarn::TAITTable*>(before));
+    }
     if (table != nullptr) {
         result.json = table->toJSON();
         delete before;
