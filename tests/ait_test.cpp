@@ -1,6 +1,7 @@
 // Application information table: common loop, applications, inheritance, JSON.
 #include <gtest/gtest.h>
 
+#include "DescriptorTesting.h"
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
 #include "Sections.h"
@@ -11,9 +12,6 @@
 using namespace Sarn;
 
 namespace {
-std::string line(const char* text) {
-    return std::string("5 SarnISDBTUtils: ") + text;
-}
 
 TAITTable* parse(Bytes& b, unsigned short* code, TAITTable* previous = nullptr, int crc = 1) {
     return TAITTable::parse(b.data(), static_cast<unsigned int>(b.size()), 0, crc, code, previous);
@@ -114,9 +112,9 @@ TEST(AIT, GingaNclSectionEndToEnd) {
         "\"entitypath_extension\":\"\",\"initial_entity\":\"a.ht\"}]}]}");
     EXPECT_EQ(log.texts(),
               (std::vector<std::string>{
-                  line("TAITTable::parse: Ginga NCL Application Descriptor... WHAT TO DO????"),
-                  line("TAITTable::parse: Unknown descriptor: 0x10. Ignored!"),
-                  line("TApplication::parse: Unknown descriptor: 0x43. Ignored!")}));
+                  warning("TAITTable::parse: Ginga NCL Application Descriptor... WHAT TO DO????"),
+                  warning("TAITTable::parse: Unknown descriptor: 0x10. Ignored!"),
+                  warning("TApplication::parse: Unknown descriptor: 0x43. Ignored!")}));
 
     // The HTML5 application took the table's type, not its own (11).
     TApplication* html5 = t->getApplication("0000000A0002");
@@ -289,17 +287,18 @@ TEST(AIT, RefusalsWithCodesAndMessages) {
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
-            line("TAITTable::parse: Item length not valid: 9 > 4. Aborting!"),
-            line("TAITTable::parse: Item length not valid: 2 > 2. Aborting!"),
-            line("TApplicationDescriptor:: parse: Section length exceeded. Aborting!"),
-            line("ParserUtils::parseStr: ERROR: String length exceeds available data length: 5 > "
-                 "0. Aborting!"),
-            line("TApplicationNameDescriptorItem:: parse: ERROR: parsing Name. Aborting!"),
-            line("TApplicationNameDescriptor::parse: Invalid item. Aborting!"),
-            line("TAITTable::parse: Invalid item. Aborting!"),
-            line("TAITTable::parse: Item length not valid: 32 > 3. Aborting!"),
-            line("TApplication::parse: Item length not valid: 5 > 1. Aborting!"),
-            line("TAITTable::parse: Invalid item. Aborting!")}));
+            warning("TAITTable::parse: Item length not valid: 9 > 4. Aborting!"),
+            warning("TAITTable::parse: Item length not valid: 2 > 2. Aborting!"),
+            warning("TApplicationDescriptor:: parse: Section length exceeded. Aborting!"),
+            warning(
+                "ParserUtils::parseStr: ERROR: String length exceeds available data length: 5 > "
+                "0. Aborting!"),
+            warning("TApplicationNameDescriptorItem:: parse: ERROR: parsing Name. Aborting!"),
+            warning("TApplicationNameDescriptor::parse: Invalid item. Aborting!"),
+            warning("TAITTable::parse: Invalid item. Aborting!"),
+            warning("TAITTable::parse: Item length not valid: 32 > 3. Aborting!"),
+            warning("TApplication::parse: Item length not valid: 5 > 1. Aborting!"),
+            warning("TAITTable::parse: Invalid item. Aborting!")}));
     log.clear();
 
     // Header failures: another table_id; a wrong CRC.
@@ -325,7 +324,7 @@ TEST(AIT, RefusalsWithCodesAndMessages) {
     EXPECT_EQ(TApplicationIdentifier::parse(five.data(), 5, 1, nullptr, &code), nullptr);
     EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
     EXPECT_EQ(log.texts().back(),
-              line("TApplicationIdentifier::parse: Item length not valid: 5. Aborting!"));
+              warning("TApplicationIdentifier::parse: Item length not valid: 5. Aborting!"));
 }
 
 TEST(AIT, WrappedSectionLengthStaysInsideTheBuffer) {
@@ -350,7 +349,7 @@ TEST(AIT, WrappedSectionLengthStaysInsideTheBuffer) {
     EXPECT_EQ(code, ERROR_SECTION_LENGTH);
     EXPECT_EQ(log.texts(),
               (std::vector<std::string>{
-                  line("TISDBTTable::parse: Section length exceeds data length. Aborting!")}));
+                  warning("TISDBTTable::parse: Section length exceeds data length. Aborting!")}));
 }
 
 TEST(AIT, RealCapturesParseAndRender) {

@@ -1,6 +1,7 @@
 // External application authorization, prefetch, DII location and IP signalling descriptors.
 #include <gtest/gtest.h>
 
+#include "DescriptorTesting.h"
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
 #include "Sections.h"
@@ -11,16 +12,7 @@
 
 using namespace Sarn;
 
-namespace {
-std::string line(const char* text) {
-    return std::string("5 SarnISDBTUtils: ") + text;
-}
-
-template <class T>
-T* parse(Bytes& b, unsigned short* code, unsigned int* bytesRead = nullptr) {
-    return T::parse(b.data(), static_cast<unsigned int>(b.size()), bytesRead, code);
-}
-}  // namespace
+namespace {}  // namespace
 
 TEST(ExternalApplicationAuthorizationDescriptor, ItemsByHashIdLaterWins) {
     LogCapture log;
@@ -30,7 +22,7 @@ TEST(ExternalApplicationAuthorizationDescriptor, ItemsByHashIdLaterWins) {
                0x0A, 0x00, 0x01, 0x01, 0x00, 0x00, 0x00, 0x0A, 0x00, 0x02, 0x09};
     unsigned short code = 0xFFFF;
     unsigned int n = 0;
-    auto* d = parse<TExternalApplicationAuthorizationDescriptor>(b, &code, &n);
+    auto* d = parseWhole<TExternalApplicationAuthorizationDescriptor>(b, &code, &n);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(code, 0);
     EXPECT_EQ(n, 7u);  // the last item's size
@@ -47,7 +39,7 @@ TEST(ExternalApplicationAuthorizationDescriptor, ItemsByHashIdLaterWins) {
 
     Bytes empty = {0x05, 0x00};
     n = 99;
-    d = parse<TExternalApplicationAuthorizationDescriptor>(empty, &code, &n);
+    d = parseWhole<TExternalApplicationAuthorizationDescriptor>(empty, &code, &n);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(d->size(), 0);
     EXPECT_EQ(n, 0u);
@@ -55,14 +47,14 @@ TEST(ExternalApplicationAuthorizationDescriptor, ItemsByHashIdLaterWins) {
     EXPECT_TRUE(log.lines().empty());
 
     Bytes trailing = {0x05, 0x0A, 0x00, 0x00, 0x00, 0x0A, 0x00, 0x02, 0x05, 0x01, 0x02, 0x03};
-    EXPECT_EQ(parse<TExternalApplicationAuthorizationDescriptor>(trailing, &code), nullptr);
+    EXPECT_EQ(parseWhole<TExternalApplicationAuthorizationDescriptor>(trailing, &code), nullptr);
     EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
     EXPECT_EQ(log.texts(),
               (std::vector<std::string>{
-                  line("TExternalApplicationAuthorizationDescriptorItem::parse: Item length not "
-                       "valid: 3. Aborting!"),
-                  line("TExternalApplicationAuthorizationDescriptor::parse: Invalid item. "
-                       "Aborting!")}));
+                  warning("TExternalApplicationAuthorizationDescriptorItem::parse: Item length not "
+                          "valid: 3. Aborting!"),
+                  warning("TExternalApplicationAuthorizationDescriptor::parse: Invalid item. "
+                          "Aborting!")}));
 }
 
 TEST(PrefetchDescriptor, LabelsPrioritiesAndFailures) {
@@ -71,7 +63,7 @@ TEST(PrefetchDescriptor, LabelsPrioritiesAndFailures) {
     Bytes b = {0x0C, 0x0C, 0x01, 0x04, 'm', 'a', 'i', 'n', 0x64, 0x03, 'i', 'm', 'g', 0x01};
     unsigned short code = 0xFFFF;
     unsigned int n = 0;
-    TPrefetchDescriptor* d = parse<TPrefetchDescriptor>(b, &code, &n);
+    TPrefetchDescriptor* d = parseWhole<TPrefetchDescriptor>(b, &code, &n);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(code, 0);
     EXPECT_EQ(n, 5u);
@@ -91,20 +83,21 @@ TEST(PrefetchDescriptor, LabelsPrioritiesAndFailures) {
 
     // The label fills the rest of the descriptor: no priority byte.
     Bytes noPriority = {0x0C, 0x04, 0x01, 0x02, 'a', 'b'};
-    EXPECT_EQ(parse<TPrefetchDescriptor>(noPriority, &code), nullptr);
+    EXPECT_EQ(parseWhole<TPrefetchDescriptor>(noPriority, &code), nullptr);
     EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
     Bytes badLabel = {0x0C, 0x04, 0x01, 0x07, 'a', 'b'};
-    EXPECT_EQ(parse<TPrefetchDescriptor>(badLabel, &code), nullptr);
+    EXPECT_EQ(parseWhole<TPrefetchDescriptor>(badLabel, &code), nullptr);
     EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
-            line("TPrefetchDescriptorItem::parse: Item length not valid: 0. Aborting!"),
-            line("TPrefetchDescriptor::parse: Invalid item. Aborting!"),
-            line("ParserUtils::parseStr: ERROR: String length exceeds available data length: 7 > "
-                 "2. Aborting!"),
-            line("TPrefetchDescriptorItem:: parse: ERROR: parsing Label. Aborting!"),
-            line("TPrefetchDescriptor::parse: Invalid item. Aborting!")}));
+            warning("TPrefetchDescriptorItem::parse: Item length not valid: 0. Aborting!"),
+            warning("TPrefetchDescriptor::parse: Invalid item. Aborting!"),
+            warning(
+                "ParserUtils::parseStr: ERROR: String length exceeds available data length: 7 > "
+                "2. Aborting!"),
+            warning("TPrefetchDescriptorItem:: parse: ERROR: parsing Label. Aborting!"),
+            warning("TPrefetchDescriptor::parse: Invalid item. Aborting!")}));
 }
 
 TEST(DIILocationDescriptor, ItemsAndShortItem) {
@@ -112,7 +105,7 @@ TEST(DIILocationDescriptor, ItemsAndShortItem) {
     // Reserved bit set on the DII identification; association tag 0x0014.
     Bytes one = {0x0D, 0x05, 0x02, 0x80, 0x01, 0x00, 0x14};
     unsigned short code = 0xFFFF;
-    TDIILocationDescriptor* d = parse<TDIILocationDescriptor>(one, &code);
+    TDIILocationDescriptor* d = parseWhole<TDIILocationDescriptor>(one, &code);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(d->getTransportProtocolLabel(), 2);
     ASSERT_EQ(d->size(), 1u);
@@ -124,19 +117,19 @@ TEST(DIILocationDescriptor, ItemsAndShortItem) {
     EXPECT_TRUE(log.lines().empty());
 
     Bytes seven = {0x0D, 0x07, 0x02, 0x00, 0x01, 0x00, 0x14, 0x00, 0x02};
-    EXPECT_EQ(parse<TDIILocationDescriptor>(seven, &code), nullptr);
+    EXPECT_EQ(parseWhole<TDIILocationDescriptor>(seven, &code), nullptr);
     EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
     EXPECT_EQ(log.texts(),
               (std::vector<std::string>{
-                  line("TDIILocationDescriptorItem::parse: Item length not valid: 2. Aborting!"),
-                  line("TDIILocationDescriptor::parse: Invalid item. Aborting!")}));
+                  warning("TDIILocationDescriptorItem::parse: Item length not valid: 2. Aborting!"),
+                  warning("TDIILocationDescriptor::parse: Invalid item. Aborting!")}));
 }
 
 TEST(IPSignalingDescriptor, PlatformId) {
     Bytes b = {0x11, 0x03, 0x45, 0x67, 0x89};
     unsigned short code = 0xFFFF;
     unsigned int n = 0;
-    TIPSignalingDescriptor* d = parse<TIPSignalingDescriptor>(b, &code, &n);
+    TIPSignalingDescriptor* d = parseWhole<TIPSignalingDescriptor>(b, &code, &n);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(code, 0);
     EXPECT_EQ(n, 3u);
@@ -149,6 +142,6 @@ TEST(IPSignalingDescriptor, PlatformId) {
     EXPECT_EQ(copy.getPlatformID(), 0x456789u);
 
     Bytes shortOne = {0x11, 0x02, 0x45, 0x67};
-    EXPECT_EQ(parse<TIPSignalingDescriptor>(shortOne, &code), nullptr);
+    EXPECT_EQ(parseWhole<TIPSignalingDescriptor>(shortOne, &code), nullptr);
     EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
 }

@@ -1,6 +1,7 @@
 // Application, name, icon and Ginga descriptors of the application information table.
 #include <gtest/gtest.h>
 
+#include "DescriptorTesting.h"
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
 #include "Sections.h"
@@ -14,16 +15,7 @@
 
 using namespace Sarn;
 
-namespace {
-std::string line(const char* text) {
-    return std::string("5 SarnISDBTUtils: ") + text;
-}
-
-template <class T>
-T* parse(Bytes& b, unsigned short* code, unsigned int* bytesRead = nullptr) {
-    return T::parse(b.data(), static_cast<unsigned int>(b.size()), bytesRead, code);
-}
-}  // namespace
+namespace {}  // namespace
 
 TEST(ApplicationDescriptor, ProfilesFlagsLabelsAndDeepCopy) {
     LogCapture log;
@@ -33,7 +25,7 @@ TEST(ApplicationDescriptor, ProfilesFlagsLabelsAndDeepCopy) {
                0x01, 0x01, 0x00, 0x00, 0xFF, 0xC8, 0x01, 0x0A};
     unsigned short code = 0xFFFF;
     unsigned int n = 0;
-    TApplicationDescriptor* d = parse<TApplicationDescriptor>(b, &code, &n);
+    TApplicationDescriptor* d = parseWhole<TApplicationDescriptor>(b, &code, &n);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(code, 0);
     EXPECT_EQ(n, 15u);
@@ -63,7 +55,7 @@ TEST(ApplicationDescriptor, ProfilesFlagsLabelsAndDeepCopy) {
 
     // No profiles, only the service-bound flag, priority 5, no labels.
     Bytes bare = {0x00, 0x03, 0x00, 0x80, 0x05};
-    d = parse<TApplicationDescriptor>(bare, &code);
+    d = parseWhole<TApplicationDescriptor>(bare, &code);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(d->getTransportProtocols(), nullptr);
     EXPECT_EQ(d->toJSON(),
@@ -79,23 +71,23 @@ TEST(ApplicationDescriptor, LengthFailures) {
     unsigned short code = 0;
     // Profiles length 9 in a body of 5.
     Bytes tooLong = {0x00, 0x05, 0x09, 0x00, 0x01, 0x80, 0x05};
-    EXPECT_EQ(parse<TApplicationDescriptor>(tooLong, &code), nullptr);
+    EXPECT_EQ(parseWhole<TApplicationDescriptor>(tooLong, &code), nullptr);
     EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
     // Profiles length 7: the second profile has only two bytes.
     Bytes seven = {0x00, 0x0A, 0x07, 0x00, 0x01, 0x01, 0x00, 0x00, 0x00, 0x02, 0x80, 0x05};
-    EXPECT_EQ(parse<TApplicationDescriptor>(seven, &code), nullptr);
+    EXPECT_EQ(parseWhole<TApplicationDescriptor>(seven, &code), nullptr);
     EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
     // A profile but only one byte left for flags and priority.
     Bytes noPriority = {0x00, 0x07, 0x05, 0x00, 0x01, 0x01, 0x00, 0x00, 0x80};
-    EXPECT_EQ(parse<TApplicationDescriptor>(noPriority, &code), nullptr);
+    EXPECT_EQ(parseWhole<TApplicationDescriptor>(noPriority, &code), nullptr);
     EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
     EXPECT_EQ(log.texts(),
               (std::vector<std::string>{
-                  line("TApplicationDescriptor:: parse: Application Profiles Length exceeds "
-                       "Descriptor Length: 9 > 4. Aborting!"),
-                  line("TApplicationDescriptorProfile::parse: Item length not valid: 2. "
-                       "Aborting!"),
-                  line("TApplicationDescriptor:: parse: Section length exceeded. Aborting!")}));
+                  warning("TApplicationDescriptor:: parse: Application Profiles Length exceeds "
+                          "Descriptor Length: 9 > 4. Aborting!"),
+                  warning("TApplicationDescriptorProfile::parse: Item length not valid: 2. "
+                          "Aborting!"),
+                  warning("TApplicationDescriptor:: parse: Section length exceeded. Aborting!")}));
 }
 
 TEST(ApplicationNameDescriptor, ItemsByLanguageAndFailures) {
@@ -104,7 +96,7 @@ TEST(ApplicationNameDescriptor, ItemsByLanguageAndFailures) {
     Bytes b = {0x01, 0x18, 'p', 'o', 'r', 0x03, 'A', 'p',  'p', 'e', 'n', 'g',  0x04,
                'N',  'e',  'w', 's', 'p', 'o',  'r', 0x05, 'N', 'o', 't', 0x0E, 'x'};
     unsigned short code = 0xFFFF;
-    TApplicationNameDescriptor* d = parse<TApplicationNameDescriptor>(b, &code);
+    TApplicationNameDescriptor* d = parseWhole<TApplicationNameDescriptor>(b, &code);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(code, 0);
     EXPECT_EQ(d->size(), 2);
@@ -122,21 +114,22 @@ TEST(ApplicationNameDescriptor, ItemsByLanguageAndFailures) {
 
     // A name running past the descriptor fails the item, then the descriptor.
     Bytes bad = {0x01, 0x06, 'p', 'o', 'r', 0x09, 'A', 'B'};
-    EXPECT_EQ(parse<TApplicationNameDescriptor>(bad, &code), nullptr);
+    EXPECT_EQ(parseWhole<TApplicationNameDescriptor>(bad, &code), nullptr);
     EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
     // Five bytes after a complete item cannot hold another.
     Bytes tail = {0x01, 0x07, 'p', 'o', 'r', 0x01, 'A', 'e', 'n'};
-    EXPECT_EQ(parse<TApplicationNameDescriptor>(tail, &code), nullptr);
+    EXPECT_EQ(parseWhole<TApplicationNameDescriptor>(tail, &code), nullptr);
     EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
-            line("ParserUtils::parseStr: ERROR: String length exceeds available data length: 9 > "
-                 "2. Aborting!"),
-            line("TApplicationNameDescriptorItem:: parse: ERROR: parsing Name. Aborting!"),
-            line("TApplicationNameDescriptor::parse: Invalid item. Aborting!"),
-            line("TApplicationNameDescriptorItem::parse: Item length not valid: 2. Aborting!"),
-            line("TApplicationNameDescriptor::parse: Invalid item. Aborting!")}));
+            warning(
+                "ParserUtils::parseStr: ERROR: String length exceeds available data length: 9 > "
+                "2. Aborting!"),
+            warning("TApplicationNameDescriptorItem:: parse: ERROR: parsing Name. Aborting!"),
+            warning("TApplicationNameDescriptor::parse: Invalid item. Aborting!"),
+            warning("TApplicationNameDescriptorItem::parse: Item length not valid: 2. Aborting!"),
+            warning("TApplicationNameDescriptor::parse: Invalid item. Aborting!")}));
 }
 
 TEST(ApplicationIconDescriptor, LocatorFlagsAndRawRendering) {
@@ -144,7 +137,7 @@ TEST(ApplicationIconDescriptor, LocatorFlagsAndRawRendering) {
     Bytes b = {0x0B, 0x07, 0x04, 'i', 'c', 'o', '/', 0x00, 0x06};
     unsigned short code = 0xFFFF;
     unsigned int n = 0;
-    TApplicationIconDescriptor* d = parse<TApplicationIconDescriptor>(b, &code, &n);
+    TApplicationIconDescriptor* d = parseWhole<TApplicationIconDescriptor>(b, &code, &n);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(n, 9u);
     EXPECT_EQ(d->getIconLocator(), "ico/");
@@ -156,16 +149,17 @@ TEST(ApplicationIconDescriptor, LocatorFlagsAndRawRendering) {
 
     // The locator leaves no room for the flags.
     Bytes noFlags = {0x0B, 0x03, 0x02, 'a', 'b'};
-    EXPECT_EQ(parse<TApplicationIconDescriptor>(noFlags, &code), nullptr);
+    EXPECT_EQ(parseWhole<TApplicationIconDescriptor>(noFlags, &code), nullptr);
     EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
     Bytes badLocator = {0x0B, 0x02, 0x05, 'a'};
-    EXPECT_EQ(parse<TApplicationIconDescriptor>(badLocator, &code), nullptr);
+    EXPECT_EQ(parseWhole<TApplicationIconDescriptor>(badLocator, &code), nullptr);
     EXPECT_EQ(code, ERROR_FIELD_PARSE);
     ASSERT_EQ(log.texts().size(), 3u);
     EXPECT_EQ(log.texts()[0],
-              line("TApplicationIconDescriptor:: parse: Item length not valid: 0. Aborting!"));
-    EXPECT_EQ(log.texts()[2],
-              line("TApplicationIconDescriptor:: parse: ERROR: parsing Icon Locator. Aborting!"));
+              warning("TApplicationIconDescriptor:: parse: Item length not valid: 0. Aborting!"));
+    EXPECT_EQ(
+        log.texts()[2],
+        warning("TApplicationIconDescriptor:: parse: ERROR: parsing Icon Locator. Aborting!"));
 }
 
 TEST(GingaApplicationDescriptor, ParametersAndFailures) {
@@ -173,7 +167,7 @@ TEST(GingaApplicationDescriptor, ParametersAndFailures) {
     Bytes b = {0x06, 0x08, 0x03, 'a', '=', '1', 0x00, 0x02, 'x', 0x1B};
     unsigned short code = 0xFFFF;
     unsigned int n = 0;
-    TGingaNCLApplicationDescriptor* d = parse<TGingaNCLApplicationDescriptor>(b, &code, &n);
+    TGingaNCLApplicationDescriptor* d = parseWhole<TGingaNCLApplicationDescriptor>(b, &code, &n);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(code, 0);
     EXPECT_EQ(n, 8u);
@@ -191,7 +185,7 @@ TEST(GingaApplicationDescriptor, ParametersAndFailures) {
     EXPECT_FALSE(copy.remove(2));
 
     Bytes empty = {0x06, 0x00};
-    d = parse<TGingaNCLApplicationDescriptor>(empty, &code, &n);
+    d = parseWhole<TGingaNCLApplicationDescriptor>(empty, &code, &n);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(n, 0u);
     EXPECT_EQ(d->toJSON(),
@@ -200,13 +194,13 @@ TEST(GingaApplicationDescriptor, ParametersAndFailures) {
     EXPECT_TRUE(log.lines().empty());
 
     Bytes bad = {0x06, 0x03, 0x01, 'a', 0x04};
-    EXPECT_EQ(parse<TGingaNCLApplicationDescriptor>(bad, &code), nullptr);
+    EXPECT_EQ(parseWhole<TGingaNCLApplicationDescriptor>(bad, &code), nullptr);
     EXPECT_EQ(code, ERROR_FIELD_PARSE);
     EXPECT_EQ(log.texts().back(),
-              line("TGingaApplicationDescriptor:: parse: ERROR: parsing Parameter. Aborting!"));
+              warning("TGingaApplicationDescriptor:: parse: ERROR: parsing Parameter. Aborting!"));
     // A Java tag is not an NCL descriptor.
     Bytes java = {0x03, 0x00};
-    EXPECT_EQ(parse<TGingaNCLApplicationDescriptor>(java, &code), nullptr);
+    EXPECT_EQ(parseWhole<TGingaNCLApplicationDescriptor>(java, &code), nullptr);
     EXPECT_EQ(code, ERROR_UNEXPECTED_DESCRIPTOR_TAG);
 }
 
@@ -216,7 +210,7 @@ TEST(GingaApplicationLocationDescriptor, FieldsCountAndFailures) {
     unsigned short code = 0xFFFF;
     unsigned int n = 0;
     TGingaNCLApplicationLocationDescriptor* d =
-        parse<TGingaNCLApplicationLocationDescriptor>(b, &code, &n);
+        parseWhole<TGingaNCLApplicationLocationDescriptor>(b, &code, &n);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(code, 0);
     // Base directory 1, class path 0, and the class path length again.
@@ -231,7 +225,7 @@ TEST(GingaApplicationLocationDescriptor, FieldsCountAndFailures) {
 
     Bytes java = {0x04, 0x0A, 0x02, 'a', 'b', 0x02, 'c', 'p', 'X', 'l', 'e', 't'};
     TGingaJavaApplicationLocationDescriptor* j =
-        parse<TGingaJavaApplicationLocationDescriptor>(java, &code, &n);
+        parseWhole<TGingaJavaApplicationLocationDescriptor>(java, &code, &n);
     ASSERT_NE(j, nullptr);
     EXPECT_EQ(j->getBaseDirectory(), "ab");
     EXPECT_EQ(j->getClasspathExtension(), "cp");
@@ -241,7 +235,7 @@ TEST(GingaApplicationLocationDescriptor, FieldsCountAndFailures) {
 
     Bytes onlyClass = {0x0F, 0x05, 0x00, 0x00, 'a', '.', 'h'};
     TGingaHtml5ApplicationLocationDescriptor* h =
-        parse<TGingaHtml5ApplicationLocationDescriptor>(onlyClass, &code, &n);
+        parseWhole<TGingaHtml5ApplicationLocationDescriptor>(onlyClass, &code, &n);
     ASSERT_NE(h, nullptr);
     EXPECT_EQ(h->getBaseDirectory(), "");
     EXPECT_EQ(h->getInitialClass(), "a.h");
@@ -255,13 +249,13 @@ TEST(GingaApplicationLocationDescriptor, FieldsCountAndFailures) {
     Bytes noClasspathLength = {0x07, 0x04, 0x03, 'a', 'b', 'c'};
     Bytes classpath = {0x07, 0x04, 0x01, 'a', 0x03, 'b'};
     for (Bytes* bad : {&base, &noClasspathLength, &classpath}) {
-        EXPECT_EQ(parse<TGingaNCLApplicationLocationDescriptor>(*bad, &code), nullptr);
+        EXPECT_EQ(parseWhole<TGingaNCLApplicationLocationDescriptor>(*bad, &code), nullptr);
         EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
     }
     const char* prefix =
         "TGingaApplicationLocationDescriptor::parse: Longer data length is required: ";
     EXPECT_EQ(log.texts(),
-              (std::vector<std::string>{line((std::string(prefix) + "3 < 5. Aborting!").c_str()),
-                                        line((std::string(prefix) + "0 < 1. Aborting!").c_str()),
-                                        line((std::string(prefix) + "1 < 3. Aborting!").c_str())}));
+              (std::vector<std::string>{warning(std::string(prefix) + "3 < 5. Aborting!"),
+                                        warning(std::string(prefix) + "0 < 1. Aborting!"),
+                                        warning(std::string(prefix) + "1 < 3. Aborting!")}));
 }

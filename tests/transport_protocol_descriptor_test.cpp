@@ -1,6 +1,7 @@
 // Transport protocol descriptor: protocol_id dispatch, selectors and clone.
 #include <gtest/gtest.h>
 
+#include "DescriptorTesting.h"
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
 #include "Sections.h"
@@ -13,9 +14,6 @@
 using namespace Sarn;
 
 namespace {
-std::string line(const char* text) {
-    return std::string("5 SarnISDBTUtils: ") + text;
-}
 
 // Descriptors point into the bytes they were parsed from: b outlives the result.
 TTransportProtocolDescriptor* parse(const Bytes& bytes, Bytes& b, unsigned short* code,
@@ -74,8 +72,9 @@ TEST(TransportProtocolDescriptor, ObjectCarouselLocalAndRemote) {
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
-            line("TTransportProtocolDescriptorOC::parse: Item length not valid: 6. Aborting!"),
-            line("TTransportProtocolDescriptorDC::parse: Item length not valid: 4. Aborting!")}));
+            warning("TTransportProtocolDescriptorOC::parse: Item length not valid: 6. Aborting!"),
+            warning(
+                "TTransportProtocolDescriptorDC::parse: Item length not valid: 4. Aborting!")}));
 }
 
 TEST(TransportProtocolDescriptor, ProtocolIdDispatch) {
@@ -115,8 +114,9 @@ TEST(TransportProtocolDescriptor, ProtocolIdDispatch) {
     EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
     EXPECT_EQ(TTransportProtocolDescriptor::clone(nullptr), nullptr);
     ASSERT_EQ(log.texts().size(), 2u);
-    EXPECT_EQ(log.texts()[0],
-              line("TTransportProtocolDescriptor::parse: Unknown protocol ID: 0x0006. Aborting!"));
+    EXPECT_EQ(
+        log.texts()[0],
+        warning("TTransportProtocolDescriptor::parse: Unknown protocol ID: 0x0006. Aborting!"));
 }
 
 TEST(TransportProtocolDescriptor, IpSelectorUrls) {
@@ -160,7 +160,7 @@ TEST(TransportProtocolDescriptor, IpSelectorUrls) {
     EXPECT_EQ(parse({0x02, 0x06, 0x00, 0x02, 0x07, 0x00, 0x80, 0x04}, wire, &code), nullptr);
     EXPECT_EQ(code, ERROR_FIELD_PARSE);
     EXPECT_EQ(log.texts().back(),
-              line("TApplicationNameDescriptorItem:: parse: ERROR: parsing Name. Aborting!"));
+              warning("TApplicationNameDescriptorItem:: parse: ERROR: parsing Name. Aborting!"));
 }
 
 TEST(TransportProtocolDescriptor, InteractionChannelAndProtocol5ClassesAreNotCloned) {
@@ -196,6 +196,6 @@ TEST(TransportProtocolDescriptor, InteractionChannelAndProtocol5ClassesAreNotClo
     EXPECT_EQ(cut.parseData(b.data() + 2, 6, &n, &code), 0);
     EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
     EXPECT_EQ(log.texts(),
-              (std::vector<std::string>{line(
+              (std::vector<std::string>{warning(
                   "TTransportProtocolDescriptorIC::parse: Item length not valid: 0. Aborting!")}));
 }

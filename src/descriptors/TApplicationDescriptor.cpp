@@ -6,7 +6,7 @@
 #include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
-#include "OwnedMap.h"
+#include "Owned.h"
 
 namespace Sarn {
 
@@ -58,8 +58,7 @@ TApplicationDescriptor::TApplicationDescriptor(const TApplicationDescriptor* src
       visibleForApplications(src->visibleForApplications),
       transportProtocolLabelCount(src->transportProtocolLabelCount),
       transportProtocolLabels(nullptr) {
-    for (const auto& entry : src->profiles)
-        profiles[entry.first] = new TApplicationDescriptorProfile(entry.second);
+    copyAll(src->profiles, profiles);
     if (src->transportProtocolLabels != nullptr && transportProtocolLabelCount != 0) {
         transportProtocolLabels = new unsigned char[transportProtocolLabelCount];
         std::memcpy(transportProtocolLabels, src->transportProtocolLabels,
@@ -68,8 +67,7 @@ TApplicationDescriptor::TApplicationDescriptor(const TApplicationDescriptor* src
 }
 
 TApplicationDescriptor::~TApplicationDescriptor() {
-    for (auto& entry : profiles)
-        delete entry.second;
+    deleteAll(profiles);
     delete[] transportProtocolLabels;
 }
 

@@ -4,7 +4,7 @@
 #include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
-#include "OwnedMap.h"
+#include "Owned.h"
 #include "ParserUtils.h"
 
 namespace Sarn {
@@ -53,13 +53,11 @@ TApplicationNameDescriptor::TApplicationNameDescriptor(unsigned char* bytes, uns
 
 TApplicationNameDescriptor::TApplicationNameDescriptor(const TApplicationNameDescriptor* src)
     : TISDBTDescriptor(*src) {
-    for (const auto& entry : src->items)
-        items[entry.first] = new TApplicationNameDescriptorItem(entry.second);
+    copyAll(src->items, items);
 }
 
 TApplicationNameDescriptor::~TApplicationNameDescriptor() {
-    for (auto& entry : items)
-        delete entry.second;
+    deleteAll(items);
 }
 
 TApplicationNameDescriptor* TApplicationNameDescriptor::parse(unsigned char* data, unsigned int len,
@@ -68,20 +66,15 @@ TApplicationNameDescriptor* TApplicationNameDescriptor::parse(unsigned char* dat
     if (!parseCommonHeader(data, len, err, 4, DESCRIPTOR_TAG))
         return nullptr;
     TApplicationNameDescriptor* d = new TApplicationNameDescriptor(data, len);
-    // A repeated language code replaces the earlier item, which nobody else
-    // can hold yet.
+    // A repeated language code replaces the earlier item.
     auto store = [d](TApplicationNameDescriptorItem* item) {
         storeReplacing(d->items, item->getLanguageCode(), item);
     };
-    if (!parseItemLoop<TApplicationNameDescriptorItem>(data + 2, data[1], err, nullptr, store)) {
-        SARN_LOGW("%s: TApplicationNameDescriptor::parse: Invalid item. Aborting!");
-        ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
-        delete d;
+    if (parseItems<TApplicationNameDescriptorItem>(d, "TApplicationNameDescriptor", data + 2,
+                                                   data[1], nullptr, err, store) == nullptr)
         return nullptr;
-    }
     if (bytesRead != nullptr)
         *bytesRead = data[1];
-    ISDBTUtils::setErrorCode(err, ERROR_NONE);
     return d;
 }
 
@@ -97,10 +90,7 @@ TApplicationNameDescriptorItem* TApplicationNameDescriptor::get(
 }
 
 std::list<std::string> TApplicationNameDescriptor::getLanguageCodes() const {
-    std::list<std::string> codes;
-    for (const auto& entry : items)
-        codes.push_back(entry.first);
-    return codes;
+    return keysOf(items);
 }
 
 std::string TApplicationNameDescriptor::toJSON() const {

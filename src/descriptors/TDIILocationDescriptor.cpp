@@ -4,6 +4,7 @@
 #include "ISDBTUtils.h"
 #include "ItemLoop.h"
 #include "Log.h"
+#include "Owned.h"
 
 namespace Sarn {
 
@@ -36,14 +37,11 @@ TDIILocationDescriptor::TDIILocationDescriptor(unsigned char* bytes, unsigned in
 
 TDIILocationDescriptor::TDIILocationDescriptor(const TDIILocationDescriptor* src)
     : TISDBTDescriptor(*src), transportProtocolLabel(src->transportProtocolLabel) {
-    items.reserve(src->items.size());
-    for (const TDIILocationDescriptorItem* item : src->items)
-        items.push_back(new TDIILocationDescriptorItem(item));
+    copyAll(src->items, items);
 }
 
 TDIILocationDescriptor::~TDIILocationDescriptor() {
-    for (TDIILocationDescriptorItem* item : items)
-        delete item;
+    deleteAll(items);
 }
 
 TDIILocationDescriptor* TDIILocationDescriptor::parse(unsigned char* data, unsigned int len,
@@ -54,20 +52,9 @@ TDIILocationDescriptor* TDIILocationDescriptor::parse(unsigned char* data, unsig
         return nullptr;
     TDIILocationDescriptor* d = new TDIILocationDescriptor(data, len);
     d->transportProtocolLabel = data[2];
-    unsigned int lastConsumed = 0;
     auto store = [d](TDIILocationDescriptorItem* item) { d->items.push_back(item); };
-    if (!parseItemLoop<TDIILocationDescriptorItem>(data + 3, data[1] - 1u, err, &lastConsumed,
-                                                   store)) {
-        SARN_LOGW("%s: TDIILocationDescriptor::parse: Invalid item. Aborting!");
-        ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
-        delete d;
-        return nullptr;
-    }
-    // Reports the size of the last item, as the library always has.
-    if (bytesRead != nullptr)
-        *bytesRead = lastConsumed;
-    ISDBTUtils::setErrorCode(err, ERROR_NONE);
-    return d;
+    return parseItems<TDIILocationDescriptorItem>(d, "TDIILocationDescriptor", data + 3,
+                                                  data[1] - 1u, bytesRead, err, store);
 }
 
 void TDIILocationDescriptor::add(TDIILocationDescriptorItem* item) {
@@ -76,7 +63,7 @@ void TDIILocationDescriptor::add(TDIILocationDescriptorItem* item) {
 }
 
 TDIILocationDescriptorItem* TDIILocationDescriptor::get(unsigned int index) const {
-    return index < items.size() ? items[index] : nullptr;
+    return elementAt(items, index);
 }
 
 }  // namespace Sarn

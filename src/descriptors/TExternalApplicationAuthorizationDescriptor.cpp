@@ -3,7 +3,7 @@
 #include "ISDBTUtils.h"
 #include "ItemLoop.h"
 #include "Log.h"
-#include "OwnedMap.h"
+#include "Owned.h"
 
 namespace Sarn {
 
@@ -52,13 +52,11 @@ TExternalApplicationAuthorizationDescriptor::TExternalApplicationAuthorizationDe
 TExternalApplicationAuthorizationDescriptor::TExternalApplicationAuthorizationDescriptor(
     const TExternalApplicationAuthorizationDescriptor* src)
     : TISDBTDescriptor(*src) {
-    for (const auto& entry : src->items)
-        items[entry.first] = new TExternalApplicationAuthorizationDescriptorItem(entry.second);
+    copyAll(src->items, items);
 }
 
 TExternalApplicationAuthorizationDescriptor::~TExternalApplicationAuthorizationDescriptor() {
-    for (auto& entry : items)
-        delete entry.second;
+    deleteAll(items);
 }
 
 TExternalApplicationAuthorizationDescriptor* TExternalApplicationAuthorizationDescriptor::parse(
@@ -67,26 +65,14 @@ TExternalApplicationAuthorizationDescriptor* TExternalApplicationAuthorizationDe
         return nullptr;
     TExternalApplicationAuthorizationDescriptor* d =
         new TExternalApplicationAuthorizationDescriptor(data, len);
-    unsigned int lastConsumed = 0;
     // The same application authorized twice keeps the later entry.
     auto store = [d](TExternalApplicationAuthorizationDescriptorItem* item) {
         storeReplacing(d->items,
                        TApplicationIdentifier::calculateHashID(item->getApplicationIdentifier()),
                        item);
     };
-    if (!parseItemLoop<TExternalApplicationAuthorizationDescriptorItem>(data + 2, data[1], err,
-                                                                        &lastConsumed, store)) {
-        SARN_LOGW(
-            "%s: TExternalApplicationAuthorizationDescriptor::parse: Invalid item. Aborting!");
-        ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
-        delete d;
-        return nullptr;
-    }
-    // Reports the size of the last item, as the library always has.
-    if (bytesRead != nullptr)
-        *bytesRead = lastConsumed;
-    ISDBTUtils::setErrorCode(err, ERROR_NONE);
-    return d;
+    return parseItems<TExternalApplicationAuthorizationDescriptorItem>(
+        d, "TExternalApplicationAuthorizationDescriptor", data + 2, data[1], bytesRead, err, store);
 }
 
 void TExternalApplicationAuthorizationDescriptor::add(
@@ -103,10 +89,7 @@ TExternalApplicationAuthorizationDescriptorItem* TExternalApplicationAuthorizati
 
 std::list<std::string>
 TExternalApplicationAuthorizationDescriptor::getApplicationIdentifierHashIDs() const {
-    std::list<std::string> keys;
-    for (const auto& entry : items)
-        keys.push_back(entry.first);
-    return keys;
+    return keysOf(items);
 }
 
 }  // namespace Sarn

@@ -3,6 +3,7 @@
 #include "ISDBTUtils.h"
 #include "ItemLoop.h"
 #include "Log.h"
+#include "Owned.h"
 #include "ParserUtils.h"
 
 namespace Sarn {
@@ -51,14 +52,11 @@ TPrefetchDescriptor::TPrefetchDescriptor(unsigned char* bytes, unsigned int len)
 
 TPrefetchDescriptor::TPrefetchDescriptor(const TPrefetchDescriptor* src)
     : TISDBTDescriptor(*src), transportProtocolLabel(src->transportProtocolLabel) {
-    items.reserve(src->items.size());
-    for (const TPrefetchDescriptorItem* item : src->items)
-        items.push_back(new TPrefetchDescriptorItem(item));
+    copyAll(src->items, items);
 }
 
 TPrefetchDescriptor::~TPrefetchDescriptor() {
-    for (TPrefetchDescriptorItem* item : items)
-        delete item;
+    deleteAll(items);
 }
 
 TPrefetchDescriptor* TPrefetchDescriptor::parse(unsigned char* data, unsigned int len,
@@ -68,20 +66,9 @@ TPrefetchDescriptor* TPrefetchDescriptor::parse(unsigned char* data, unsigned in
         return nullptr;
     TPrefetchDescriptor* d = new TPrefetchDescriptor(data, len);
     d->transportProtocolLabel = data[2];
-    unsigned int lastConsumed = 0;
     auto store = [d](TPrefetchDescriptorItem* item) { d->items.push_back(item); };
-    if (!parseItemLoop<TPrefetchDescriptorItem>(data + 3, data[1] - 1u, err, &lastConsumed,
-                                                store)) {
-        SARN_LOGW("%s: TPrefetchDescriptor::parse: Invalid item. Aborting!");
-        ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
-        delete d;
-        return nullptr;
-    }
-    // Reports the size of the last item, as the library always has.
-    if (bytesRead != nullptr)
-        *bytesRead = lastConsumed;
-    ISDBTUtils::setErrorCode(err, ERROR_NONE);
-    return d;
+    return parseItems<TPrefetchDescriptorItem>(d, "TPrefetchDescriptor", data + 3, data[1] - 1u,
+                                               bytesRead, err, store);
 }
 
 void TPrefetchDescriptor::add(TPrefetchDescriptorItem* item) {
@@ -90,7 +77,7 @@ void TPrefetchDescriptor::add(TPrefetchDescriptorItem* item) {
 }
 
 TPrefetchDescriptorItem* TPrefetchDescriptor::get(unsigned int index) const {
-    return index < items.size() ? items[index] : nullptr;
+    return elementAt(items, index);
 }
 
 }  // namespace Sarn

@@ -6,7 +6,7 @@
 #include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
-#include "OwnedMap.h"
+#include "Owned.h"
 #include "TGingaHtml5ApplicationDescriptor.h"
 #include "TGingaHtml5ApplicationLocationDescriptor.h"
 #include "TGingaJavaApplicationDescriptor.h"
@@ -504,8 +504,7 @@ TAITTable::TAITTable(unsigned char* bytes, unsigned int len)
 
 TAITTable::~TAITTable() {
     deleteSlots(descriptors);
-    for (auto& entry : applications)
-        delete entry.second;
+    deleteAll(applications);
 }
 
 TAITTable* TAITTable::parse(unsigned char* data, unsigned int len, int, int checkCrc,
@@ -621,10 +620,7 @@ TApplication* TAITTable::getApplication(std::string hashId) const {
 }
 
 std::list<std::string> TAITTable::getApplicationsIDs() const {
-    std::list<std::string> ids;
-    for (const auto& entry : applications)
-        ids.push_back(entry.first);
-    return ids;
+    return keysOf(applications);
 }
 
 void TAITTable::addApplication(TApplication* application) {
