@@ -1,7 +1,7 @@
 // Application information table: common loop, applications, inheritance, JSON.
 #include <gtest/gtest.h>
 
-#include "DescriptorTesting.h"
+#include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
 #include "Sections.h"
@@ -112,9 +112,9 @@ TEST(AIT, GingaNclSectionEndToEnd) {
         "\"entitypath_extension\":\"\",\"initial_entity\":\"a.ht\"}]}]}");
     EXPECT_EQ(log.texts(),
               (std::vector<std::string>{
-                  warning("TAITTable::parse: Ginga NCL Application Descriptor... WHAT TO DO????"),
-                  warning("TAITTable::parse: Unknown descriptor: 0x10. Ignored!"),
-                  warning("TApplication::parse: Unknown descriptor: 0x43. Ignored!")}));
+                  warnLine("TAITTable::parse: Ginga NCL Application Descriptor... WHAT TO DO????"),
+                  warnLine("TAITTable::parse: Unknown descriptor: 0x10. Ignored!"),
+                  warnLine("TApplication::parse: Unknown descriptor: 0x43. Ignored!")}));
 
     // The HTML5 application took the table's type, not its own (11).
     TApplication* html5 = t->getApplication("0000000A0002");
@@ -287,18 +287,18 @@ TEST(AIT, RefusalsWithCodesAndMessages) {
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
-            warning("TAITTable::parse: Item length not valid: 9 > 4. Aborting!"),
-            warning("TAITTable::parse: Item length not valid: 2 > 2. Aborting!"),
-            warning("TApplicationDescriptor:: parse: Section length exceeded. Aborting!"),
-            warning(
+            warnLine("TAITTable::parse: Item length not valid: 9 > 4. Aborting!"),
+            warnLine("TAITTable::parse: Item length not valid: 2 > 2. Aborting!"),
+            warnLine("TApplicationDescriptor:: parse: Section length exceeded. Aborting!"),
+            warnLine(
                 "ParserUtils::parseStr: ERROR: String length exceeds available data length: 5 > "
                 "0. Aborting!"),
-            warning("TApplicationNameDescriptorItem:: parse: ERROR: parsing Name. Aborting!"),
-            warning("TApplicationNameDescriptor::parse: Invalid item. Aborting!"),
-            warning("TAITTable::parse: Invalid item. Aborting!"),
-            warning("TAITTable::parse: Item length not valid: 32 > 3. Aborting!"),
-            warning("TApplication::parse: Item length not valid: 5 > 1. Aborting!"),
-            warning("TAITTable::parse: Invalid item. Aborting!")}));
+            warnLine("TApplicationNameDescriptorItem:: parse: ERROR: parsing Name. Aborting!"),
+            warnLine("TApplicationNameDescriptor::parse: Invalid item. Aborting!"),
+            warnLine("TAITTable::parse: Invalid item. Aborting!"),
+            warnLine("TAITTable::parse: Item length not valid: 32 > 3. Aborting!"),
+            warnLine("TApplication::parse: Item length not valid: 5 > 1. Aborting!"),
+            warnLine("TAITTable::parse: Invalid item. Aborting!")}));
     log.clear();
 
     // Header failures: another table_id; a wrong CRC.
@@ -324,7 +324,7 @@ TEST(AIT, RefusalsWithCodesAndMessages) {
     EXPECT_EQ(TApplicationIdentifier::parse(five.data(), 5, 1, nullptr, &code), nullptr);
     EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
     EXPECT_EQ(log.texts().back(),
-              warning("TApplicationIdentifier::parse: Item length not valid: 5. Aborting!"));
+              warnLine("TApplicationIdentifier::parse: Item length not valid: 5. Aborting!"));
 }
 
 TEST(AIT, WrappedSectionLengthStaysInsideTheBuffer) {
@@ -349,7 +349,7 @@ TEST(AIT, WrappedSectionLengthStaysInsideTheBuffer) {
     EXPECT_EQ(code, ERROR_SECTION_LENGTH);
     EXPECT_EQ(log.texts(),
               (std::vector<std::string>{
-                  warning("TISDBTTable::parse: Section length exceeds data length. Aborting!")}));
+                  warnLine("TISDBTTable::parse: Section length exceeds data length. Aborting!")}));
 }
 
 TEST(AIT, RealCapturesParseAndRender) {

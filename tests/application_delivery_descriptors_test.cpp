@@ -1,7 +1,7 @@
 // External application authorization, prefetch, DII location and IP signalling descriptors.
 #include <gtest/gtest.h>
 
-#include "DescriptorTesting.h"
+#include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
 #include "Sections.h"
@@ -12,7 +12,12 @@
 
 using namespace Sarn;
 
-namespace {}  // namespace
+namespace {
+template <class T>
+T* parseWhole(Bytes& b, unsigned short* code, unsigned int* bytesRead = nullptr) {
+    return T::parse(b.data(), static_cast<unsigned int>(b.size()), bytesRead, code);
+}
+}  // namespace
 
 TEST(ExternalApplicationAuthorizationDescriptor, ItemsByHashIdLaterWins) {
     LogCapture log;
@@ -49,12 +54,13 @@ TEST(ExternalApplicationAuthorizationDescriptor, ItemsByHashIdLaterWins) {
     Bytes trailing = {0x05, 0x0A, 0x00, 0x00, 0x00, 0x0A, 0x00, 0x02, 0x05, 0x01, 0x02, 0x03};
     EXPECT_EQ(parseWhole<TExternalApplicationAuthorizationDescriptor>(trailing, &code), nullptr);
     EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
-    EXPECT_EQ(log.texts(),
-              (std::vector<std::string>{
-                  warning("TExternalApplicationAuthorizationDescriptorItem::parse: Item length not "
-                          "valid: 3. Aborting!"),
-                  warning("TExternalApplicationAuthorizationDescriptor::parse: Invalid item. "
-                          "Aborting!")}));
+    EXPECT_EQ(
+        log.texts(),
+        (std::vector<std::string>{
+            warnLine("TExternalApplicationAuthorizationDescriptorItem::parse: Item length not "
+                     "valid: 3. Aborting!"),
+            warnLine("TExternalApplicationAuthorizationDescriptor::parse: Invalid item. "
+                     "Aborting!")}));
 }
 
 TEST(PrefetchDescriptor, LabelsPrioritiesAndFailures) {
@@ -91,13 +97,13 @@ TEST(PrefetchDescriptor, LabelsPrioritiesAndFailures) {
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
-            warning("TPrefetchDescriptorItem::parse: Item length not valid: 0. Aborting!"),
-            warning("TPrefetchDescriptor::parse: Invalid item. Aborting!"),
-            warning(
+            warnLine("TPrefetchDescriptorItem::parse: Item length not valid: 0. Aborting!"),
+            warnLine("TPrefetchDescriptor::parse: Invalid item. Aborting!"),
+            warnLine(
                 "ParserUtils::parseStr: ERROR: String length exceeds available data length: 7 > "
                 "2. Aborting!"),
-            warning("TPrefetchDescriptorItem:: parse: ERROR: parsing Label. Aborting!"),
-            warning("TPrefetchDescriptor::parse: Invalid item. Aborting!")}));
+            warnLine("TPrefetchDescriptorItem:: parse: ERROR: parsing Label. Aborting!"),
+            warnLine("TPrefetchDescriptor::parse: Invalid item. Aborting!")}));
 }
 
 TEST(DIILocationDescriptor, ItemsAndShortItem) {
@@ -119,10 +125,11 @@ TEST(DIILocationDescriptor, ItemsAndShortItem) {
     Bytes seven = {0x0D, 0x07, 0x02, 0x00, 0x01, 0x00, 0x14, 0x00, 0x02};
     EXPECT_EQ(parseWhole<TDIILocationDescriptor>(seven, &code), nullptr);
     EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
-    EXPECT_EQ(log.texts(),
-              (std::vector<std::string>{
-                  warning("TDIILocationDescriptorItem::parse: Item length not valid: 2. Aborting!"),
-                  warning("TDIILocationDescriptor::parse: Invalid item. Aborting!")}));
+    EXPECT_EQ(
+        log.texts(),
+        (std::vector<std::string>{
+            warnLine("TDIILocationDescriptorItem::parse: Item length not valid: 2. Aborting!"),
+            warnLine("TDIILocationDescriptor::parse: Invalid item. Aborting!")}));
 }
 
 TEST(IPSignalingDescriptor, PlatformId) {

@@ -1,7 +1,7 @@
 // Application, name, icon and Ginga descriptors of the application information table.
 #include <gtest/gtest.h>
 
-#include "DescriptorTesting.h"
+#include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
 #include "Sections.h"
@@ -15,7 +15,12 @@
 
 using namespace Sarn;
 
-namespace {}  // namespace
+namespace {
+template <class T>
+T* parseWhole(Bytes& b, unsigned short* code, unsigned int* bytesRead = nullptr) {
+    return T::parse(b.data(), static_cast<unsigned int>(b.size()), bytesRead, code);
+}
+}  // namespace
 
 TEST(ApplicationDescriptor, ProfilesFlagsLabelsAndDeepCopy) {
     LogCapture log;
@@ -83,11 +88,11 @@ TEST(ApplicationDescriptor, LengthFailures) {
     EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
     EXPECT_EQ(log.texts(),
               (std::vector<std::string>{
-                  warning("TApplicationDescriptor:: parse: Application Profiles Length exceeds "
-                          "Descriptor Length: 9 > 4. Aborting!"),
-                  warning("TApplicationDescriptorProfile::parse: Item length not valid: 2. "
-                          "Aborting!"),
-                  warning("TApplicationDescriptor:: parse: Section length exceeded. Aborting!")}));
+                  warnLine("TApplicationDescriptor:: parse: Application Profiles Length exceeds "
+                           "Descriptor Length: 9 > 4. Aborting!"),
+                  warnLine("TApplicationDescriptorProfile::parse: Item length not valid: 2. "
+                           "Aborting!"),
+                  warnLine("TApplicationDescriptor:: parse: Section length exceeded. Aborting!")}));
 }
 
 TEST(ApplicationNameDescriptor, ItemsByLanguageAndFailures) {
@@ -123,13 +128,13 @@ TEST(ApplicationNameDescriptor, ItemsByLanguageAndFailures) {
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
-            warning(
+            warnLine(
                 "ParserUtils::parseStr: ERROR: String length exceeds available data length: 9 > "
                 "2. Aborting!"),
-            warning("TApplicationNameDescriptorItem:: parse: ERROR: parsing Name. Aborting!"),
-            warning("TApplicationNameDescriptor::parse: Invalid item. Aborting!"),
-            warning("TApplicationNameDescriptorItem::parse: Item length not valid: 2. Aborting!"),
-            warning("TApplicationNameDescriptor::parse: Invalid item. Aborting!")}));
+            warnLine("TApplicationNameDescriptorItem:: parse: ERROR: parsing Name. Aborting!"),
+            warnLine("TApplicationNameDescriptor::parse: Invalid item. Aborting!"),
+            warnLine("TApplicationNameDescriptorItem::parse: Item length not valid: 2. Aborting!"),
+            warnLine("TApplicationNameDescriptor::parse: Invalid item. Aborting!")}));
 }
 
 TEST(ApplicationIconDescriptor, LocatorFlagsAndRawRendering) {
@@ -156,10 +161,10 @@ TEST(ApplicationIconDescriptor, LocatorFlagsAndRawRendering) {
     EXPECT_EQ(code, ERROR_FIELD_PARSE);
     ASSERT_EQ(log.texts().size(), 3u);
     EXPECT_EQ(log.texts()[0],
-              warning("TApplicationIconDescriptor:: parse: Item length not valid: 0. Aborting!"));
+              warnLine("TApplicationIconDescriptor:: parse: Item length not valid: 0. Aborting!"));
     EXPECT_EQ(
         log.texts()[2],
-        warning("TApplicationIconDescriptor:: parse: ERROR: parsing Icon Locator. Aborting!"));
+        warnLine("TApplicationIconDescriptor:: parse: ERROR: parsing Icon Locator. Aborting!"));
 }
 
 TEST(GingaApplicationDescriptor, ParametersAndFailures) {
@@ -197,7 +202,7 @@ TEST(GingaApplicationDescriptor, ParametersAndFailures) {
     EXPECT_EQ(parseWhole<TGingaNCLApplicationDescriptor>(bad, &code), nullptr);
     EXPECT_EQ(code, ERROR_FIELD_PARSE);
     EXPECT_EQ(log.texts().back(),
-              warning("TGingaApplicationDescriptor:: parse: ERROR: parsing Parameter. Aborting!"));
+              warnLine("TGingaApplicationDescriptor:: parse: ERROR: parsing Parameter. Aborting!"));
     // A Java tag is not an NCL descriptor.
     Bytes java = {0x03, 0x00};
     EXPECT_EQ(parseWhole<TGingaNCLApplicationDescriptor>(java, &code), nullptr);
@@ -255,7 +260,7 @@ TEST(GingaApplicationLocationDescriptor, FieldsCountAndFailures) {
     const char* prefix =
         "TGingaApplicationLocationDescriptor::parse: Longer data length is required: ";
     EXPECT_EQ(log.texts(),
-              (std::vector<std::string>{warning(std::string(prefix) + "3 < 5. Aborting!"),
-                                        warning(std::string(prefix) + "0 < 1. Aborting!"),
-                                        warning(std::string(prefix) + "1 < 3. Aborting!")}));
+              (std::vector<std::string>{warnLine(std::string(prefix) + "3 < 5. Aborting!"),
+                                        warnLine(std::string(prefix) + "0 < 1. Aborting!"),
+                                        warnLine(std::string(prefix) + "1 < 3. Aborting!")}));
 }

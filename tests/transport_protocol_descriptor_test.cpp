@@ -1,7 +1,7 @@
 // Transport protocol descriptor: protocol_id dispatch, selectors and clone.
 #include <gtest/gtest.h>
 
-#include "DescriptorTesting.h"
+#include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
 #include "Sections.h"
@@ -72,8 +72,8 @@ TEST(TransportProtocolDescriptor, ObjectCarouselLocalAndRemote) {
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
-            warning("TTransportProtocolDescriptorOC::parse: Item length not valid: 6. Aborting!"),
-            warning(
+            warnLine("TTransportProtocolDescriptorOC::parse: Item length not valid: 6. Aborting!"),
+            warnLine(
                 "TTransportProtocolDescriptorDC::parse: Item length not valid: 4. Aborting!")}));
 }
 
@@ -116,7 +116,7 @@ TEST(TransportProtocolDescriptor, ProtocolIdDispatch) {
     ASSERT_EQ(log.texts().size(), 2u);
     EXPECT_EQ(
         log.texts()[0],
-        warning("TTransportProtocolDescriptor::parse: Unknown protocol ID: 0x0006. Aborting!"));
+        warnLine("TTransportProtocolDescriptor::parse: Unknown protocol ID: 0x0006. Aborting!"));
 }
 
 TEST(TransportProtocolDescriptor, IpSelectorUrls) {
@@ -160,7 +160,7 @@ TEST(TransportProtocolDescriptor, IpSelectorUrls) {
     EXPECT_EQ(parse({0x02, 0x06, 0x00, 0x02, 0x07, 0x00, 0x80, 0x04}, wire, &code), nullptr);
     EXPECT_EQ(code, ERROR_FIELD_PARSE);
     EXPECT_EQ(log.texts().back(),
-              warning("TApplicationNameDescriptorItem:: parse: ERROR: parsing Name. Aborting!"));
+              warnLine("TApplicationNameDescriptorItem:: parse: ERROR: parsing Name. Aborting!"));
 }
 
 TEST(TransportProtocolDescriptor, InteractionChannelAndProtocol5ClassesAreNotCloned) {
@@ -196,6 +196,6 @@ TEST(TransportProtocolDescriptor, InteractionChannelAndProtocol5ClassesAreNotClo
     EXPECT_EQ(cut.parseData(b.data() + 2, 6, &n, &code), 0);
     EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
     EXPECT_EQ(log.texts(),
-              (std::vector<std::string>{warning(
+              (std::vector<std::string>{warnLine(
                   "TTransportProtocolDescriptorIC::parse: Item length not valid: 0. Aborting!")}));
 }

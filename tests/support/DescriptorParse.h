@@ -1,0 +1,34 @@
+#ifndef SARN_TESTS_DESCRIPTORPARSE_H
+#define SARN_TESTS_DESCRIPTORPARSE_H
+
+#include <string>
+#include <utility>
+
+#include "Sections.h"
+
+/**
+ * Runs T::parse over its own copy of the bytes, keeping the byte count and
+ * the error code (both preset to values no parser writes) and deleting the
+ * result at the end of the scope.
+ */
+template <typename T>
+struct ParsedDescriptor {
+    explicit ParsedDescriptor(Bytes b) : bytes(std::move(b)) {
+        d = T::parse(bytes.data(), static_cast<unsigned int>(bytes.size()), &read, &code);
+    }
+    ~ParsedDescriptor() { delete d; }
+    ParsedDescriptor(const ParsedDescriptor&) = delete;
+    ParsedDescriptor& operator=(const ParsedDescriptor&) = delete;
+
+    Bytes bytes;
+    unsigned int read = 0xDEAD;
+    unsigned short code = 0xBEEF;
+    T* d = nullptr;
+};
+
+/** A warning line as LogCapture::texts() shows it. */
+inline std::string warnLine(const std::string& text) {
+    return "5 SarnISDBTUtils: " + text;
+}
+
+#endif
