@@ -6,17 +6,7 @@
 #include <string>
 
 #include "TApplication.h"
-#include "TApplicationDescriptor.h"
-#include "TApplicationIconDescriptor.h"
-#include "TApplicationNameDescriptor.h"
-#include "TDIILocationDescriptor.h"
-#include "TExternalApplicationAuthorizationDescriptor.h"
-#include "TGingaApplicationDescriptor.h"
-#include "TGingaApplicationLocationDescriptor.h"
-#include "TIPSignalingDescriptor.h"
 #include "TISDBTVersionedTable.h"
-#include "TPrefetchDescriptor.h"
-#include "TTransportProtocolDescriptor.h"
 
 namespace Sarn {
 

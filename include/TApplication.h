@@ -4,23 +4,22 @@
 #include <list>
 #include <string>
 
+#include "TApplicationDescriptor.h"
+#include "TApplicationIconDescriptor.h"
 #include "TApplicationIdentifier.h"
+#include "TApplicationNameDescriptor.h"
+#include "TDIILocationDescriptor.h"
+#include "TExternalApplicationAuthorizationDescriptor.h"
+#include "TGingaApplicationDescriptor.h"
+#include "TGingaApplicationLocationDescriptor.h"
+#include "TIPSignalingDescriptor.h"
 #include "TISDBTDataHolder.h"
+#include "TPrefetchDescriptor.h"
+#include "TTransportProtocolDescriptor.h"
 
 namespace Sarn {
 
 class TAITTable;
-class TISDBTDescriptor;
-class TApplicationDescriptor;
-class TApplicationNameDescriptor;
-class TApplicationIconDescriptor;
-class TExternalApplicationAuthorizationDescriptor;
-class TTransportProtocolDescriptor;
-class TIPSignalingDescriptor;
-class TPrefetchDescriptor;
-class TDIILocationDescriptor;
-class TGingaApplicationDescriptor;
-class TGingaApplicationLocationDescriptor;
 
 /**
  * One application of the AIT application loop: its identifier, control
