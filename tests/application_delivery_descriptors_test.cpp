@@ -12,48 +12,41 @@
 
 using namespace Sarn;
 
-namespace {
-template <class T>
-T* parseWhole(Bytes& b, unsigned short* code, unsigned int* bytesRead = nullptr) {
-    return T::parse(b.data(), static_cast<unsigned int>(b.size()), bytesRead, code);
-}
-}  // namespace
+// Copies share the parsed bytes but own their items: each test deletes the
+// original (p.d) before using its copy.
 
 TEST(ExternalApplicationAuthorizationDescriptor, ItemsByHashIdLaterWins) {
     LogCapture log;
     // 0x0000000A/0x0002 priority 5, 0x0000000A/0x0001 priority 1, then
     // 0x0000000A/0x0002 again with priority 9.
-    Bytes b = {0x05, 0x15, 0x00, 0x00, 0x00, 0x0A, 0x00, 0x02, 0x05, 0x00, 0x00, 0x00,
-               0x0A, 0x00, 0x01, 0x01, 0x00, 0x00, 0x00, 0x0A, 0x00, 0x02, 0x09};
-    unsigned short code = 0xFFFF;
-    unsigned int n = 0;
-    auto* d = parseWhole<TExternalApplicationAuthorizationDescriptor>(b, &code, &n);
-    ASSERT_NE(d, nullptr);
-    EXPECT_EQ(code, 0);
-    EXPECT_EQ(n, 7u);  // the last item's size
-    EXPECT_EQ(d->getApplicationIdentifierHashIDs(),
+    ParsedDescriptor<TExternalApplicationAuthorizationDescriptor> p(
+        {0x05, 0x15, 0x00, 0x00, 0x00, 0x0A, 0x00, 0x02, 0x05, 0x00, 0x00, 0x00,
+         0x0A, 0x00, 0x01, 0x01, 0x00, 0x00, 0x00, 0x0A, 0x00, 0x02, 0x09});
+    ASSERT_NE(p.d, nullptr);
+    EXPECT_EQ(p.code, 0);
+    EXPECT_EQ(p.read, 7u);  // the last item's size
+    EXPECT_EQ(p.d->getApplicationIdentifierHashIDs(),
               (std::list<std::string>{"0000000A0001", "0000000A0002"}));
-    EXPECT_EQ(d->get("0000000A0002")->getPriority(), 9);
-    EXPECT_EQ(d->toJSON(),
+    EXPECT_EQ(p.d->get("0000000A0002")->getPriority(), 9);
+    EXPECT_EQ(p.d->toJSON(),
               "\"errors\":0,\"descriptor_tag\":5,\"descriptor_length\":21,\"descriptor_content\":"
               "\"0x0000000a0002050000000a0001010000000a000209\"");
-    TExternalApplicationAuthorizationDescriptor copy(d);
-    delete d;
+    TExternalApplicationAuthorizationDescriptor copy(p.d);
+    delete p.d;
+    p.d = nullptr;
     EXPECT_EQ(copy.get("0000000A0001")->getApplicationIdentifier()->getOrganizationID(), 10u);
     EXPECT_EQ(copy.size(), 2);
 
-    Bytes empty = {0x05, 0x00};
-    n = 99;
-    d = parseWhole<TExternalApplicationAuthorizationDescriptor>(empty, &code, &n);
-    ASSERT_NE(d, nullptr);
-    EXPECT_EQ(d->size(), 0);
-    EXPECT_EQ(n, 0u);
-    delete d;
+    ParsedDescriptor<TExternalApplicationAuthorizationDescriptor> empty({0x05, 0x00});
+    ASSERT_NE(empty.d, nullptr);
+    EXPECT_EQ(empty.d->size(), 0);
+    EXPECT_EQ(empty.read, 0u);
     EXPECT_TRUE(log.lines().empty());
 
-    Bytes trailing = {0x05, 0x0A, 0x00, 0x00, 0x00, 0x0A, 0x00, 0x02, 0x05, 0x01, 0x02, 0x03};
-    EXPECT_EQ(parseWhole<TExternalApplicationAuthorizationDescriptor>(trailing, &code), nullptr);
-    EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
+    EXPECT_EQ(ParsedDescriptor<TExternalApplicationAuthorizationDescriptor>(
+                  {0x05, 0x0A, 0x00, 0x00, 0x00, 0x0A, 0x00, 0x02, 0x05, 0x01, 0x02, 0x03})
+                  .code,
+              ERROR_DESCRIPTOR_LENGTH);
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
@@ -66,34 +59,32 @@ TEST(ExternalApplicationAuthorizationDescriptor, ItemsByHashIdLaterWins) {
 TEST(PrefetchDescriptor, LabelsPrioritiesAndFailures) {
     LogCapture log;
     // Transport label 1; "main" priority 100, "img" priority 1.
-    Bytes b = {0x0C, 0x0C, 0x01, 0x04, 'm', 'a', 'i', 'n', 0x64, 0x03, 'i', 'm', 'g', 0x01};
-    unsigned short code = 0xFFFF;
-    unsigned int n = 0;
-    TPrefetchDescriptor* d = parseWhole<TPrefetchDescriptor>(b, &code, &n);
-    ASSERT_NE(d, nullptr);
-    EXPECT_EQ(code, 0);
-    EXPECT_EQ(n, 5u);
-    EXPECT_EQ(d->getTransportProtocolLabel(), 1);
-    ASSERT_EQ(d->size(), 2u);
-    EXPECT_EQ(d->get(0)->getLabel(), "main");
-    EXPECT_EQ(d->get(0)->getPriority(), 100);
-    EXPECT_EQ(d->get(1)->getLabel(), "img");
-    EXPECT_EQ(d->get(2), nullptr);
-    TPrefetchDescriptor copy(d);
-    delete d;
+    ParsedDescriptor<TPrefetchDescriptor> p(
+        {0x0C, 0x0C, 0x01, 0x04, 'm', 'a', 'i', 'n', 0x64, 0x03, 'i', 'm', 'g', 0x01});
+    ASSERT_NE(p.d, nullptr);
+    EXPECT_EQ(p.code, 0);
+    EXPECT_EQ(p.read, 5u);
+    EXPECT_EQ(p.d->getTransportProtocolLabel(), 1);
+    ASSERT_EQ(p.d->size(), 2u);
+    EXPECT_EQ(p.d->get(0)->getLabel(), "main");
+    EXPECT_EQ(p.d->get(0)->getPriority(), 100);
+    EXPECT_EQ(p.d->get(1)->getLabel(), "img");
+    EXPECT_EQ(p.d->get(2), nullptr);
+    TPrefetchDescriptor copy(p.d);
+    delete p.d;
+    p.d = nullptr;
     EXPECT_EQ(copy.get(1)->getPriority(), 1);
     EXPECT_EQ(copy.toJSON(),
               "\"errors\":0,\"descriptor_tag\":12,\"descriptor_length\":12,\"descriptor_content\":"
               "\"0x01046d61696e6403696d6701\"");
     EXPECT_TRUE(log.lines().empty());
 
-    // The label fills the rest of the descriptor: no priority byte.
-    Bytes noPriority = {0x0C, 0x04, 0x01, 0x02, 'a', 'b'};
-    EXPECT_EQ(parseWhole<TPrefetchDescriptor>(noPriority, &code), nullptr);
-    EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
-    Bytes badLabel = {0x0C, 0x04, 0x01, 0x07, 'a', 'b'};
-    EXPECT_EQ(parseWhole<TPrefetchDescriptor>(badLabel, &code), nullptr);
-    EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
+    // The label fills the rest of the descriptor: no priority byte. Then a
+    // label longer than the descriptor.
+    EXPECT_EQ(ParsedDescriptor<TPrefetchDescriptor>({0x0C, 0x04, 0x01, 0x02, 'a', 'b'}).code,
+              ERROR_DESCRIPTOR_LENGTH);
+    EXPECT_EQ(ParsedDescriptor<TPrefetchDescriptor>({0x0C, 0x04, 0x01, 0x07, 'a', 'b'}).code,
+              ERROR_DESCRIPTOR_LENGTH);
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
@@ -109,22 +100,23 @@ TEST(PrefetchDescriptor, LabelsPrioritiesAndFailures) {
 TEST(DIILocationDescriptor, ItemsAndShortItem) {
     LogCapture log;
     // Reserved bit set on the DII identification; association tag 0x0014.
-    Bytes one = {0x0D, 0x05, 0x02, 0x80, 0x01, 0x00, 0x14};
-    unsigned short code = 0xFFFF;
-    TDIILocationDescriptor* d = parseWhole<TDIILocationDescriptor>(one, &code);
-    ASSERT_NE(d, nullptr);
-    EXPECT_EQ(d->getTransportProtocolLabel(), 2);
-    ASSERT_EQ(d->size(), 1u);
-    EXPECT_EQ(d->get(0)->getDIIIdentification(), 1);
-    EXPECT_EQ(d->get(0)->getAssociationTag(), 0x14);
-    TDIILocationDescriptor copy(d);
-    delete d;
+    ParsedDescriptor<TDIILocationDescriptor> p({0x0D, 0x05, 0x02, 0x80, 0x01, 0x00, 0x14});
+    ASSERT_NE(p.d, nullptr);
+    EXPECT_EQ(p.d->getTransportProtocolLabel(), 2);
+    ASSERT_EQ(p.d->size(), 1u);
+    EXPECT_EQ(p.d->get(0)->getDIIIdentification(), 1);
+    EXPECT_EQ(p.d->get(0)->getAssociationTag(), 0x14);
+    TDIILocationDescriptor copy(p.d);
+    delete p.d;
+    p.d = nullptr;
     EXPECT_EQ(copy.get(0)->getAssociationTag(), 0x14);
     EXPECT_TRUE(log.lines().empty());
 
-    Bytes seven = {0x0D, 0x07, 0x02, 0x00, 0x01, 0x00, 0x14, 0x00, 0x02};
-    EXPECT_EQ(parseWhole<TDIILocationDescriptor>(seven, &code), nullptr);
-    EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
+    // Seven bytes: one item and two left over.
+    EXPECT_EQ(ParsedDescriptor<TDIILocationDescriptor>(
+                  {0x0D, 0x07, 0x02, 0x00, 0x01, 0x00, 0x14, 0x00, 0x02})
+                  .code,
+              ERROR_DESCRIPTOR_LENGTH);
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
@@ -133,22 +125,17 @@ TEST(DIILocationDescriptor, ItemsAndShortItem) {
 }
 
 TEST(IPSignalingDescriptor, PlatformId) {
-    Bytes b = {0x11, 0x03, 0x45, 0x67, 0x89};
-    unsigned short code = 0xFFFF;
-    unsigned int n = 0;
-    TIPSignalingDescriptor* d = parseWhole<TIPSignalingDescriptor>(b, &code, &n);
-    ASSERT_NE(d, nullptr);
-    EXPECT_EQ(code, 0);
-    EXPECT_EQ(n, 3u);
-    EXPECT_EQ(d->getPlatformID(), 0x456789u);
-    EXPECT_EQ(d->toJSON(),
+    ParsedDescriptor<TIPSignalingDescriptor> p({0x11, 0x03, 0x45, 0x67, 0x89});
+    ASSERT_NE(p.d, nullptr);
+    EXPECT_EQ(p.code, 0);
+    EXPECT_EQ(p.read, 3u);
+    EXPECT_EQ(p.d->getPlatformID(), 0x456789u);
+    EXPECT_EQ(p.d->toJSON(),
               "\"errors\":0,\"descriptor_tag\":17,\"descriptor_length\":3,\"descriptor_content\":"
               "\"0x456789\"");
-    TIPSignalingDescriptor copy(d);
-    delete d;
+    TIPSignalingDescriptor copy(p.d);
     EXPECT_EQ(copy.getPlatformID(), 0x456789u);
 
-    Bytes shortOne = {0x11, 0x02, 0x45, 0x67};
-    EXPECT_EQ(parseWhole<TIPSignalingDescriptor>(shortOne, &code), nullptr);
-    EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
+    EXPECT_EQ(ParsedDescriptor<TIPSignalingDescriptor>({0x11, 0x02, 0x45, 0x67}).code,
+              ERROR_DESCRIPTOR_LENGTH);
 }
