@@ -24,6 +24,9 @@
 #include "TShortEventDescriptor.h"
 
 // Tables
+#include "TAITTable.h"
+#include "TApplication.h"
+#include "TApplicationIdentifier.h"
 #include "TEITTable.h"
 #include "TEventItem.h"
 #include "TPATTable.h"
@@ -60,5 +63,34 @@
 // Content availability and time-shifted service descriptors
 #include "TContentAvailabilityDescriptor.h"
 #include "TTimeShiftedServiceDescriptor.h"
+
+// Application information table descriptors
+#include "TApplicationDescriptor.h"
+#include "TApplicationDescriptorProfile.h"
+#include "TApplicationIconDescriptor.h"
+#include "TApplicationNameDescriptor.h"
+#include "TApplicationNameDescriptorItem.h"
+#include "TCarouselSelector.h"
+#include "TDIILocationDescriptor.h"
+#include "TDIILocationDescriptorItem.h"
+#include "TExternalApplicationAuthorizationDescriptor.h"
+#include "TExternalApplicationAuthorizationDescriptorItem.h"
+#include "TGingaApplicationDescriptor.h"
+#include "TGingaApplicationLocationDescriptor.h"
+#include "TGingaHtml5ApplicationDescriptor.h"
+#include "TGingaHtml5ApplicationLocationDescriptor.h"
+#include "TGingaJavaApplicationDescriptor.h"
+#include "TGingaJavaApplicationLocationDescriptor.h"
+#include "TGingaNCLApplicationDescriptor.h"
+#include "TGingaNCLApplicationLocationDescriptor.h"
+#include "TIPSignalingDescriptor.h"
+#include "TPrefetchDescriptor.h"
+#include "TPrefetchDescriptorItem.h"
+#include "TTransportProtocolDescriptor.h"
+#include "TTransportProtocolDescriptorDC.h"
+#include "TTransportProtocolDescriptorIC.h"
+#include "TTransportProtocolDescriptorIP.h"
+#include "TTransportProtocolDescriptorOC.h"
+#include "TTransportProtocolDescriptorPC.h"
 
 #endif

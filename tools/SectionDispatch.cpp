@@ -24,13 +24,17 @@ SectionResult SectionDispatch::handle(unsigned int pid, unsigned char* section,
         result.known = true;
         table = Sarn::TPATTable::parse(section, length, 0, 1, &result.error,
                                        static_cast<Sarn::TPATTable*>(before));
-    }
-    // Event information: full-segment on 0x0012, one-segment on 0x0026 and
-    // 0x0027; every table_id is an EIT there.
-    if (pid == 0x0012 || pid == 0x0026 || pid == 0x0027) {
+    } else if (pid == 0x0012 || pid == 0x0026 || pid == 0x0027) {
+        // Event information: full-segment on 0x0012, one-segment on 0x0026 and
+        // 0x0027; every table_id is an EIT there.
         result.known = true;
         table = Sarn::TEITTable::parse(section, length, pid == 0x0012 ? 1 : 0, 1, 0, &result.error,
                                        static_cast<Sarn::TEITTable*>(before));
+    } else if (tableId == 0x74) {
+        // Application information tables come on the PIDs the PMTs announce.
+        result.known = true;
+        table = Sarn::TAITTable::parse(section, length, 0, 1, &result.error,
+                                       static_cast<Sarn::TAITTable*>(before));
     }
     if (table != nullptr) {
         result.json = table->toJSON();

@@ -34,6 +34,13 @@ bool TISDBTVersionedTable::parseCommonHeader(unsigned char* bytes, unsigned int 
         ISDBTUtils::setErrorCode(error, ERROR_SECTION_LENGTH);
         return false;
     }
+    if (length < 8) {
+        // A section_length below 4 wraps the count above; the long-form
+        // header (bytes 3 to 7) must still lie within the bytes handed in.
+        SARN_LOGW("%s: TISDBTTable::parse: Section length exceeds data length. Aborting!");
+        ISDBTUtils::setErrorCode(error, ERROR_SECTION_LENGTH);
+        return false;
+    }
     tableIdExtension = bytes::be16(bytes + 3);
     version = static_cast<unsigned char>((bytes[5] & 0x3E) >> 1);
     currentNextIndicator = bytes[5] & 0x01;

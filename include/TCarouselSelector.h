@@ -1,0 +1,40 @@
+#ifndef SARN_TCAROUSELSELECTOR_H
+#define SARN_TCAROUSELSELECTOR_H
+
+namespace Sarn {
+
+/**
+ * Selector shared by the carousel transports (object carousel, data
+ * carousel): a remote_connection flag, the service that carries the carousel
+ * when it is remote (original_network_id, transport_stream_id, service_id),
+ * and the component_tag of its elementary stream.
+ */
+class TCarouselSelector {
+  public:
+    bool isRemoteConnection() const { return remoteConnection != 0; }
+    unsigned short getOriginalNetworkID() const { return originalNetworkId; }
+    unsigned short getTransportStreamID() const { return transportStreamId; }
+    unsigned short getServiceID() const { return serviceId; }
+    unsigned char getComponentTag() const { return componentTag; }
+
+  protected:
+    TCarouselSelector();
+    /**
+     * Reads the selector from a transport protocol body (data at protocol_id,
+     * len bytes): byte 3 holds the remote flag. kind names the descriptor
+     * class in messages ("OC", "DC", "PC"). Returns false, with the code set,
+     * when the body is too short.
+     */
+    bool readSelector(const char* kind, const unsigned char* data, unsigned int len,
+                      unsigned int* consumed, unsigned short* err);
+
+    int remoteConnection;
+    unsigned short originalNetworkId;
+    unsigned short transportStreamId;
+    unsigned short serviceId;
+    unsigned char componentTag;
+};
+
+}  // namespace Sarn
+
+#endif

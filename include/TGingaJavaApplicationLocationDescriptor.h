@@ -1,0 +1,26 @@
+#ifndef SARN_TGINGAJAVAAPPLICATIONLOCATIONDESCRIPTOR_H
+#define SARN_TGINGAJAVAAPPLICATIONLOCATIONDESCRIPTOR_H
+
+#include "TGingaApplicationLocationDescriptor.h"
+
+namespace Sarn {
+
+/** Ginga-J (Java) application location descriptor (AIT tag 0x04). */
+class TGingaJavaApplicationLocationDescriptor : public TGingaApplicationLocationDescriptor {
+  public:
+    static constexpr unsigned char DESCRIPTOR_TAG = 0x04;
+
+    static TGingaJavaApplicationLocationDescriptor* parse(unsigned char* data, unsigned int len,
+                                                          unsigned int* bytesRead,
+                                                          unsigned short* err);
+
+    TGingaJavaApplicationLocationDescriptor(unsigned char* data, unsigned int len)
+        : TGingaApplicationLocationDescriptor(DESCRIPTOR_TAG, data, len) {}
+    explicit TGingaJavaApplicationLocationDescriptor(
+        const TGingaJavaApplicationLocationDescriptor* src)
+        : TGingaApplicationLocationDescriptor(src) {}
+};
+
+}  // namespace Sarn
+
+#endif

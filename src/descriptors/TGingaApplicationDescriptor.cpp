@@ -1,0 +1,103 @@
+#include "TGingaApplicationDescriptor.h"
+
+#include "BodyParse.h"
+#include "ISDBTUtils.h"
+#include "Json.h"
+#include "Log.h"
+#include "ParserUtils.h"
+#include "TGingaHtml5ApplicationDescriptor.h"
+#include "TGingaJavaApplicationDescriptor.h"
+#include "TGingaNCLApplicationDescriptor.h"
+
+namespace Sarn {
+
+namespace {
+template <class T>
+T* parseGingaApplication(unsigned char* data, unsigned int len, unsigned int* bytesRead,
+                         unsigned short* err) {
+    // An application without parameters has an empty body.
+    if (!TISDBTDescriptor::parseCommonHeader(data, len, err, 0, T::DESCRIPTOR_TAG))
+        return nullptr;
+    return parseBody(new T(data, len), data, bytesRead, err);
+}
+}  // namespace
+
+TGingaApplicationDescriptor::TGingaApplicationDescriptor(unsigned char tag, unsigned char* bytes,
+                                                         unsigned int len)
+    : TISDBTDescriptor(tag, bytes, len) {}
+
+TGingaApplicationDescriptor::TGingaApplicationDescriptor(const TGingaApplicationDescriptor* src)
+    : TISDBTDescriptor(*src), parameters(src->parameters) {}
+
+TGingaApplicationDescriptor::~TGingaApplicationDescriptor() {}
+
+int TGingaApplicationDescriptor::parseData(unsigned char* data, unsigned int len,
+                                           unsigned int* bytesRead, unsigned short* err) {
+    unsigned int count = 0;
+    unsigned int remaining = data == nullptr ? 0 : len;
+    std::string parameter;
+    while (remaining > 0) {
+        const int n = ParserUtils::parseStr(data + count, parameter, 0, remaining);
+        if (n < 0) {
+            SARN_LOGW(
+                "%s: TGingaApplicationDescriptor:: parse: ERROR: parsing Parameter. Aborting!");
+            ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
+            return 0;
+        }
+        parameters.push_back(parameter);
+        count += static_cast<unsigned int>(n);
+        remaining -= static_cast<unsigned int>(n);
+    }
+    if (bytesRead != nullptr)
+        *bytesRead = count;
+    ISDBTUtils::setErrorCode(err, ERROR_NONE);
+    return 1;
+}
+
+std::string TGingaApplicationDescriptor::get(unsigned int index) const {
+    return index < parameters.size() ? parameters[index] : std::string();
+}
+
+bool TGingaApplicationDescriptor::remove(unsigned int index) {
+    if (index >= parameters.size())
+        return false;
+    parameters.erase(parameters.begin() + index);
+    return true;
+}
+
+std::string TGingaApplicationDescriptor::toJSON() const {
+    std::string out;
+    appendBaseJSON(out, 0);
+    json::Out o(out);
+    o << ",\"parameter_loop\":[";
+    for (size_t i = 0; i < parameters.size(); ++i) {
+        if (i != 0)
+            o << ',';
+        o << '"' << parameters[i] << '"';
+    }
+    o << ']';
+    return out;
+}
+
+TGingaJavaApplicationDescriptor* TGingaJavaApplicationDescriptor::parse(unsigned char* data,
+                                                                        unsigned int len,
+                                                                        unsigned int* bytesRead,
+                                                                        unsigned short* err) {
+    return parseGingaApplication<TGingaJavaApplicationDescriptor>(data, len, bytesRead, err);
+}
+
+TGingaNCLApplicationDescriptor* TGingaNCLApplicationDescriptor::parse(unsigned char* data,
+                                                                      unsigned int len,
+                                                                      unsigned int* bytesRead,
+                                                                      unsigned short* err) {
+    return parseGingaApplication<TGingaNCLApplicationDescriptor>(data, len, bytesRead, err);
+}
+
+TGingaHtml5ApplicationDescriptor* TGingaHtml5ApplicationDescriptor::parse(unsigned char* data,
+                                                                          unsigned int len,
+                                                                          unsigned int* bytesRead,
+                                                                          unsigned short* err) {
+    return parseGingaApplication<TGingaHtml5ApplicationDescriptor>(data, len, bytesRead, err);
+}
+
+}  // namespace Sarn

