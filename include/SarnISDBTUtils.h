@@ -11,6 +11,12 @@
 #include "TISDBTTable.h"
 #include "TISDBTVersionedTable.h"
 
+// Descriptors
+#include "TCarouselIdentifierDescriptor.h"
+#include "TDataComponentDescriptor.h"
+#include "TISO639LanguageDescriptor.h"
+#include "TStreamIdentifierDescriptor.h"
+
 // Tables
 #include "TPATTable.h"
 #include "TProgramAssociation.h"

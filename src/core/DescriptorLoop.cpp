@@ -2,6 +2,10 @@
 
 #include "Json.h"
 #include "Log.h"
+#include "TCarouselIdentifierDescriptor.h"
+#include "TDataComponentDescriptor.h"
+#include "TISO639LanguageDescriptor.h"
+#include "TStreamIdentifierDescriptor.h"
 
 namespace Sarn {
 
@@ -13,6 +17,14 @@ namespace {
 // the owner's caller (no byte count, no error code are passed).
 TISDBTDescriptor* createDescriptor(unsigned char* data, unsigned int length) {
     switch (data[0]) {
+        case 0x0A:
+            return TISO639LanguageDescriptor::parse(data, length, nullptr, nullptr);
+        case 0x13:
+            return TCarouselIdentifierDescriptor::parse(data, length, nullptr, nullptr);
+        case 0x52:
+            return TStreamIdentifierDescriptor::parse(data, length, nullptr, nullptr);
+        case 0xFD:
+            return TDataComponentDescriptor::parse(data, length, nullptr, nullptr);
         default:
             (void)length;
             return nullptr;
