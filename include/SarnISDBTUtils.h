@@ -18,7 +18,10 @@
 #include "TStreamIdentifierDescriptor.h"
 
 // Tables
+#include "ProgramData.h"
 #include "TPATTable.h"
+#include "TPMTTable.h"
 #include "TProgramAssociation.h"
+#include "TProgramMap.h"
 
 #endif

@@ -24,6 +24,11 @@ SectionResult SectionDispatch::handle(unsigned int pid, unsigned char* section,
         result.known = true;
         table = Sarn::TPATTable::parse(section, length, 0, 1, &result.error,
                                        static_cast<Sarn::TPATTable*>(before));
+    } else if (tableId == 0x02) {
+        // Program map sections, on whatever PID the PAT gave them.
+        result.known = true;
+        table = Sarn::TPMTTable::parse(section, length, 0, 1, &result.error,
+                                       static_cast<Sarn::TPMTTable*>(before));
     }
     if (table != nullptr) {
         result.json = table->toJSON();
