@@ -15,7 +15,13 @@
 #include "TCarouselIdentifierDescriptor.h"
 #include "TDataComponentDescriptor.h"
 #include "TISO639LanguageDescriptor.h"
+#include "TLocalTimeOffsetDescriptor.h"
+#include "TLocalTimeOffsetDescriptorItem.h"
+#include "TNetworkNameDescriptor.h"
+#include "TServiceDescriptor.h"
 #include "TStreamIdentifierDescriptor.h"
+#include "TTSInformationDescriptor.h"
+#include "TTSInformationDescriptorItem.h"
 
 // Tables
 #include "ProgramData.h"

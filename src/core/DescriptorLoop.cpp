@@ -5,7 +5,11 @@
 #include "TCarouselIdentifierDescriptor.h"
 #include "TDataComponentDescriptor.h"
 #include "TISO639LanguageDescriptor.h"
+#include "TLocalTimeOffsetDescriptor.h"
+#include "TNetworkNameDescriptor.h"
+#include "TServiceDescriptor.h"
 #include "TStreamIdentifierDescriptor.h"
+#include "TTSInformationDescriptor.h"
 
 namespace Sarn {
 
@@ -21,8 +25,16 @@ TISDBTDescriptor* createDescriptor(unsigned char* data, unsigned int length) {
             return TISO639LanguageDescriptor::parse(data, length, nullptr, nullptr);
         case 0x13:
             return TCarouselIdentifierDescriptor::parse(data, length, nullptr, nullptr);
+        case 0x40:
+            return TNetworkNameDescriptor::parse(data, length, nullptr, nullptr);
+        case 0x48:
+            return TServiceDescriptor::parse(data, length, nullptr, nullptr);
         case 0x52:
             return TStreamIdentifierDescriptor::parse(data, length, nullptr, nullptr);
+        case 0x58:
+            return TLocalTimeOffsetDescriptor::parse(data, length, nullptr, nullptr);
+        case 0xCD:
+            return TTSInformationDescriptor::parse(data, length, nullptr, nullptr);
         case 0xFD:
             return TDataComponentDescriptor::parse(data, length, nullptr, nullptr);
         default:
