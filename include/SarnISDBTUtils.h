@@ -25,9 +25,11 @@
 
 // Tables
 #include "ProgramData.h"
+#include "TNITTable.h"
 #include "TPATTable.h"
 #include "TPMTTable.h"
 #include "TProgramAssociation.h"
 #include "TProgramMap.h"
+#include "TTransportStreamInfo.h"
 
 #endif
