@@ -30,6 +30,8 @@
 #include "TPMTTable.h"
 #include "TProgramAssociation.h"
 #include "TProgramMap.h"
+#include "TSDTTable.h"
+#include "TServiceDescription.h"
 #include "TTransportStreamInfo.h"
 
 #endif

@@ -28,6 +28,10 @@ SectionResult SectionDispatch::handle(unsigned int pid, unsigned char* section,
         result.known = true;
         table = Sarn::TNITTable::parse(section, length, 1, 0, &result.error,
                                        static_cast<Sarn::TNITTable*>(before));
+    } else if (pid == 0x0011 && tableId == 0x42) {
+        result.known = true;
+        table = Sarn::TSDTTable::parse(section, length, 0, 1, &result.error,
+                                       static_cast<Sarn::TSDTTable*>(before));
     } else if (tableId == 0x02) {
         // Program map sections, on whatever PID the PAT gave them.
         result.known = true;
