@@ -32,6 +32,7 @@
 #include "TProgramMap.h"
 #include "TSDTTable.h"
 #include "TServiceDescription.h"
+#include "TTOTTable.h"
 #include "TTransportStreamInfo.h"
 
 #endif

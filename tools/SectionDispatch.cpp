@@ -32,6 +32,17 @@ SectionResult SectionDispatch::handle(unsigned int pid, unsigned char* section,
         result.known = true;
         table = Sarn::TSDTTable::parse(section, length, 0, 1, &result.error,
                                        static_cast<Sarn::TSDTTable*>(before));
+    } else if (pid == 0x0014 && tableId == 0x73) {
+        // A TOT has no version to compare and its bytes 3 to 7 are the time,
+        // not a long header: every one is printed and none is kept.
+        result.known = true;
+        result.sectionNumber = 0;
+        Sarn::TTOTTable* tot =
+            Sarn::TTOTTable::parse(section, length, 1, 1, &result.error, nullptr);
+        if (tot != nullptr)
+            result.json = tot->toJSON();
+        delete tot;
+        return result;
     } else if (tableId == 0x02) {
         // Program map sections, on whatever PID the PAT gave them.
         result.known = true;
