@@ -186,25 +186,3 @@ TEST(NIT, TransportStreamEntries) {
                   line("TNITTransportStreamInfo::parse: TS descriptor length bigger than data "
                        "length! (8 > 4)")}));
 }
-
-TEST(NIT, RealCapturesParseAndRender) {
-    auto all = capturedSections();
-    if (all.empty())
-        GTEST_SKIP() << "shared captures not present";
-    int nits = 0;
-    for (auto& s : all) {
-        if (s.tableId != 0x40)
-            continue;
-        LogCapture log;
-        unsigned short code = 0xFFFF;
-        TNITTable* t = parse(s.bytes, &code);
-        ASSERT_NE(t, nullptr) << s.file;
-        EXPECT_EQ(code, 0);
-        EXPECT_TRUE(log.lines().empty()) << s.file;
-        EXPECT_EQ(t->toJSON().rfind("{\"networkId\":", 0), 0u);
-        EXPECT_GT(t->getTransportStreamLoopSize(), 0);
-        delete t;
-        ++nits;
-    }
-    EXPECT_GE(nits, 5);
-}

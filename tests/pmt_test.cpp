@@ -217,25 +217,3 @@ TEST(PMT, BadLoopLengthsFailTheTable) {
     EXPECT_EQ(parse(wrapped, &code, 0), nullptr);
     EXPECT_EQ(code, ERROR_INVALID_ITEM);
 }
-
-TEST(PMT, RealCapturesParseAndRender) {
-    auto all = capturedSections();
-    if (all.empty())
-        GTEST_SKIP() << "shared captures not present";
-    int pmts = 0;
-    for (auto& s : all) {
-        if (s.tableId != 0x02)
-            continue;
-        LogCapture log;
-        unsigned short code = 0xFFFF;
-        TPMTTable* t = parse(s.bytes, &code);
-        ASSERT_NE(t, nullptr) << s.file << " pid " << s.pid;
-        EXPECT_EQ(code, 0);
-        EXPECT_TRUE(log.lines().empty()) << s.file << " pid " << s.pid;
-        EXPECT_EQ(t->toJSON().rfind("{\"programNumber\":", 0), 0u);
-        EXPECT_GT(t->size(), 0);
-        delete t;
-        ++pmts;
-    }
-    EXPECT_GE(pmts, 10);
-}

@@ -150,25 +150,3 @@ TEST(SDT, EmptyRepeatedAndBrokenServices) {
     EXPECT_EQ(parse(wrapped, &code, 0), nullptr);
     EXPECT_EQ(code, ERROR_INVALID_ITEM);
 }
-
-TEST(SDT, RealCapturesParseAndRender) {
-    auto all = capturedSections();
-    if (all.empty())
-        GTEST_SKIP() << "shared captures not present";
-    int sdts = 0;
-    for (auto& s : all) {
-        if (s.tableId != 0x42)
-            continue;
-        LogCapture log;
-        unsigned short code = 0xFFFF;
-        TSDTTable* t = parse(s.bytes, &code);
-        ASSERT_NE(t, nullptr) << s.file;
-        EXPECT_EQ(code, 0);
-        EXPECT_TRUE(log.lines().empty()) << s.file;
-        EXPECT_EQ(t->toJSON().rfind("{\"transportStreamId\":", 0), 0u);
-        EXPECT_GT(t->size(), 0);
-        delete t;
-        ++sdts;
-    }
-    EXPECT_GE(sdts, 4);
-}

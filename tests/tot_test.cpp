@@ -130,23 +130,3 @@ TEST(TOT, LoopSwitchEarlyDatesAndOverruns) {
               (std::vector<std::string>{line("TISDBTTable::parse: Unexpected table ID. Got 0x70, "
                                              "instead of 0x73. Aborting!")}));
 }
-
-TEST(TOT, RealCapturesParseAndRender) {
-    auto all = capturedSections();
-    if (all.empty())
-        GTEST_SKIP() << "shared captures not present";
-    int tots = 0;
-    for (auto& s : all) {
-        if (s.tableId != 0x73)
-            continue;
-        unsigned short code = 0xFFFF;
-        TTOTTable* t = parse(s.bytes, &code);
-        ASSERT_NE(t, nullptr) << s.file;
-        EXPECT_EQ(code, 0);
-        EXPECT_EQ(t->toJSON().rfind("{\"table_id\":115,", 0), 0u);
-        delete t;
-        ++tots;
-    }
-    if (tots == 0)
-        GTEST_SKIP() << "no time offset table in the captures";
-}

@@ -4,6 +4,7 @@
 #include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
+#include "Owned.h"
 
 namespace Sarn {
 
@@ -71,8 +72,7 @@ TLocalTimeOffsetDescriptor::TLocalTimeOffsetDescriptor(unsigned char* bytes, uns
     : TISDBTDescriptor(0x58, bytes, length) {}
 
 TLocalTimeOffsetDescriptor::~TLocalTimeOffsetDescriptor() {
-    for (auto& entry : items)
-        delete entry.second;
+    owned::deleteAll(items);
 }
 
 TLocalTimeOffsetDescriptor* TLocalTimeOffsetDescriptor::parse(unsigned char* bytes,
@@ -95,11 +95,7 @@ TLocalTimeOffsetDescriptor* TLocalTimeOffsetDescriptor::parse(unsigned char* byt
             delete d;
             return nullptr;
         }
-        // A repeated country code replaces the earlier entry, which nobody
-        // else can hold yet.
-        auto inserted = d->items.emplace(item->getCountryCode(), nullptr);
-        delete inserted.first->second;
-        inserted.first->second = item;
+        owned::replace(d->items, item->getCountryCode(), item);
     }
     if (bytesRead != nullptr)
         *bytesRead = n;
@@ -113,24 +109,15 @@ void TLocalTimeOffsetDescriptor::add(TLocalTimeOffsetDescriptorItem* item) {
 }
 
 TLocalTimeOffsetDescriptorItem* TLocalTimeOffsetDescriptor::get(std::string countryCode) const {
-    auto it = items.find(countryCode);
-    return it == items.end() ? nullptr : it->second;
+    return owned::find(items, countryCode);
 }
 
 std::list<std::string> TLocalTimeOffsetDescriptor::getCountryCodes() const {
-    std::list<std::string> codes;
-    for (const auto& entry : items)
-        codes.push_back(entry.first);
-    return codes;
+    return owned::keys(items);
 }
 
 bool TLocalTimeOffsetDescriptor::remove(std::string countryCode) {
-    auto it = items.find(countryCode);
-    if (it == items.end())
-        return false;
-    delete it->second;
-    items.erase(it);
-    return true;
+    return owned::erase(items, countryCode);
 }
 
 std::string TLocalTimeOffsetDescriptor::toJSON() const {

@@ -4,6 +4,7 @@
 #include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
+#include "Owned.h"
 #include "ParserUtils.h"
 
 namespace Sarn {
@@ -48,8 +49,7 @@ TTSInformationDescriptor::TTSInformationDescriptor(unsigned char* bytes, unsigne
     : TISDBTDescriptor(0xCD, bytes, length), remote_control_key_id(0), txInformation(0) {}
 
 TTSInformationDescriptor::~TTSInformationDescriptor() {
-    for (TTSInformationDescriptorItem* item : transmissionTypes)
-        delete item;
+    owned::deleteAll(transmissionTypes);
 }
 
 TTSInformationDescriptor* TTSInformationDescriptor::parse(unsigned char* bytes, unsigned int length,
@@ -101,15 +101,11 @@ void TTSInformationDescriptor::addTransmissionType(TTSInformationDescriptorItem*
 
 TTSInformationDescriptorItem* TTSInformationDescriptor::getTransmissionType(
     unsigned char index) const {
-    return index < transmissionTypes.size() ? transmissionTypes[index] : nullptr;
+    return owned::at(transmissionTypes, index);
 }
 
 bool TTSInformationDescriptor::removeTransmissionType(unsigned char index) {
-    if (index >= transmissionTypes.size())
-        return false;
-    delete transmissionTypes[index];
-    transmissionTypes.erase(transmissionTypes.begin() + index);
-    return true;
+    return owned::eraseAt(transmissionTypes, index);
 }
 
 std::string TTSInformationDescriptor::toJSON() const {

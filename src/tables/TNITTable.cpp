@@ -4,6 +4,7 @@
 #include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
+#include "Owned.h"
 
 namespace Sarn {
 
@@ -59,8 +60,7 @@ TNITTable::TNITTable(unsigned char* bytes, unsigned int length)
     : TISDBTVersionedTable(TYPE_NIT, 16, 0x40, bytes, length), DescriptorLoop(kNetworkTags) {}
 
 TNITTable::~TNITTable() {
-    for (auto& entry : transportStreams)
-        delete entry.second;
+    owned::deleteAll(transportStreams);
 }
 
 TNITTable* TNITTable::parse(unsigned char* bytes, unsigned int length, int checkCrc, int,
@@ -110,11 +110,7 @@ TNITTable* TNITTable::parse(unsigned char* bytes, unsigned int length, int check
             delete table;
             return nullptr;
         }
-        // A repeated transport_stream_id replaces the earlier entry, which
-        // nobody else can hold yet.
-        auto inserted = table->transportStreams.emplace(info->transport_stream_id, nullptr);
-        delete inserted.first->second;
-        inserted.first->second = info;
+        owned::replace(table->transportStreams, info->transport_stream_id, info);
         pos += bytesRead;
         consumed += bytesRead;
     }
@@ -128,24 +124,15 @@ void TNITTable::addTransportStreamInfo(TTransportStreamInfo* info) {
 }
 
 TTransportStreamInfo* TNITTable::getTransportStreamInfo(unsigned short transportStreamId) const {
-    auto it = transportStreams.find(transportStreamId);
-    return it == transportStreams.end() ? nullptr : it->second;
+    return owned::find(transportStreams, transportStreamId);
 }
 
 std::list<unsigned short> TNITTable::getTransportStreamIDs() const {
-    std::list<unsigned short> ids;
-    for (const auto& entry : transportStreams)
-        ids.push_back(entry.first);
-    return ids;
+    return owned::keys(transportStreams);
 }
 
 bool TNITTable::removeTransportStreamInfo(unsigned short transportStreamId) {
-    auto it = transportStreams.find(transportStreamId);
-    if (it == transportStreams.end())
-        return false;
-    delete it->second;
-    transportStreams.erase(it);
-    return true;
+    return owned::erase(transportStreams, transportStreamId);
 }
 
 std::string TNITTable::toJSON() const {

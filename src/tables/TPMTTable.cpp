@@ -4,6 +4,7 @@
 #include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
+#include "Owned.h"
 #include "TDataComponentDescriptor.h"
 #include "TStreamIdentifierDescriptor.h"
 
@@ -68,8 +69,7 @@ TPMTTable::TPMTTable(unsigned char* bytes, unsigned int length)
       pcrPid(0) {}
 
 TPMTTable::~TPMTTable() {
-    for (TProgramMap* map : programMaps)
-        delete map;
+    owned::deleteAll(programMaps);
 }
 
 TPMTTable* TPMTTable::parse(unsigned char* bytes, unsigned int length, int, int checkCrc,
@@ -122,7 +122,7 @@ void TPMTTable::addProgramMap(TProgramMap* map) {
 }
 
 TProgramMap* TPMTTable::getProgramMap(unsigned char index) const {
-    return index < programMaps.size() ? programMaps[index] : nullptr;
+    return owned::at(programMaps, index);
 }
 
 std::list<TProgramMap*> TPMTTable::getProgramMapByStreamType(unsigned char streamType) const {
@@ -171,11 +171,7 @@ std::list<ProgramData> TPMTTable::getAllPrograms() const {
 }
 
 bool TPMTTable::removeProgramMap(unsigned char index) {
-    if (index >= programMaps.size())
-        return false;
-    delete programMaps[index];
-    programMaps.erase(programMaps.begin() + index);
-    return true;
+    return owned::eraseAt(programMaps, index);
 }
 
 std::string TPMTTable::toJSON() const {

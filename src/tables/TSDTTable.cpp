@@ -4,6 +4,7 @@
 #include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
+#include "Owned.h"
 
 namespace Sarn {
 
@@ -62,8 +63,7 @@ TSDTTable::TSDTTable(unsigned char* bytes, unsigned int length)
     : TISDBTVersionedTable(TYPE_SDT, 15, 0x42, bytes, length), original_network_id(0) {}
 
 TSDTTable::~TSDTTable() {
-    for (auto& entry : services)
-        delete entry.second;
+    owned::deleteAll(services);
 }
 
 TSDTTable* TSDTTable::parse(unsigned char* bytes, unsigned int length, int, int checkCrc,
@@ -91,11 +91,7 @@ TSDTTable* TSDTTable::parse(unsigned char* bytes, unsigned int length, int, int 
             delete table;
             return nullptr;
         }
-        // A repeated service_id replaces the earlier entry, which nobody
-        // else can hold yet.
-        auto inserted = table->services.emplace(entry->service_id, nullptr);
-        delete inserted.first->second;
-        inserted.first->second = entry;
+        owned::replace(table->services, entry->service_id, entry);
         pos += n;
         count = static_cast<unsigned short>(count - n);
     }
@@ -109,24 +105,15 @@ void TSDTTable::addServiceDescription(TServiceDescription* entry) {
 }
 
 TServiceDescription* TSDTTable::getServiceDescription(unsigned short serviceId) const {
-    auto it = services.find(serviceId);
-    return it == services.end() ? nullptr : it->second;
+    return owned::find(services, serviceId);
 }
 
 std::list<unsigned short> TSDTTable::getServiceIDs() const {
-    std::list<unsigned short> ids;
-    for (const auto& entry : services)
-        ids.push_back(entry.first);
-    return ids;
+    return owned::keys(services);
 }
 
 bool TSDTTable::removeServiceDescription(unsigned short serviceId) {
-    auto it = services.find(serviceId);
-    if (it == services.end())
-        return false;
-    delete it->second;
-    services.erase(it);
-    return true;
+    return owned::erase(services, serviceId);
 }
 
 std::string TSDTTable::toJSON() const {

@@ -1,0 +1,85 @@
+#ifndef SARN_CORE_OWNED_H
+#define SARN_CORE_OWNED_H
+
+// Operations on the containers through which tables and descriptors own
+// their entries: maps keyed by an identifier and vectors in wire order.
+
+#include <list>
+#include <map>
+#include <vector>
+
+namespace Sarn {
+namespace owned {
+
+/** The entry stored under key, or null. */
+template <typename K, typename V>
+V* find(const std::map<K, V*>& entries, const K& key) {
+    auto it = entries.find(key);
+    return it == entries.end() ? nullptr : it->second;
+}
+
+/** The keys in ascending order. */
+template <typename K, typename V>
+std::list<K> keys(const std::map<K, V*>& entries) {
+    std::list<K> all;
+    for (const auto& entry : entries)
+        all.push_back(entry.first);
+    return all;
+}
+
+/** Deletes and removes the entry stored under key; false when there is none. */
+template <typename K, typename V>
+bool erase(std::map<K, V*>& entries, const K& key) {
+    auto it = entries.find(key);
+    if (it == entries.end())
+        return false;
+    delete it->second;
+    entries.erase(it);
+    return true;
+}
+
+/**
+ * Stores value under key while a parse fills the map: an entry displaced by
+ * a repeated key is deleted, since no caller can hold it yet.
+ */
+template <typename K, typename V>
+void replace(std::map<K, V*>& entries, const K& key, V* value) {
+    auto inserted = entries.emplace(key, nullptr);
+    delete inserted.first->second;
+    inserted.first->second = value;
+}
+
+template <typename K, typename V>
+void deleteAll(std::map<K, V*>& entries) {
+    for (auto& entry : entries)
+        delete entry.second;
+    entries.clear();
+}
+
+/** The entry at that position, or null beyond the last. */
+template <typename V>
+V* at(const std::vector<V*>& entries, unsigned int index) {
+    return index < entries.size() ? entries[index] : nullptr;
+}
+
+/** Deletes and removes the entry at that position; false beyond the last. */
+template <typename V>
+bool eraseAt(std::vector<V*>& entries, unsigned int index) {
+    if (index >= entries.size())
+        return false;
+    delete entries[index];
+    entries.erase(entries.begin() + index);
+    return true;
+}
+
+template <typename V>
+void deleteAll(std::vector<V*>& entries) {
+    for (V* entry : entries)
+        delete entry;
+    entries.clear();
+}
+
+}  // namespace owned
+}  // namespace Sarn
+
+#endif
