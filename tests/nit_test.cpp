@@ -10,9 +10,6 @@
 using namespace Sarn;
 
 namespace {
-std::string line(const char* text) {
-    return std::string("5 SarnISDBTUtils: ") + text;
-}
 
 TNITTable* parse(Bytes& b, unsigned short* code, int checkCrc = 1, TNITTable* previous = nullptr) {
     return TNITTable::parse(b.data(), static_cast<unsigned int>(b.size()), checkCrc, 0, code,
@@ -72,9 +69,6 @@ TEST(NIT, NetworkAndTransportStreamsToJson) {
     EXPECT_EQ(ts->getDescriptor(0xCD)->getData(), b.data() + 42);
     EXPECT_EQ(t->getTransportStreamInfo(0x0001), nullptr);
 
-    EXPECT_FALSE(t->removeTransportStreamInfo(0x0001));
-    EXPECT_TRUE(t->removeTransportStreamInfo(0x0500));
-    EXPECT_EQ(t->getTransportStreamIDs(), (std::list<unsigned short>{0x0641}));
 
     // The CRC switch is the first integer argument; a repeat is reported.
     EXPECT_EQ(parse(b, &code, 1, t), nullptr);

@@ -12,9 +12,6 @@
 using namespace Sarn;
 
 namespace {
-std::string line(const char* text) {
-    return std::string("5 SarnISDBTUtils: ") + text;
-}
 
 TPMTTable* parse(Bytes& b, unsigned short* code, int checkCrc = 1, TPMTTable* previous = nullptr) {
     return TPMTTable::parse(b.data(), static_cast<unsigned int>(b.size()), 0, checkCrc, code,

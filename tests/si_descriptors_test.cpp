@@ -3,22 +3,13 @@
 
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
-#include "Sections.h"
+#include "SiSection.h"
 #include "TLocalTimeOffsetDescriptor.h"
 #include "TNetworkNameDescriptor.h"
 #include "TServiceDescriptor.h"
 #include "TTSInformationDescriptor.h"
 
 using namespace Sarn;
-
-namespace {
-std::string line(const char* text) {
-    return std::string("5 SarnISDBTUtils: ") + text;
-}
-unsigned int size(const Bytes& b) {
-    return static_cast<unsigned int>(b.size());
-}
-}  // namespace
 
 TEST(NetworkNameAndService, NamesCountsAndJson) {
     LogCapture log;

@@ -10,9 +10,6 @@
 using namespace Sarn;
 
 namespace {
-std::string line(const char* text) {
-    return std::string("5 SarnISDBTUtils: ") + text;
-}
 
 TTOTTable* parse(Bytes& b, unsigned short* code, int checkCrc = 1, int descriptors = 1) {
     return TTOTTable::parse(b.data(), static_cast<unsigned int>(b.size()), checkCrc, descriptors,

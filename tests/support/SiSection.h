@@ -1,7 +1,18 @@
 #ifndef SARN_TESTS_SISECTION_H
 #define SARN_TESTS_SISECTION_H
 
+#include <string>
+
 #include "Sections.h"
+
+/** A warning line as LogCapture::texts() shows it. */
+inline std::string line(const char* text) {
+    return std::string("5 SarnISDBTUtils: ") + text;
+}
+
+inline unsigned int size(const Bytes& b) {
+    return static_cast<unsigned int>(b.size());
+}
 
 /**
  * A long-form section (section_syntax_indicator 1) with a correct
