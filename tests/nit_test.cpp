@@ -69,7 +69,6 @@ TEST(NIT, NetworkAndTransportStreamsToJson) {
     EXPECT_EQ(ts->getDescriptor(0xCD)->getData(), b.data() + 42);
     EXPECT_EQ(t->getTransportStreamInfo(0x0001), nullptr);
 
-
     // The CRC switch is the first integer argument; a repeat is reported.
     EXPECT_EQ(parse(b, &code, 1, t), nullptr);
     EXPECT_EQ(code, ERROR_TABLE_UNCHANGED);
