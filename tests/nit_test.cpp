@@ -16,16 +16,8 @@ TNITTable* parse(Bytes& b, unsigned short* code, int checkCrc = 1, TNITTable* pr
                             previous);
 }
 
-Bytes loop12(const Bytes& content) {
-    const unsigned int n = static_cast<unsigned int>(content.size());
-    return Bytes{static_cast<unsigned char>(0xF0 | (n >> 8)), static_cast<unsigned char>(n)} +
-           content;
-}
-
 Bytes tsEntry(unsigned short tsid, unsigned short onid, const Bytes& descriptors) {
-    return Bytes{static_cast<unsigned char>(tsid >> 8), static_cast<unsigned char>(tsid),
-                 static_cast<unsigned char>(onid >> 8), static_cast<unsigned char>(onid)} +
-           loop12(descriptors);
+    return be16(tsid) + be16(onid) + loop12(descriptors);
 }
 
 // Network 0x0641 "SARN TV" with a system management descriptor (accepted,

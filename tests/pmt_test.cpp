@@ -20,10 +20,7 @@ TPMTTable* parse(Bytes& b, unsigned short* code, int checkCrc = 1, TPMTTable* pr
 
 // One stream entry: stream_type, PID, ES_info_length and its descriptors.
 Bytes stream(unsigned char type, unsigned short pid, const Bytes& descriptors) {
-    const unsigned int n = static_cast<unsigned int>(descriptors.size());
-    Bytes b = {type, static_cast<unsigned char>(0xE0 | (pid >> 8)), static_cast<unsigned char>(pid),
-               static_cast<unsigned char>(0xF0 | (n >> 8)), static_cast<unsigned char>(n)};
-    return b + descriptors;
+    return Bytes{type} + be16(0xE000 | pid) + loop12(descriptors);
 }
 
 // Program 0x5C20 of an ISDB-Tb service: PCR on 0x0111, a program info loop

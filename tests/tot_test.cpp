@@ -19,15 +19,7 @@ TTOTTable* parse(Bytes& b, unsigned short* code, int checkCrc = 1, int descripto
 // MJD and BCD time, then a descriptor loop.
 Bytes totBody(unsigned short mjd, unsigned char h, unsigned char m, unsigned char s,
               const Bytes& descriptors) {
-    const unsigned int n = static_cast<unsigned int>(descriptors.size());
-    return Bytes{static_cast<unsigned char>(mjd >> 8),
-                 static_cast<unsigned char>(mjd),
-                 h,
-                 m,
-                 s,
-                 static_cast<unsigned char>(0xF0 | (n >> 8)),
-                 static_cast<unsigned char>(n)} +
-           descriptors;
+    return be16(mjd) + Bytes{h, m, s} + loop12(descriptors);
 }
 
 // Brazil, three hours behind UTC, moving to two hours on 2016-10-16 00:00.

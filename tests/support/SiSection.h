@@ -43,6 +43,19 @@ inline Bytes shortSection(unsigned char tableId, const Bytes& body) {
     return withCrc(b);
 }
 
+/** A loop: four reserved bits and a 12-bit length, then the content. */
+inline Bytes loop12(const Bytes& content) {
+    const unsigned int n = static_cast<unsigned int>(content.size());
+    Bytes b = {static_cast<unsigned char>(0xF0 | (n >> 8)), static_cast<unsigned char>(n)};
+    b.insert(b.end(), content.begin(), content.end());
+    return b;
+}
+
+/** Two bytes, big-endian. */
+inline Bytes be16(unsigned int v) {
+    return {static_cast<unsigned char>(v >> 8), static_cast<unsigned char>(v)};
+}
+
 /** Concatenation, to build loops piece by piece. */
 inline Bytes operator+(Bytes a, const Bytes& b) {
     a.insert(a.end(), b.begin(), b.end());
