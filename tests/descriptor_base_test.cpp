@@ -84,9 +84,9 @@ TEST(DescriptorBase, RendersMembersAndHexContent) {
 }
 
 namespace {
-// An owner accepting every tag; no class for these tags exists, so every
-// descriptor is stepped over.
-constexpr DescriptorTagSet kEverything = {0x09, 0x52, 0x53, 0x05, 0x7F};
+// An owner accepting tags of which no class exists (0x52 is not accepted),
+// so every descriptor is stepped over.
+constexpr DescriptorTagSet kEverything = {0x09, 0x53, 0x05, 0x7F};
 class Owner : public DescriptorLoop {
   public:
     Owner() : DescriptorLoop(kEverything) {}

@@ -24,6 +24,30 @@ SectionResult SectionDispatch::handle(unsigned int pid, unsigned char* section,
         result.known = true;
         table = Sarn::TPATTable::parse(section, length, 0, 1, &result.error,
                                        static_cast<Sarn::TPATTable*>(before));
+    } else if (pid == 0x0010 && tableId == 0x40) {
+        result.known = true;
+        table = Sarn::TNITTable::parse(section, length, 1, 0, &result.error,
+                                       static_cast<Sarn::TNITTable*>(before));
+    } else if (pid == 0x0011 && tableId == 0x42) {
+        result.known = true;
+        table = Sarn::TSDTTable::parse(section, length, 0, 1, &result.error,
+                                       static_cast<Sarn::TSDTTable*>(before));
+    } else if (pid == 0x0014 && tableId == 0x73) {
+        // A TOT has no version to compare and its bytes 3 to 7 are the time,
+        // not a long header: every one is printed and none is kept.
+        result.known = true;
+        result.sectionNumber = 0;
+        Sarn::TTOTTable* tot =
+            Sarn::TTOTTable::parse(section, length, 1, 1, &result.error, nullptr);
+        if (tot != nullptr)
+            result.json = tot->toJSON();
+        delete tot;
+        return result;
+    } else if (tableId == 0x02) {
+        // Program map sections, on whatever PID the PAT gave them.
+        result.known = true;
+        table = Sarn::TPMTTable::parse(section, length, 0, 1, &result.error,
+                                       static_cast<Sarn::TPMTTable*>(before));
     } else if (pid == 0x0012 || pid == 0x0026 || pid == 0x0027) {
         // Event information: full-segment on 0x0012, one-segment on 0x0026 and
         // 0x0027; every table_id is an EIT there.

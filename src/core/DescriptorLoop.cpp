@@ -3,12 +3,20 @@
 #include "Json.h"
 #include "Log.h"
 #include "TAudioComponentDescriptor.h"
+#include "TCarouselIdentifierDescriptor.h"
 #include "TComponentDescriptor.h"
 #include "TContentDescriptor.h"
+#include "TDataComponentDescriptor.h"
 #include "TDigitalCopyControlDescriptor.h"
 #include "TExtendedEventDescriptor.h"
+#include "TISO639LanguageDescriptor.h"
+#include "TLocalTimeOffsetDescriptor.h"
+#include "TNetworkNameDescriptor.h"
 #include "TParentalRatingDescriptor.h"
+#include "TServiceDescriptor.h"
 #include "TShortEventDescriptor.h"
+#include "TStreamIdentifierDescriptor.h"
+#include "TTSInformationDescriptor.h"
 
 namespace Sarn {
 
@@ -20,20 +28,36 @@ namespace {
 // the owner's caller (no byte count, no error code are passed).
 TISDBTDescriptor* createDescriptor(unsigned char* data, unsigned int length) {
     switch (data[0]) {
+        case 0x0A:
+            return TISO639LanguageDescriptor::parse(data, length, nullptr, nullptr);
+        case 0x13:
+            return TCarouselIdentifierDescriptor::parse(data, length, nullptr, nullptr);
+        case 0x40:
+            return TNetworkNameDescriptor::parse(data, length, nullptr, nullptr);
+        case 0x48:
+            return TServiceDescriptor::parse(data, length, nullptr, nullptr);
         case 0x4D:
             return TShortEventDescriptor::parse(data, length, nullptr, nullptr);
         case 0x4E:
             return TExtendedEventDescriptor::parse(data, length, nullptr, nullptr);
         case 0x50:
             return TComponentDescriptor::parse(data, length, nullptr, nullptr);
+        case 0x52:
+            return TStreamIdentifierDescriptor::parse(data, length, nullptr, nullptr);
         case 0x54:
             return TContentDescriptor::parse(data, length, nullptr, nullptr);
         case 0x55:
             return TParentalRatingDescriptor::parse(data, length, nullptr, nullptr);
+        case 0x58:
+            return TLocalTimeOffsetDescriptor::parse(data, length, nullptr, nullptr);
         case 0xC1:
             return TDigitalCopyControlDescriptor::parse(data, length, nullptr, nullptr);
         case 0xC4:
             return TAudioComponentDescriptor::parse(data, length, nullptr, nullptr);
+        case 0xCD:
+            return TTSInformationDescriptor::parse(data, length, nullptr, nullptr);
+        case 0xFD:
+            return TDataComponentDescriptor::parse(data, length, nullptr, nullptr);
         default:
             (void)length;
             return nullptr;

@@ -1,68 +1,99 @@
 #ifndef SARN_CORE_OWNED_H
 #define SARN_CORE_OWNED_H
 
-// Containers that own their elements: the keyed children (maps of raw
-// pointers) and the ordered ones (vectors of raw pointers) of tables and
-// descriptors.
+// Operations on the containers through which tables and descriptors own
+// their entries: maps keyed by an identifier and vectors in wire order.
 
 #include <list>
 #include <map>
 #include <vector>
 
 namespace Sarn {
+namespace owned {
+
+/** The entry stored under key, or null. */
+template <typename K, typename V>
+V* find(const std::map<K, V*>& entries, const K& key) {
+    auto it = entries.find(key);
+    return it == entries.end() ? nullptr : it->second;
+}
+
+/** The keys in ascending order. */
+template <typename K, typename V>
+std::list<K> keys(const std::map<K, V*>& entries) {
+    std::list<K> all;
+    for (const auto& entry : entries)
+        all.push_back(entry.first);
+    return all;
+}
+
+/** Deletes and removes the entry stored under key; false when there is none. */
+template <typename K, typename V>
+bool erase(std::map<K, V*>& entries, const K& key) {
+    auto it = entries.find(key);
+    if (it == entries.end())
+        return false;
+    delete it->second;
+    entries.erase(it);
+    return true;
+}
 
 /**
- * Stores value under key during a parse. A value already stored under the
- * key was made by the same parse and nobody else holds it, so it is deleted.
+ * Stores value under key while a parse fills the map: an entry displaced by
+ * a repeated key is deleted, since no caller can hold it yet.
  */
-template <class Map>
-void storeReplacing(Map& map, const typename Map::key_type& key, typename Map::mapped_type value) {
-    auto slot = map.emplace(key, nullptr).first;
-    if (slot->second != value)
-        delete slot->second;
-    slot->second = value;
+template <typename K, typename V>
+void replace(std::map<K, V*>& entries, const K& key, V* value) {
+    auto inserted = entries.emplace(key, nullptr);
+    if (inserted.first->second != value)
+        delete inserted.first->second;
+    inserted.first->second = value;
 }
 
-/** Every key in order. */
-template <class K, class V>
-std::list<K> keysOf(const std::map<K, V>& map) {
-    std::list<K> keys;
-    for (const auto& entry : map)
-        keys.push_back(entry.first);
-    return keys;
-}
-
-/** Deletes every value (the container is left holding dangling pointers). */
-template <class K, class V>
-void deleteAll(std::map<K, V*>& map) {
-    for (auto& entry : map)
+template <typename K, typename V>
+void deleteAll(std::map<K, V*>& entries) {
+    for (auto& entry : entries)
         delete entry.second;
+    entries.clear();
 }
-template <class V>
-void deleteAll(std::vector<V*>& list) {
-    for (V* value : list)
-        delete value;
+
+/** The entry at that position, or null beyond the last. */
+template <typename V>
+V* at(const std::vector<V*>& entries, unsigned int index) {
+    return index < entries.size() ? entries[index] : nullptr;
+}
+
+/** Deletes and removes the entry at that position; false beyond the last. */
+template <typename V>
+bool eraseAt(std::vector<V*>& entries, unsigned int index) {
+    if (index >= entries.size())
+        return false;
+    delete entries[index];
+    entries.erase(entries.begin() + index);
+    return true;
+}
+
+template <typename V>
+void deleteAll(std::vector<V*>& entries) {
+    for (V* entry : entries)
+        delete entry;
+    entries.clear();
 }
 
 /** Fills to with copies of the values of from, made by V's copy constructor from a pointer. */
-template <class K, class V>
+template <typename K, typename V>
 void copyAll(const std::map<K, V*>& from, std::map<K, V*>& to) {
     for (const auto& entry : from)
         to[entry.first] = new V(entry.second);
 }
-template <class V>
+template <typename V>
 void copyAll(const std::vector<V*>& from, std::vector<V*>& to) {
     to.reserve(from.size());
     for (const V* value : from)
         to.push_back(new V(value));
 }
 
-/** The element at index, or null beyond the end. */
-template <class V>
-V* elementAt(const std::vector<V*>& list, unsigned int index) {
-    return index < list.size() ? list[index] : nullptr;
-}
-
+}  // namespace owned
 }  // namespace Sarn
 
 #endif

@@ -58,7 +58,7 @@ TApplicationDescriptor::TApplicationDescriptor(const TApplicationDescriptor* src
       visibleForApplications(src->visibleForApplications),
       transportProtocolLabelCount(src->transportProtocolLabelCount),
       transportProtocolLabels(nullptr) {
-    copyAll(src->profiles, profiles);
+    owned::copyAll(src->profiles, profiles);
     if (src->transportProtocolLabels != nullptr && transportProtocolLabelCount != 0) {
         transportProtocolLabels = new unsigned char[transportProtocolLabelCount];
         std::memcpy(transportProtocolLabels, src->transportProtocolLabels,
@@ -67,7 +67,7 @@ TApplicationDescriptor::TApplicationDescriptor(const TApplicationDescriptor* src
 }
 
 TApplicationDescriptor::~TApplicationDescriptor() {
-    deleteAll(profiles);
+    owned::deleteAll(profiles);
     delete[] transportProtocolLabels;
 }
 
@@ -101,7 +101,7 @@ TApplicationDescriptor* TApplicationDescriptor::parse(unsigned char* data, unsig
             return nullptr;
         }
         // A repeated application_profile replaces the earlier profile.
-        storeReplacing(d->profiles, profile->getApplicationProfile(), profile);
+        owned::replace(d->profiles, profile->getApplicationProfile(), profile);
         profilesLength = static_cast<unsigned char>(profilesLength - consumed);
         remaining -= consumed;
         p += consumed;

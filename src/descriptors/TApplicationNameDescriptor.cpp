@@ -53,11 +53,11 @@ TApplicationNameDescriptor::TApplicationNameDescriptor(unsigned char* bytes, uns
 
 TApplicationNameDescriptor::TApplicationNameDescriptor(const TApplicationNameDescriptor* src)
     : TISDBTDescriptor(*src) {
-    copyAll(src->items, items);
+    owned::copyAll(src->items, items);
 }
 
 TApplicationNameDescriptor::~TApplicationNameDescriptor() {
-    deleteAll(items);
+    owned::deleteAll(items);
 }
 
 TApplicationNameDescriptor* TApplicationNameDescriptor::parse(unsigned char* data, unsigned int len,
@@ -68,7 +68,7 @@ TApplicationNameDescriptor* TApplicationNameDescriptor::parse(unsigned char* dat
     TApplicationNameDescriptor* d = new TApplicationNameDescriptor(data, len);
     // A repeated language code replaces the earlier item.
     auto store = [d](TApplicationNameDescriptorItem* item) {
-        storeReplacing(d->items, item->getLanguageCode(), item);
+        owned::replace(d->items, item->getLanguageCode(), item);
     };
     if (parseItems<TApplicationNameDescriptorItem>(d, "TApplicationNameDescriptor", data + 2,
                                                    data[1], nullptr, err, store) == nullptr)
@@ -90,7 +90,7 @@ TApplicationNameDescriptorItem* TApplicationNameDescriptor::get(
 }
 
 std::list<std::string> TApplicationNameDescriptor::getLanguageCodes() const {
-    return keysOf(items);
+    return owned::keys(items);
 }
 
 std::string TApplicationNameDescriptor::toJSON() const {

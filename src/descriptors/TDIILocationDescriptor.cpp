@@ -37,11 +37,11 @@ TDIILocationDescriptor::TDIILocationDescriptor(unsigned char* bytes, unsigned in
 
 TDIILocationDescriptor::TDIILocationDescriptor(const TDIILocationDescriptor* src)
     : TISDBTDescriptor(*src), transportProtocolLabel(src->transportProtocolLabel) {
-    copyAll(src->items, items);
+    owned::copyAll(src->items, items);
 }
 
 TDIILocationDescriptor::~TDIILocationDescriptor() {
-    deleteAll(items);
+    owned::deleteAll(items);
 }
 
 TDIILocationDescriptor* TDIILocationDescriptor::parse(unsigned char* data, unsigned int len,
@@ -63,7 +63,7 @@ void TDIILocationDescriptor::add(TDIILocationDescriptorItem* item) {
 }
 
 TDIILocationDescriptorItem* TDIILocationDescriptor::get(unsigned int index) const {
-    return elementAt(items, index);
+    return owned::at(items, index);
 }
 
 }  // namespace Sarn

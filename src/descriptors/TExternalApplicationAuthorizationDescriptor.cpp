@@ -52,11 +52,11 @@ TExternalApplicationAuthorizationDescriptor::TExternalApplicationAuthorizationDe
 TExternalApplicationAuthorizationDescriptor::TExternalApplicationAuthorizationDescriptor(
     const TExternalApplicationAuthorizationDescriptor* src)
     : TISDBTDescriptor(*src) {
-    copyAll(src->items, items);
+    owned::copyAll(src->items, items);
 }
 
 TExternalApplicationAuthorizationDescriptor::~TExternalApplicationAuthorizationDescriptor() {
-    deleteAll(items);
+    owned::deleteAll(items);
 }
 
 TExternalApplicationAuthorizationDescriptor* TExternalApplicationAuthorizationDescriptor::parse(
@@ -67,7 +67,7 @@ TExternalApplicationAuthorizationDescriptor* TExternalApplicationAuthorizationDe
         new TExternalApplicationAuthorizationDescriptor(data, len);
     // The same application authorized twice keeps the later entry.
     auto store = [d](TExternalApplicationAuthorizationDescriptorItem* item) {
-        storeReplacing(d->items,
+        owned::replace(d->items,
                        TApplicationIdentifier::calculateHashID(item->getApplicationIdentifier()),
                        item);
     };
@@ -89,7 +89,7 @@ TExternalApplicationAuthorizationDescriptorItem* TExternalApplicationAuthorizati
 
 std::list<std::string>
 TExternalApplicationAuthorizationDescriptor::getApplicationIdentifierHashIDs() const {
-    return keysOf(items);
+    return owned::keys(items);
 }
 
 }  // namespace Sarn

@@ -52,11 +52,11 @@ TPrefetchDescriptor::TPrefetchDescriptor(unsigned char* bytes, unsigned int len)
 
 TPrefetchDescriptor::TPrefetchDescriptor(const TPrefetchDescriptor* src)
     : TISDBTDescriptor(*src), transportProtocolLabel(src->transportProtocolLabel) {
-    copyAll(src->items, items);
+    owned::copyAll(src->items, items);
 }
 
 TPrefetchDescriptor::~TPrefetchDescriptor() {
-    deleteAll(items);
+    owned::deleteAll(items);
 }
 
 TPrefetchDescriptor* TPrefetchDescriptor::parse(unsigned char* data, unsigned int len,
@@ -77,7 +77,7 @@ void TPrefetchDescriptor::add(TPrefetchDescriptorItem* item) {
 }
 
 TPrefetchDescriptorItem* TPrefetchDescriptor::get(unsigned int index) const {
-    return elementAt(items, index);
+    return owned::at(items, index);
 }
 
 }  // namespace Sarn

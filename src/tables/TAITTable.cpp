@@ -504,7 +504,7 @@ TAITTable::TAITTable(unsigned char* bytes, unsigned int len)
 
 TAITTable::~TAITTable() {
     deleteSlots(descriptors);
-    deleteAll(applications);
+    owned::deleteAll(applications);
 }
 
 TAITTable* TAITTable::parse(unsigned char* data, unsigned int len, int, int checkCrc,
@@ -564,7 +564,7 @@ TAITTable* TAITTable::parse(unsigned char* data, unsigned int len, int, int chec
         // The table's application_type is authoritative for its applications.
         app->setApplicationType(table->getApplicationType());
         // The same application twice in one section: the later one stays.
-        storeReplacing(table->applications, app->getHashID(), app);
+        owned::replace(table->applications, app->getHashID(), app);
         pos += consumed;
         remaining -= consumed;
         appLoop = static_cast<unsigned short>(appLoop - consumed);
@@ -620,7 +620,7 @@ TApplication* TAITTable::getApplication(std::string hashId) const {
 }
 
 std::list<std::string> TAITTable::getApplicationsIDs() const {
-    return keysOf(applications);
+    return owned::keys(applications);
 }
 
 void TAITTable::addApplication(TApplication* application) {

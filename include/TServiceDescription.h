@@ -1,0 +1,45 @@
+#ifndef SARN_TSERVICEDESCRIPTION_H
+#define SARN_TSERVICEDESCRIPTION_H
+
+#include "DescriptorLoop.h"
+
+namespace Sarn {
+
+class TSDTTable;
+
+/**
+ * One service of an SDT: service_id, the EIT flags, running_status,
+ * free_CA_mode and the service descriptor loop.
+ */
+class TServiceDescription : public DescriptorLoop {
+  public:
+    /**
+     * Parses one entry from data (length bytes available); stores the
+     * entry's size in *bytesRead. The integer argument is not used.
+     */
+    static TServiceDescription* parse(unsigned char* data, unsigned int length, int,
+                                      unsigned int* bytesRead, unsigned short* error);
+
+    TServiceDescription();
+    ~TServiceDescription() override;
+
+    unsigned short getServiceID() const { return service_id; }
+    bool hasEITSchedule() const { return eitSchedule != 0; }
+    bool hasEITPresentFollowing() const { return eitPresentFollowing != 0; }
+    /** 0 undefined, 1 not running, 2 starts in a few seconds, 3 pausing, 4 running. */
+    unsigned char getRunningStatus() const { return running_status; }
+    unsigned char getFreeCAMode() const { return free_CA_mode; }
+
+  private:
+    friend class TSDTTable;
+
+    unsigned short service_id;
+    int eitSchedule;
+    int eitPresentFollowing;
+    unsigned char running_status;
+    unsigned char free_CA_mode;
+};
+
+}  // namespace Sarn
+
+#endif

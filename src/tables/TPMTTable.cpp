@@ -1,0 +1,198 @@
+#include "TPMTTable.h"
+
+#include "Bytes.h"
+#include "ISDBTUtils.h"
+#include "Json.h"
+#include "Log.h"
+#include "Owned.h"
+#include "TDataComponentDescriptor.h"
+#include "TStreamIdentifierDescriptor.h"
+
+namespace Sarn {
+
+namespace {
+
+// Descriptors an elementary stream or its program may legally carry (the
+// loop builds objects only for those of them the library knows).
+constexpr DescriptorTagSet kProgramMapTags = {0x53, 0x0D, 0x49, 0x4A, 0x50, 0x51, 0x52, 0x55,
+                                              0xC0, 0xC1, 0xFC, 0xFD, 0xFE, 0xC6, 0xC8, 0xDE,
+                                              0xF7, 0xF8, 0x28, 0x2A, 0x7C, 0x13, 0x0A};
+
+// The loop creates only TStreamIdentifierDescriptor objects for tag 0x52 and
+// TDataComponentDescriptor objects for 0xFD.
+const TStreamIdentifierDescriptor* streamIdentifier(const TProgramMap* map) {
+    return static_cast<const TStreamIdentifierDescriptor*>(map->getDescriptor(0x52));
+}
+const TDataComponentDescriptor* dataComponent(const TProgramMap* map) {
+    return static_cast<const TDataComponentDescriptor*>(map->getDescriptor(0xFD));
+}
+
+}  // namespace
+
+TProgramMap::TProgramMap() : DescriptorLoop(kProgramMapTags), streamType(0), elementaryPid(0) {}
+
+TProgramMap::~TProgramMap() {}
+
+TProgramMap* TProgramMap::parse(unsigned char* bytes, unsigned int length, int,
+                                unsigned int* bytesRead, unsigned short* error) {
+    if (bytes == nullptr || length < 5) {
+        SARN_LOGW("%s: TProgramMap::parse: Item length not valid: %u. Aborting!", length);
+        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
+        return nullptr;
+    }
+    // stream_type, elementary_PID (13 bits), ES_info_length (12 bits).
+    const unsigned int esInfoLength = bytes::len12(bytes + 3);
+    if (5 + esInfoLength > length) {
+        SARN_LOGW("%s: TProgramMap::parse: ESInfoLength not valid: %u + %u > %u. Aborting!", 5u,
+                  esInfoLength, length);
+        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
+        return nullptr;
+    }
+    TProgramMap* map = new TProgramMap();
+    map->streamType = bytes[0];
+    map->elementaryPid = bytes::pid13(bytes + 1);
+    const unsigned int read = map->parseDescriptorsLoop(bytes + 5, esInfoLength);
+    if (read != esInfoLength)
+        SARN_LOGW(
+            "%s: TProgramMap:parse: read bytes different than network descriptors length (%d != "
+            "%d)",
+            static_cast<int>(read), static_cast<int>(esInfoLength));
+    if (bytesRead != nullptr)
+        *bytesRead = 5 + esInfoLength;
+    ISDBTUtils::setErrorCode(error, ERROR_NONE);
+    return map;
+}
+
+TPMTTable::TPMTTable(unsigned char* bytes, unsigned int length)
+    : TISDBTVersionedTable(TYPE_PMT, 16, 0x02, bytes, length),
+      DescriptorLoop(kProgramMapTags),
+      pcrPid(0) {}
+
+TPMTTable::~TPMTTable() {
+    owned::deleteAll(programMaps);
+}
+
+TPMTTable* TPMTTable::parse(unsigned char* bytes, unsigned int length, int, int checkCrc,
+                            unsigned short* error, TPMTTable* previous) {
+    TPMTTable* table = new TPMTTable(bytes, length);
+    unsigned short remaining = 0;
+    if (!table->parseCommonHeader(bytes, length, checkCrc, error, &remaining, previous)) {
+        delete table;
+        return nullptr;
+    }
+    // The streams run up to the CRC32; a wrapped body counter stops at the
+    // end of the bytes handed in.
+    const unsigned int end = bodyEnd(8, remaining, length);
+    table->pcrPid = bytes::pid13(bytes + 8);
+    const unsigned int programInfoLength = bytes::len12(bytes + 10);
+    unsigned int p = 12;
+    if (p + programInfoLength > end) {
+        SARN_LOGW(
+            "%s: TPMTTable::parse: Longer data length is required: (%u + %u) >(%u). Aborting!", p,
+            programInfoLength, static_cast<unsigned int>(remaining));
+        ISDBTUtils::setErrorCode(error, ERROR_DESCRIPTOR_LENGTH);
+        delete table;
+        return nullptr;
+    }
+    const unsigned int read = table->parseDescriptorsLoop(bytes + p, programInfoLength);
+    if (read != programInfoLength)
+        SARN_LOGW("%s: TPMTTable::parse: readBytes != l_iProgramInfoLength! (%u != %u)", read,
+                  programInfoLength);
+    p += programInfoLength;
+
+    while (p < end) {
+        unsigned int bytesRead = 0;
+        TProgramMap* map = TProgramMap::parse(bytes + p, end - p, 1, &bytesRead, error);
+        if (map == nullptr) {
+            SARN_LOGW("%s: TPMTTable::parse: Invalid item. Aborting!");
+            ISDBTUtils::setErrorCode(error, ERROR_INVALID_ITEM);
+            delete table;
+            return nullptr;
+        }
+        table->programMaps.push_back(map);
+        p += bytesRead;
+    }
+    ISDBTUtils::setErrorCode(error, ERROR_NONE);
+    return table;
+}
+
+void TPMTTable::addProgramMap(TProgramMap* map) {
+    if (map != nullptr)
+        programMaps.push_back(map);
+}
+
+TProgramMap* TPMTTable::getProgramMap(unsigned char index) const {
+    return owned::at(programMaps, index);
+}
+
+std::list<TProgramMap*> TPMTTable::getProgramMapByStreamType(unsigned char streamType) const {
+    std::list<TProgramMap*> found;
+    for (TProgramMap* map : programMaps)
+        if (map->getStreamType() == streamType)
+            found.push_back(map);
+    return found;
+}
+
+std::list<TProgramMap*> TPMTTable::getProgramMapsByStreamType(unsigned char streamType) const {
+    return getProgramMapByStreamType(streamType);
+}
+
+std::list<TProgramMap*> TPMTTable::getProgramMapByComponentTag(unsigned char componentTag) const {
+    std::list<TProgramMap*> found;
+    for (TProgramMap* map : programMaps) {
+        const TStreamIdentifierDescriptor* sid = streamIdentifier(map);
+        if (sid != nullptr && sid->getComponentTag() == componentTag)
+            found.push_back(map);
+    }
+    return found;
+}
+
+std::list<TProgramMap*> TPMTTable::getProgramMap(unsigned char streamType,
+                                                 unsigned char dataComponentId) const {
+    std::list<TProgramMap*> found;
+    for (TProgramMap* map : programMaps) {
+        if (map->getStreamType() != streamType)
+            continue;
+        const TDataComponentDescriptor* dc = dataComponent(map);
+        if (dc != nullptr && dc->getDataComponentID() == dataComponentId)
+            found.push_back(map);
+    }
+    return found;
+}
+
+std::list<ProgramData> TPMTTable::getAllPrograms() const {
+    std::list<ProgramData> all;
+    for (TProgramMap* map : programMaps) {
+        const TStreamIdentifierDescriptor* sid = streamIdentifier(map);
+        if (sid != nullptr)
+            all.push_back({map->getElementaryPID(), map->getStreamType(), sid->getComponentTag()});
+    }
+    return all;
+}
+
+bool TPMTTable::removeProgramMap(unsigned char index) {
+    return owned::eraseAt(programMaps, index);
+}
+
+std::string TPMTTable::toJSON() const {
+    std::string out;
+    json::Out o(out);
+    o << "{\"programNumber\":" << tableIdExtension << ",\"pcrPid\":" << pcrPid
+      << ",\"programInfoDescriptors\":";
+    appendDescriptorsJSON(out);
+    o << ",\"elementaryStreams\":[";
+    bool first = true;
+    for (const TProgramMap* map : programMaps) {
+        if (!first)
+            o << ',';
+        first = false;
+        o << "{\"streamType\":" << map->streamType << ",\"elementaryPid\":" << map->elementaryPid
+          << ",\"esInfoDescriptors\":";
+        map->appendDescriptorsJSON(out);
+        o << '}';
+    }
+    o << "]}";
+    return out;
+}
+
+}  // namespace Sarn
