@@ -50,7 +50,87 @@ inline void runEventItem(unsigned char* data, unsigned int length) {
     delete item;
 }
 
+/** A loop entry whose parse takes an unused integer before the common arguments. */
+template <typename T>
+void runEntry(unsigned char* data, unsigned int length) {
+    unsigned int bytesRead = 0;
+    unsigned short error = 0;
+    T* parsed = T::parse(data, length, 1, &bytesRead, &error);
+    if (parsed == nullptr)
+        return;
+    if constexpr (HasToJSON<T>::value) {
+        volatile size_t sink = parsed->toJSON().size();
+        (void)sink;
+    }
+    delete parsed;
+}
+
+/** An AIT application, also copied with and without inheritance. */
+inline void runApplication(unsigned char* data, unsigned int length) {
+    unsigned int bytesRead = 0;
+    unsigned short error = 0;
+    Sarn::TApplication* app = Sarn::TApplication::parse(data, length, 1, &bytesRead, &error);
+    if (app == nullptr)
+        return;
+    Sarn::TApplication* inherited = new Sarn::TApplication(app, 1);
+    Sarn::TApplication* plain = new Sarn::TApplication(app, 0);
+    delete plain;
+    delete inherited;
+    delete app;
+}
+
+/** A transport protocol descriptor, cloned as well. */
+inline void runTransportProtocol(unsigned char* data, unsigned int length) {
+    unsigned int bytesRead = 0;
+    unsigned short error = 0;
+    Sarn::TTransportProtocolDescriptor* d =
+        Sarn::TTransportProtocolDescriptor::parse(data, length, &bytesRead, &error);
+    if (d == nullptr)
+        return;
+    Sarn::TTransportProtocolDescriptor* copy = Sarn::TTransportProtocolDescriptor::clone(d);
+    volatile size_t sink = d->toJSON().size();
+    if (copy != nullptr)
+        sink = copy->toJSON().size();
+    (void)sink;
+    delete copy;
+    delete d;
+}
+
 inline const DescriptorKind kDescriptorKinds[] = {
+    {-1, runEntry<Sarn::TProgramMap>},
+    {-1, runEntry<Sarn::TTransportStreamInfo>},
+    {-1, runEntry<Sarn::TServiceDescription>},
+    {-1, runApplication},
+    {-1, runEntry<Sarn::TApplicationIdentifier>},
+    SARN_FUZZ_DESCRIPTOR(0x0A, TISO639LanguageDescriptor),
+    SARN_FUZZ_DESCRIPTOR(0x13, TCarouselIdentifierDescriptor),
+    SARN_FUZZ_DESCRIPTOR(0x52, TStreamIdentifierDescriptor),
+    SARN_FUZZ_DESCRIPTOR(0xFD, TDataComponentDescriptor),
+    SARN_FUZZ_DESCRIPTOR(0x40, TNetworkNameDescriptor),
+    SARN_FUZZ_DESCRIPTOR(0x48, TServiceDescriptor),
+    SARN_FUZZ_DESCRIPTOR(0x58, TLocalTimeOffsetDescriptor),
+    SARN_FUZZ_DESCRIPTOR(-1, TLocalTimeOffsetDescriptorItem),
+    SARN_FUZZ_DESCRIPTOR(0xCD, TTSInformationDescriptor),
+    SARN_FUZZ_DESCRIPTOR(-1, TTSInformationDescriptorItem),
+    SARN_FUZZ_DESCRIPTOR(0x00, TApplicationDescriptor),
+    SARN_FUZZ_DESCRIPTOR(-1, TApplicationDescriptorProfile),
+    SARN_FUZZ_DESCRIPTOR(0x0B, TApplicationIconDescriptor),
+    SARN_FUZZ_DESCRIPTOR(0x01, TApplicationNameDescriptor),
+    SARN_FUZZ_DESCRIPTOR(-1, TApplicationNameDescriptorItem),
+    {0x02, runTransportProtocol},
+    SARN_FUZZ_DESCRIPTOR(0x03, TGingaJavaApplicationDescriptor),
+    SARN_FUZZ_DESCRIPTOR(0x04, TGingaJavaApplicationLocationDescriptor),
+    SARN_FUZZ_DESCRIPTOR(0x06, TGingaNCLApplicationDescriptor),
+    SARN_FUZZ_DESCRIPTOR(0x07, TGingaNCLApplicationLocationDescriptor),
+    SARN_FUZZ_DESCRIPTOR(0x0E, TGingaHtml5ApplicationDescriptor),
+    SARN_FUZZ_DESCRIPTOR(0x0F, TGingaHtml5ApplicationLocationDescriptor),
+    SARN_FUZZ_DESCRIPTOR(0x05, TExternalApplicationAuthorizationDescriptor),
+    SARN_FUZZ_DESCRIPTOR(-1, TExternalApplicationAuthorizationDescriptorItem),
+    SARN_FUZZ_DESCRIPTOR(0x0C, TPrefetchDescriptor),
+    SARN_FUZZ_DESCRIPTOR(-1, TPrefetchDescriptorItem),
+    SARN_FUZZ_DESCRIPTOR(0x0D, TDIILocationDescriptor),
+    SARN_FUZZ_DESCRIPTOR(-1, TDIILocationDescriptorItem),
+    SARN_FUZZ_DESCRIPTOR(0x11, TIPSignalingDescriptor),
     {-1, runEventItem},
     SARN_FUZZ_DESCRIPTOR(0x4D, TShortEventDescriptor),
     SARN_FUZZ_DESCRIPTOR(0x4E, TExtendedEventDescriptor),

@@ -30,6 +30,18 @@ Sarn::TISDBTTable* parseEit(unsigned char* d, unsigned int n, unsigned short* e,
     return Sarn::TEITTable::parse(d, n, FullSegment, 0, 0, e, static_cast<Sarn::TEITTable*>(p));
 }
 
+template <typename T>
+Sarn::TISDBTTable* parseWithCrcFirst(unsigned char* d, unsigned int n, unsigned short* e,
+                                     Sarn::TISDBTTable* p) {
+    // NIT, SDTT, DCT, DSM-CC: the CRC switch is the first integer (off here).
+    return T::parse(d, n, 0, 0, e, static_cast<T*>(p));
+}
+
+inline Sarn::TISDBTTable* parseTot(unsigned char* d, unsigned int n, unsigned short* e,
+                                   Sarn::TISDBTTable* p) {
+    return Sarn::TTOTTable::parse(d, n, 0, 1, e, static_cast<Sarn::TTOTTable*>(p));
+}
+
 inline bool isEit(unsigned int tid) {
     return tid >= 0x4E && tid <= 0x6F;
 }
@@ -37,6 +49,15 @@ inline bool isEit(unsigned int tid) {
 inline const TableKind kTableKinds[] = {
     {"pat", parseWithCrcSecond<Sarn::TPATTable>,
      [](unsigned int, unsigned int tid) { return tid == 0x00; }},
+    {"pmt", parseWithCrcSecond<Sarn::TPMTTable>,
+     [](unsigned int, unsigned int tid) { return tid == 0x02; }},
+    {"nit", parseWithCrcFirst<Sarn::TNITTable>,
+     [](unsigned int, unsigned int tid) { return tid == 0x40 || tid == 0x41; }},
+    {"sdt", parseWithCrcSecond<Sarn::TSDTTable>,
+     [](unsigned int, unsigned int tid) { return tid == 0x42 || tid == 0x46; }},
+    {"tot", parseTot, [](unsigned int, unsigned int tid) { return tid == 0x73 || tid == 0x70; }},
+    {"ait", parseWithCrcSecond<Sarn::TAITTable>,
+     [](unsigned int, unsigned int tid) { return tid == 0x74; }},
     {"eit-full-segment", parseEit<1>,
      [](unsigned int pid, unsigned int tid) { return pid == 0x12 && isEit(tid); }},
     {"eit-one-segment", parseEit<0>,
