@@ -12,7 +12,16 @@
 #include "TISDBTVersionedTable.h"
 
 // Tables
+#include "TDDBTable.h"
+#include "TDSMCCSectionTable.h"
+#include "TDsiDiiTable.h"
 #include "TPATTable.h"
 #include "TProgramAssociation.h"
+
+// Descriptors
+#include "TNPTEndpointDescriptor.h"
+#include "TNPTReferenceDescriptor.h"
+#include "TStreamEventDescriptor.h"
+#include "TStreamModeDescriptor.h"
 
 #endif

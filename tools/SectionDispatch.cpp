@@ -25,8 +25,24 @@ SectionResult SectionDispatch::handle(unsigned int pid, unsigned char* section,
         table = Sarn::TPATTable::parse(section, length, 0, 1, &result.error,
                                        static_cast<Sarn::TPATTable*>(before));
     }
+    // Tables that render only their section header return the members
+    // without braces; the dump wraps them into an object.
+    bool headerOnly = false;
+    if (tableId == 0x3B) {
+        result.known = headerOnly = true;
+        table = Sarn::TDsiDiiTable::parse(section, length, 1, 0, &result.error,
+                                          static_cast<Sarn::TDsiDiiTable*>(before));
+    } else if (tableId == 0x3C) {
+        result.known = headerOnly = true;
+        table = Sarn::TDDBTable::parse(section, length, 1, 0, &result.error,
+                                       static_cast<Sarn::TDDBTable*>(before));
+    } else if (tableId == 0x3D) {
+        result.known = headerOnly = true;
+        table = Sarn::TDSMCCSectionTable::parse(section, length, 1, 0, &result.error,
+                                                static_cast<Sarn::TDSMCCSectionTable*>(before));
+    }
     if (table != nullptr) {
-        result.json = table->toJSON();
+        result.json = headerOnly ? "{" + table->toJSON() + "}" : table->toJSON();
         delete before;
         previous[key] = table;
     }
