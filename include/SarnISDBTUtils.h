@@ -14,11 +14,19 @@
 // Tables
 #include "TDDBTable.h"
 #include "TDSMCCSectionTable.h"
+#include "TDownloadContent.h"
 #include "TDsiDiiTable.h"
 #include "TPATTable.h"
 #include "TProgramAssociation.h"
+#include "TSDTTTable.h"
+#include "TScheduleInfo.h"
 
 // Descriptors
+#include "TCompatibilityDescriptor.h"
+#include "TCompatibilityDescriptorItem.h"
+#include "TCompatibilityDescriptorSubItem.h"
+#include "TDownloadContentDescriptor.h"
+#include "TDownloadContentDescriptorItem.h"
 #include "TNPTEndpointDescriptor.h"
 #include "TNPTReferenceDescriptor.h"
 #include "TStreamEventDescriptor.h"

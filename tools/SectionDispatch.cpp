@@ -28,6 +28,11 @@ SectionResult SectionDispatch::handle(unsigned int pid, unsigned char* section,
     // Tables that render only their section header return the members
     // without braces; the dump wraps them into an object.
     bool headerOnly = false;
+    if ((pid == 0x0023 || pid == 0x0028) && tableId == 0xC3) {
+        result.known = headerOnly = true;
+        table = Sarn::TSDTTTable::parse(section, length, 1, 0, &result.error,
+                                        static_cast<Sarn::TSDTTTable*>(before));
+    }
     if (tableId == 0x3B) {
         result.known = headerOnly = true;
         table = Sarn::TDsiDiiTable::parse(section, length, 1, 0, &result.error,
