@@ -12,8 +12,10 @@
 #include "TISDBTVersionedTable.h"
 
 // Tables
+#include "TDCTTable.h"
 #include "TDDBTable.h"
 #include "TDSMCCSectionTable.h"
+#include "TDatacasterCarousel.h"
 #include "TDownloadContent.h"
 #include "TDsiDiiTable.h"
 #include "TPATTable.h"

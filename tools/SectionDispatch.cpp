@@ -46,6 +46,11 @@ SectionResult SectionDispatch::handle(unsigned int pid, unsigned char* section,
         table = Sarn::TDSMCCSectionTable::parse(section, length, 1, 0, &result.error,
                                                 static_cast<Sarn::TDSMCCSectionTable*>(before));
     }
+    if (tableId == 0x99) {
+        result.known = headerOnly = true;
+        table = Sarn::TDCTTable::parse(section, length, 1, 0, &result.error,
+                                       static_cast<Sarn::TDCTTable*>(before));
+    }
     if (table != nullptr) {
         result.json = headerOnly ? "{" + table->toJSON() + "}" : table->toJSON();
         delete before;
