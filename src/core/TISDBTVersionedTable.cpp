@@ -29,7 +29,10 @@ bool TISDBTVersionedTable::parseCommonHeader(unsigned char* bytes, unsigned int 
         ISDBTUtils::setErrorCode(error, ERROR_PREVIOUS_TABLE_TYPE);
         return false;
     }
-    if (body < 5) {
+    // A section_length below 4 wraps the counter past this test; the
+    // long-form header must still lie within the bytes handed in (tables
+    // with a minimum length of 7 may be handed fewer than its 8 bytes).
+    if (body < 5 || length < 8) {
         SARN_LOGW("%s: TISDBTVersionedTable::parse: Section length %d < 5", static_cast<int>(body));
         ISDBTUtils::setErrorCode(error, ERROR_SECTION_LENGTH);
         return false;
