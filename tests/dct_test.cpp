@@ -16,12 +16,9 @@ std::string line(const std::string& text) {
 
 // Loop length (with four reserved bits set) followed by the entries.
 Bytes loop(unsigned short length, const Bytes& entries) {
-    Bytes b;
-    b.push_back(static_cast<unsigned char>(0xF0 | (length >> 8)));
-    b.push_back(static_cast<unsigned char>(length & 0xFF));
-    for (unsigned char e : entries)
-        b.push_back(e);
-    return b;
+    return join({{static_cast<unsigned char>(0xF0 | (length >> 8)),
+                  static_cast<unsigned char>(length & 0xFF)},
+                 entries});
 }
 
 // PID 0x1F0 (reserved bits set), version 3, carousel 10, component tag

@@ -26,16 +26,7 @@ Bytes fixedPart(unsigned char flags) {
 
 // A 0xC9 descriptor around the payload.
 Bytes descriptor(const Bytes& payload) {
-    Bytes b = {0xC9, static_cast<unsigned char>(payload.size())};
-    b.insert(b.end(), payload.begin(), payload.end());
-    return b;
-}
-
-Bytes join(std::initializer_list<Bytes> parts) {
-    Bytes out;
-    for (const Bytes& p : parts)
-        out.insert(out.end(), p.begin(), p.end());
-    return out;
+    return join({{0xC9, static_cast<unsigned char>(payload.size())}, payload});
 }
 
 struct Parsed {

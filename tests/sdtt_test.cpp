@@ -14,13 +14,6 @@ std::string line(const std::string& text) {
     return "5 SarnISDBTUtils: " + text;
 }
 
-Bytes join(std::initializer_list<Bytes> parts) {
-    Bytes out;
-    for (const Bytes& p : parts)
-        out.insert(out.end(), p.begin(), p.end());
-    return out;
-}
-
 // transport_stream_id 0x0400, original_network_id 0x7FE0, service 0xFFF0,
 // then num_of_contents.
 Bytes fixedFields(unsigned char contents) {

@@ -75,8 +75,7 @@ TDCTTable* TDCTTable::parse(unsigned char* bytes, unsigned int length, int check
     // entries wraps and the walk goes on until an entry fails, at the latest
     // at the end of the buffer.
     while (loopLength != 0) {
-        const unsigned int inBuffer = length - p;
-        const unsigned int available = remaining < inBuffer ? remaining : inBuffer;
+        const unsigned int available = bodyEnd(p, remaining, length) - p;
         unsigned int read = 0;
         TDatacasterCarousel* carousel =
             TDatacasterCarousel::parse(bytes + p, available, 1, &read, error);

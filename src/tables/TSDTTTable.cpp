@@ -201,8 +201,7 @@ TSDTTTable* TSDTTTable::parse(unsigned char* bytes, unsigned int length, int che
     for (; count != 0; --count) {
         // Each content gets the rest of the body; a counter wrapped by a
         // short section_length still stops at the end of the buffer.
-        const unsigned int inBuffer = length - p;
-        const unsigned int available = remaining < inBuffer ? remaining : inBuffer;
+        const unsigned int available = bodyEnd(p, remaining, length) - p;
         unsigned int read = 0;
         TDownloadContent* content =
             TDownloadContent::parse(table->data + p, available, 1, &read, error);

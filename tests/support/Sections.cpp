@@ -40,6 +40,13 @@ Bytes longSection(unsigned char tableId, unsigned short extension, unsigned char
     return withCrc(s);
 }
 
+Bytes join(std::initializer_list<Bytes> parts) {
+    Bytes out;
+    for (const Bytes& p : parts)
+        out.insert(out.end(), p.begin(), p.end());
+    return out;
+}
+
 Bytes fromHex(const std::string& hex) {
     Bytes out;
     int high = -1;

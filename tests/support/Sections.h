@@ -1,6 +1,7 @@
 #ifndef SARN_TESTS_SECTIONS_H
 #define SARN_TESTS_SECTIONS_H
 
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,9 @@ Bytes withCrc(Bytes section);
  */
 Bytes longSection(unsigned char tableId, unsigned short extension, unsigned char versionByte,
                   const Bytes& body);
+
+/** The parts one after another. */
+Bytes join(std::initializer_list<Bytes> parts);
 
 /** Bytes from hexadecimal text; blanks are ignored. */
 Bytes fromHex(const std::string& hex);
