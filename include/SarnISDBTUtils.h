@@ -12,18 +12,20 @@
 #include "TISDBTVersionedTable.h"
 
 // Tables
+#include "TPATTable.h"
+#include "TProgramAssociation.h"
+
+// DSM-CC sections, software download trigger and datacaster carousel tables
 #include "TDCTTable.h"
 #include "TDDBTable.h"
 #include "TDSMCCSectionTable.h"
 #include "TDatacasterCarousel.h"
 #include "TDownloadContent.h"
 #include "TDsiDiiTable.h"
-#include "TPATTable.h"
-#include "TProgramAssociation.h"
 #include "TSDTTTable.h"
 #include "TScheduleInfo.h"
 
-// Descriptors
+// DSM-CC stream descriptors and download descriptors
 #include "TCompatibilityDescriptor.h"
 #include "TCompatibilityDescriptorItem.h"
 #include "TCompatibilityDescriptorSubItem.h"
