@@ -14,7 +14,6 @@
 // Tables
 #include "TPATTable.h"
 #include "TProgramAssociation.h"
-
 // DSM-CC sections, software download trigger and datacaster carousel tables
 #include "TDCTTable.h"
 #include "TDDBTable.h"
