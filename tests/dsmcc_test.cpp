@@ -52,10 +52,30 @@ TEST(DsmccSection, StreamDescriptorsIntoSlots) {
     EXPECT_EQ(t->getDescriptor(4), t->getStreamEventDescriptor());
     EXPECT_EQ(t->getDescriptor(0), nullptr);
     EXPECT_EQ(t->getDescriptor(0x1A), nullptr);
-    EXPECT_EQ(t->getNPTReferenceDescriptor()->getDSMCCContentID(), 5);
-    EXPECT_EQ(t->getNPTEndpointDescriptor()->getNPTStopL(), 1000u);
+
+    // 33-bit clock values split into bit 32 (H) and bits 31-0 (L) under
+    // reserved bits that are all set.
+    TNPTReferenceDescriptor* ref = t->getNPTReferenceDescriptor();
+    EXPECT_TRUE(ref->isPostDiscontinuity());
+    EXPECT_EQ(ref->getDSMCCContentID(), 5);
+    EXPECT_EQ(ref->getSTCReferenceH(), 1);
+    EXPECT_EQ(ref->getSTCReferenceL(), 0x12345678u);
+    EXPECT_EQ(ref->getNPTReferenceH(), 0);
+    EXPECT_EQ(ref->getNPTReferenceL(), 4096u);
+    EXPECT_EQ(ref->getScaleNumerator(), 1);
+    EXPECT_EQ(ref->getScaleDenominator(), 2);
+    TNPTEndpointDescriptor* end = t->getNPTEndpointDescriptor();
+    EXPECT_EQ(end->getNPTStartH(), 1);
+    EXPECT_EQ(end->getNPTStartL(), 100u);
+    EXPECT_EQ(end->getNPTStopH(), 0);
+    EXPECT_EQ(end->getNPTStopL(), 1000u);
     EXPECT_EQ(t->getStreamModeDescriptor()->getStreamMode(), 1);
-    EXPECT_EQ(t->getStreamEventDescriptor()->getEventID(), 42);
+    TStreamEventDescriptor* ev = t->getStreamEventDescriptor();
+    EXPECT_EQ(ev->getEventID(), 42);
+    EXPECT_EQ(ev->getEventNPTH(), 1);
+    EXPECT_EQ(ev->getEventNPTL(), 100000u);
+    ASSERT_EQ(ev->getPrivateDataSize(), 4);
+    EXPECT_EQ(std::string(reinterpret_cast<char*>(ev->getPrivateData()), 4), "abcd");
 
     // The 0x1A tag was rewritten in the caller's buffer, and the descriptors
     // point into that buffer rather than into the table's copy.
