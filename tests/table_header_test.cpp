@@ -142,8 +142,9 @@ TEST(TableHeader, LongFormHeaderMustFitInTheBuffer) {
     unsigned short code = 0, remaining = 0;
     EXPECT_FALSE(table.parseCommonHeader(seven.data(), 7, 0, &code, &remaining, nullptr));
     EXPECT_EQ(code, ERROR_SECTION_LENGTH);
-    EXPECT_EQ(log.texts(), std::vector<std::string>{
-                               line("TISDBTVersionedTable::parse: Section length 65534 < 5")});
+    EXPECT_EQ(log.texts(),
+              std::vector<std::string>{
+                  line("TISDBTTable::parse: Section length exceeds data length. Aborting!")});
     seven.push_back(0x00);
     EXPECT_TRUE(table.parseCommonHeader(seven.data(), 8, 0, &code, &remaining, nullptr));
     EXPECT_EQ(remaining, 65529);

@@ -29,11 +29,15 @@ bool TISDBTVersionedTable::parseCommonHeader(unsigned char* bytes, unsigned int 
         ISDBTUtils::setErrorCode(error, ERROR_PREVIOUS_TABLE_TYPE);
         return false;
     }
-    // A section_length below 4 wraps the counter past this test; the
-    // long-form header must still lie within the bytes handed in (tables
-    // with a minimum length of 7 may be handed fewer than its 8 bytes).
-    if (body < 5 || length < 8) {
+    if (body < 5) {
         SARN_LOGW("%s: TISDBTVersionedTable::parse: Section length %d < 5", static_cast<int>(body));
+        ISDBTUtils::setErrorCode(error, ERROR_SECTION_LENGTH);
+        return false;
+    }
+    if (length < 8) {
+        // A section_length below 4 wraps the count above; the long-form
+        // header (bytes 3 to 7) must still lie within the bytes handed in.
+        SARN_LOGW("%s: TISDBTTable::parse: Section length exceeds data length. Aborting!");
         ISDBTUtils::setErrorCode(error, ERROR_SECTION_LENGTH);
         return false;
     }
