@@ -133,6 +133,23 @@ TEST(TableHeader, ShortBodiesAndWrappedSectionLength) {
     }
 }
 
+TEST(TableHeader, LongFormHeaderMustFitInTheBuffer) {
+    LogCapture log;
+    // Seven bytes pass a minimum length of 7; section_length 2 wraps the
+    // body counter, but byte 7 (last_section_number) is not there.
+    TISDBTVersionedTable table(TISDBTTable::TYPE_DCT, 2, 0x99, nullptr, 0);
+    Bytes seven = {0x99, 0xB0, 0x02, 0x00, 0x01, 0xC1, 0x00};
+    unsigned short code = 0, remaining = 0;
+    EXPECT_FALSE(table.parseCommonHeader(seven.data(), 7, 0, &code, &remaining, nullptr));
+    EXPECT_EQ(code, ERROR_SECTION_LENGTH);
+    EXPECT_EQ(log.texts(),
+              std::vector<std::string>{
+                  line("TISDBTTable::parse: Section length exceeds data length. Aborting!")});
+    seven.push_back(0x00);
+    EXPECT_TRUE(table.parseCommonHeader(seven.data(), 8, 0, &code, &remaining, nullptr));
+    EXPECT_EQ(remaining, 65529);
+}
+
 TEST(TableHeader, PreviousTableComparison) {
     LogCapture log;
     Bytes first = patSection(0xC7);  // version 3

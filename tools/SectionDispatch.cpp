@@ -60,11 +60,49 @@ SectionResult SectionDispatch::handle(unsigned int pid, unsigned char* section,
         table = Sarn::TAITTable::parse(section, length, 0, 1, &result.error,
                                        static_cast<Sarn::TAITTable*>(before));
     }
+    // Data broadcast: DSM-CC sections and the datacaster carousel table on
+    // any PID, the software download trigger table on its two PIDs.
+    bool headerOnly = false;
+    if (!result.known) {
+        headerOnly = true;
+        switch (tableId) {
+            case 0x3B:
+                table = Sarn::TDsiDiiTable::parse(section, length, 1, 0, &result.error,
+                                                  static_cast<Sarn::TDsiDiiTable*>(before));
+                break;
+            case 0x3C:
+                table = Sarn::TDDBTable::parse(section, length, 1, 0, &result.error,
+                                               static_cast<Sarn::TDDBTable*>(before));
+                break;
+            case 0x3D:
+                table =
+                    Sarn::TDSMCCSectionTable::parse(section, length, 1, 0, &result.error,
+                                                    static_cast<Sarn::TDSMCCSectionTable*>(before));
+                break;
+            case 0x99:
+                table = Sarn::TDCTTable::parse(section, length, 1, 0, &result.error,
+                                               static_cast<Sarn::TDCTTable*>(before));
+                break;
+            case 0xC3:
+                headerOnly = pid == 0x0023 || pid == 0x0028;
+                if (headerOnly)
+                    table = Sarn::TSDTTTable::parse(section, length, 1, 0, &result.error,
+                                                    static_cast<Sarn::TSDTTTable*>(before));
+                break;
+            default:
+                headerOnly = false;
+        }
+        result.known = headerOnly;
+    }
     if (table != nullptr) {
         result.json = table->toJSON();
         delete before;
         previous[key] = table;
     }
+    // These tables render only their section header, as members without
+    // braces; the dump wraps them into an object.
+    if (headerOnly && !result.json.empty())
+        result.json = "{" + result.json + "}";
     return result;
 }
 

@@ -25,6 +25,28 @@ Bytes withCrc(Bytes section) {
     return section;
 }
 
+Bytes longSection(unsigned char tableId, unsigned short extension, unsigned char versionByte,
+                  const Bytes& body) {
+    const size_t sectionLength = 5 + body.size() + 4;
+    Bytes s = {tableId,
+               static_cast<unsigned char>(0xB0 | ((sectionLength >> 8) & 0x0F)),
+               static_cast<unsigned char>(sectionLength & 0xFF),
+               static_cast<unsigned char>(extension >> 8),
+               static_cast<unsigned char>(extension & 0xFF),
+               versionByte,
+               0x00,
+               0x00};
+    s.insert(s.end(), body.begin(), body.end());
+    return withCrc(s);
+}
+
+Bytes join(std::initializer_list<Bytes> parts) {
+    Bytes out;
+    for (const Bytes& p : parts)
+        out.insert(out.end(), p.begin(), p.end());
+    return out;
+}
+
 Bytes fromHex(const std::string& hex) {
     Bytes out;
     int high = -1;

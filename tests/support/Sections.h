@@ -1,6 +1,7 @@
 #ifndef SARN_TESTS_SECTIONS_H
 #define SARN_TESTS_SECTIONS_H
 
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,18 @@ unsigned int referenceCrc32(const unsigned char* data, size_t length);
 
 /** The bytes followed by their CRC32, big-endian. */
 Bytes withCrc(Bytes section);
+
+/**
+ * A long-form section around body: table_id, section_length (with the syntax
+ * bits 0xB0), table_id_extension, the version byte (version_number and
+ * current_next_indicator), section_number and last_section_number 0, body
+ * and a correct CRC32.
+ */
+Bytes longSection(unsigned char tableId, unsigned short extension, unsigned char versionByte,
+                  const Bytes& body);
+
+/** The parts one after another. */
+Bytes join(std::initializer_list<Bytes> parts);
 
 /** Bytes from hexadecimal text; blanks are ignored. */
 Bytes fromHex(const std::string& hex);

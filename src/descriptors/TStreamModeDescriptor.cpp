@@ -1,0 +1,21 @@
+#include "TStreamModeDescriptor.h"
+
+namespace Sarn {
+
+TStreamModeDescriptor::TStreamModeDescriptor(unsigned char* bytes, unsigned int length)
+    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, length), streamMode(0) {}
+
+TStreamModeDescriptor::~TStreamModeDescriptor() {}
+
+TStreamModeDescriptor* TStreamModeDescriptor::parse(unsigned char* bytes, unsigned int length,
+                                                    unsigned int* /*bytesRead*/,
+                                                    unsigned short* error) {
+    // stream_mode(8) and one reserved byte.
+    if (!parseCommonHeader(bytes, length, error, 2, DESCRIPTOR_TAG))
+        return nullptr;
+    TStreamModeDescriptor* d = new TStreamModeDescriptor(bytes, length);
+    d->streamMode = bytes[2];
+    return d;
+}
+
+}  // namespace Sarn
