@@ -29,6 +29,15 @@ unsigned int len12(const unsigned char* p) {
     return ((p[0] & 0x0F) << 8) | p[1];
 }
 
+/** Sync bytes every step bytes from o, kSyncRun of them, all within data. */
+bool runsFrom(const unsigned char* data, size_t length, size_t o, unsigned int step) {
+    for (unsigned int k = 0; k < kSyncRun; ++k) {
+        if (o + k * step >= length || data[o + k * step] != kSyncByte)
+            return false;
+    }
+    return true;
+}
+
 bool mayBeAnnouncedLater(unsigned int tableId) {
     return tableId == 0x02 || tableId == 0x74 || (tableId >= 0x3B && tableId <= 0x3D);
 }
@@ -193,7 +202,8 @@ unsigned int TsDemux::findSync(const unsigned char* data, size_t length, bool co
             if (broken)
                 continue;
             if (run == kSyncRun) {
-                *offset = o;
+                // The four-byte prefix of a 192-byte packet may hold 0x47 too.
+                *offset = s == 192 && runsFrom(data, length, o + 4, s) ? o + 4 : o;
                 return s;
             }
             // The data ends before the run does.
@@ -234,62 +244,81 @@ void TsDemux::finish() {
     forgetCandidates();
 }
 
+size_t TsDemux::nextSync(size_t from, bool eof, bool* wait) const {
+    const unsigned char* d = buffer.data();
+    *wait = false;
+    for (size_t q = from; q < filled; ++q) {
+        if (d[q] != kSyncByte)
+            continue;
+        if (q + size < filled) {
+            if (d[q + size] == kSyncByte)
+                return q;
+        } else if (!eof) {
+            *wait = true;  // the confirming byte is not in yet
+            return q;
+        } else if (q + kTsPacket <= filled) {
+            return q;  // the last packet of the stream
+        }
+    }
+    return filled;
+}
+
 void TsDemux::consume(bool eof) {
     const unsigned char* d = buffer.data();
     size_t pos = 0;
     while (pos < filled) {
         if (size == 0) {
+            // Packet size and phase from a run of sync bytes.
             size_t off = 0;
             const unsigned int found = findSync(d + pos, filled - pos, eof, &off);
             pos += off;
-            if (found == 0) {
-                skipped += off;
-                break;
-            }
-            // The first prefix of a 192-byte stream is part of its packet, not garbage.
+            // The first prefix of a 192-byte stream belongs to its packet.
             if (!everSynced && found == 192 && off >= 4)
                 off -= 4;
             skipped += off;
+            if (found == 0)
+                break;
             if (everSynced)
                 ++resyncs;
             everSynced = true;
             size = found;
         }
-        if (filled - pos < kTsPacket) {
+        const size_t left = filled - pos;
+        if (left < kTsPacket) {
             if (eof) {
-                skipped += filled - pos;
+                skipped += left;
                 pos = filled;
             }
             break;
         }
-        if (d[pos] != kSyncByte) {
-            size = 0;
+        // A packet counts when the next one starts where it should.
+        const bool inStep = d[pos] == kSyncByte && (left > size ? d[pos + size] == kSyncByte : eof);
+        if (inStep) {
+            packet(d + pos);
+            pos = std::min(pos + size, filled);
             continue;
         }
-        if (pos + size >= filled && !eof)
+        if (left <= size && !eof)
             break;  // wait for the next sync byte
-        if (pos + size < filled && d[pos + size] != kSyncByte) {
-            // The next packet is not where it should be: this one was cut
-            // short, or bytes follow it that belong to no packet.
-            size_t off = 0;
-            const unsigned int found = findSync(d + pos + 1, filled - pos - 1, eof, &off);
-            if (found == 0 && !eof && pos + 1 + off < filled)
-                break;                   // too little data to tell yet
-            const size_t gap = 1 + off;  // from this sync byte to the next run
-            if (gap >= kTsPacket) {
-                packet(d + pos);
-                skipped += gap > size ? gap - size : 0;
-            } else {
-                skipped += gap;
-            }
-            const size_t next = pos + gap;
-            ++resyncs;
-            pos = next;
-            size = found;
-            continue;
+        // Out of step: this packet was cut short, or bytes that belong to no
+        // packet follow it. Whole packets before the next sync get through.
+        bool wait = false;
+        const size_t next = nextSync(pos + 1, eof, &wait);
+        const size_t gap = next - pos;
+        if (wait && gap < kTsPacket)
+            break;  // too little data to tell
+        if (d[pos] == kSyncByte && gap >= kTsPacket) {
+            packet(d + pos);
+            skipped += gap > size ? gap - size : 0;
+        } else {
+            skipped += gap;
         }
-        packet(d + pos);
-        pos = std::min(pos + size, filled);
+        ++resyncs;
+        pos = next;
+        if (next == filled && !wait)
+            size = 0;  // nothing in step at all: find the packet size again
+        if (wait)
+            break;
     }
     std::memmove(buffer.data(), d + pos, filled - pos);
     filled -= pos;

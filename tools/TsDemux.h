@@ -139,6 +139,7 @@ class TsDemux {
     struct Assembler;
 
     void consume(bool eof);
+    size_t nextSync(size_t from, bool eof, bool* wait) const;
     void packet(const unsigned char* p);
     Assembler* candidate(unsigned int pid, const unsigned char* p);
     void payload(unsigned int pid, Assembler& a, const unsigned char* p, unsigned int n,
