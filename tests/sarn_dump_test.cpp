@@ -9,7 +9,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <map>
-#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -129,16 +128,12 @@ ToolRun runTool(const std::string& args, const std::string& input = "/dev/null")
  * failed, no class. */
 std::map<unsigned int, std::vector<unsigned long long>> summaryRows(const std::string& err) {
     std::map<unsigned int, std::vector<unsigned long long>> rows;
-    static const std::regex row(
-        "0x([0-9A-F]{4}) 0x([0-9A-F]{2}) +(\\d+) +(\\d+) +(\\d+) +(\\d+) +(\\d+) +(\\d+)  .*");
     for (const std::string& l : lines(err)) {
-        std::smatch m;
-        if (!std::regex_match(l, m, row))
-            continue;
-        std::vector<unsigned long long> v;
-        for (size_t i = 3; i <= 8; ++i)
-            v.push_back(std::stoull(m[i]));
-        rows[(std::stoul(m[1], nullptr, 16) << 8) | std::stoul(m[2], nullptr, 16)] = v;
+        unsigned int pid = 0, tid = 0;
+        std::vector<unsigned long long> v(6);
+        if (std::sscanf(l.c_str(), "0x%4X 0x%2X %llu %llu %llu %llu %llu %llu", &pid, &tid, &v[0],
+                        &v[1], &v[2], &v[3], &v[4], &v[5]) == 8)
+            rows[(pid << 8) | tid] = v;
     }
     return rows;
 }
