@@ -111,8 +111,8 @@ struct ToolRun {
 /** Runs the sarn-dump binary with a shell argument string. */
 ToolRun runTool(const std::string& args, const std::string& input = "/dev/null") {
     const std::string base = testing::TempDir() + "/sarn_dump_" + std::to_string(getpid());
-    const std::string cmd = std::string("'") + SARN_DUMP_EXE + "' " + args + " >'" + base +
-                            ".out' 2>'" + base + ".err' <'" + input + "'";
+    const std::string cmd = std::string(SARN_DUMP_RUNNER) + " '" + SARN_DUMP_EXE + "' " + args +
+                            " >'" + base + ".out' 2>'" + base + ".err' <'" + input + "'";
     ToolRun r;
     const int rc = std::system(cmd.c_str());
     r.status = WIFEXITED(rc) ? WEXITSTATUS(rc) : -1;
@@ -139,10 +139,18 @@ std::map<unsigned int, std::vector<unsigned long long>> summaryRows(const std::s
 }
 
 const std::string kSample = std::string(SARN_SOURCE_DIR) + "/data/sample.ts";
-const std::string kSamplePat =
+// The first line of the sample: its PAT, as a table, or as text in a build without a JSON check.
+const std::string kSamplePatTable =
     "{\"pid\":0,\"table_id\":0,\"section_number\":0,\"error\":0,\"table\":{\"transportStreamId\":"
     "1601,\"programs\":[{\"programNumber\":51264,\"networkPid\":16,\"programMapPid\":256},{"
     "\"programNumber\":51288,\"networkPid\":16,\"programMapPid\":8136}]}}";
+const std::string kSamplePat =
+    haveJsonCheck()
+        ? kSamplePatTable
+        : "{\"pid\":0,\"table_id\":0,\"section_number\":0,\"error\":0,\"table_text\":\"{"
+          "\\\"transportStreamId\\\":1601,\\\"programs\\\":[{\\\"programNumber\\\":51264,"
+          "\\\"networkPid\\\":16,\\\"programMapPid\\\":256},{\\\"programNumber\\\":51288,"
+          "\\\"networkPid\\\":16,\\\"programMapPid\\\":8136}]}\"}";
 
 }  // namespace
 
@@ -162,16 +170,20 @@ TEST(SarnDump, TextConversionToUtf8) {
     ASSERT_TRUE(c.setCharset("raw", &message));
     EXPECT_FALSE(c.producesUtf8());
     EXPECT_EQ(convert(c, "\xC7\x85\x01"), "\xC7\x85\\u0001");
-    ASSERT_TRUE(c.setCharset("CP1252", &message));  // through iconv
-    EXPECT_TRUE(c.producesUtf8());
-    EXPECT_EQ(convert(c, "\x80\xE9\x81"), "\xE2\x82\xAC\xC3\xA9\xEF\xBF\xBD");
+    // Other sets through iconv, where the C library has its conversion modules.
+    if (c.setCharset("CP1252", &message)) {
+        EXPECT_TRUE(c.producesUtf8());
+        EXPECT_EQ(convert(c, "\x80\xE9\x81"), "\xE2\x82\xAC\xC3\xA9\xEF\xBF\xBD");
+        EXPECT_FALSE(c.setCharset("SHIFT_JIS", &message));
+        EXPECT_EQ(message, "character set SHIFT_JIS is not a single-byte set");
+    } else {
+        EXPECT_EQ(message, "unknown character set CP1252");
+    }
     ASSERT_TRUE(c.setCharset("ISO-8859-15", &message));
     EXPECT_EQ(convert(c, "\xA4"), "\xE2\x82\xAC");
 
     EXPECT_FALSE(c.setCharset("NO-SUCH-SET", &message));
     EXPECT_EQ(message, "unknown character set NO-SUCH-SET");
-    EXPECT_FALSE(c.setCharset("SHIFT_JIS", &message));
-    EXPECT_EQ(message, "character set SHIFT_JIS is not a single-byte set");
 }
 
 TEST(SarnDump, JsonLinesAreAlwaysValid) {
@@ -365,7 +377,7 @@ TEST(SarnDump, CommandLine) {
     EXPECT_EQ(lines(piped.out)[1],
               "{\"pid\":0,\"table_id\":0,\"section_number\":0,\"error\":2561}");
     r = runTool("--raw --charset raw '" + kSample + "'");
-    EXPECT_EQ(r.out.substr(0, kSamplePat.size()), kSamplePat);
+    EXPECT_EQ(r.out.substr(0, kSamplePatTable.size()), kSamplePatTable);
 
     REQUIRE_JSON_PARSER();
     for (const std::string& l : lines(runTool("--all '" + kSample + "'").out))
