@@ -2,10 +2,12 @@
 # Installs what the build needs beyond a stock Debian 12 C++ machine
 # (g++, cmake, GoogleTest and Google Benchmark are expected to be there).
 # Everything here is optional: without liblog the build uses its own
-# stand-in, and tools that are missing only switch off the checks that use them.
+# stand-in, and tools that are missing only switch off the checks that use them
+# (without rapidjson-dev, sarn-dump prints every table as a JSON string).
 set -u
 wanted=(android-liblog-dev pkg-config ninja-build valgrind g++-arm-linux-gnueabihf qemu-user clang-14 libclang-rt-14-dev "$@")
 missing=()
+wanted+=(rapidjson-dev)  # sarn-dump checks its JSON lines with RapidJSON
 for pkg in "${wanted[@]}"; do
   dpkg-query -W -f='${Status}' "$pkg" 2>/dev/null | grep -q "install ok installed" || missing+=("$pkg")
 done

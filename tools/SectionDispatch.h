@@ -4,6 +4,7 @@
 #include <map>
 #include <string>
 #include <tuple>
+#include <vector>
 
 #include <SarnISDBTUtils.h>
 
@@ -34,7 +35,13 @@ class SectionDispatch {
 
   private:
     using Key = std::tuple<unsigned int, unsigned int, unsigned int, unsigned int>;
-    std::map<Key, Sarn::TISDBTTable*> previous;
+    /** A table and the section bytes that it was parsed from (some tables point into them). */
+    struct Kept {
+        Sarn::TISDBTTable* table = nullptr;
+        std::vector<unsigned char> bytes;
+    };
+    std::map<Key, Kept> previous;
+    std::vector<unsigned char> scratch;
 };
 
 }  // namespace sarntool

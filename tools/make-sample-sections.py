@@ -1,10 +1,21 @@
 #!/usr/bin/env python3
-"""Writes the project's own sample multiplex as section lines.
+"""Writes the project's own sample multiplex.
 
-Each line is "pid=0xPPPP tid=0xTT len=N HEX", the format sarn-dump reads.
 The sections describe a small ISDB-Tb multiplex: one full-segment service
 with a Ginga-NCL application and its one-seg companion. Every section carries
-a correct CRC32. Run it again to regenerate data/sample-sections.txt.
+a correct CRC32.
+
+    make-sample-sections.py [LISTING] [--ts SAMPLE.ts]
+
+LISTING (standard output when absent) gets every distinct section as a line
+"pid=0xPPPP tid=0xTT len=N HEX". SAMPLE.ts gets four seconds of the
+multiplex as 188-byte packets: the tables repeated at broadcast rates
+(PAT and PMTs every 100 ms, EIT present/following every 500 ms, NIT, SDT and
+AIT every second), the present/following EIT changing version after two
+seconds, two TOTs, sections packed several to a packet and spanning packets,
+and filler packets for video and audio. Regenerate the bundled files with
+
+    tools/make-sample-sections.py data/sample-sections.txt --ts data/sample.ts
 """
 import sys
 
@@ -111,7 +122,8 @@ for sid, kind, name in ((SERVICE, 0x01, b"SARN HD"), (ONESEG, 0xC0, b"SARN 1SEG"
     sdt += u16(sid) + b"\xFD" + loop(0x8, d)  # running, not scrambled
 add(0x0011, long_section(0x42, TSID, 4, sdt))
 
-# EIT present/following, actual, for the HD service.
+# EIT present/following, actual: section 0 is the event on air, section 1
+# the next one. The table changes version when the next event starts.
 def event(event_id, start, duration, name, text, genre, rating):
     d = desc(0x4D, b"por" + bytes([len(name)]) + name + bytes([len(text)]) + text)
     d += desc(0x54, bytes([genre, 0xEE]))
@@ -120,18 +132,43 @@ def event(event_id, start, duration, name, text, genre, rating):
     return u16(event_id) + start + bytes(duration) + u16(0x8000 | len(d)) + d
 
 
-eit = u16(TSID) + u16(NETWORK) + b"\x01\x4E"
-eit += event(0x0101, mjd_utc(2026, 11, 22, 18, 0, 0), [0x01, 0x00, 0x00],
-             b"Jornal SARN", b"Not\xedcias do dia", 0x00, 0x01)
-eit += event(0x0102, mjd_utc(2026, 11, 22, 19, 0, 0), [0x00, 0x45, 0x00],
-             b"Novela das Sete", b"Cap\xedtulo 12", 0x30, 0x03)
-add(0x0012, long_section(0x4E, SERVICE, 5, eit, section_number=0, last=1))
+def eit_section(table_id, service, version, number, last, events, segment_last=None):
+    body = u16(TSID) + u16(NETWORK)
+    body += bytes([last if segment_last is None else segment_last, table_id]) + events
+    return long_section(table_id, service, version, body, section_number=number, last=last)
+
+
+JORNAL = event(0x0101, mjd_utc(2026, 11, 22, 18, 0, 0), [0x01, 0x00, 0x00],
+               b"Jornal SARN", b"Not\xedcias do dia", 0x00, 0x01)
+NOVELA = event(0x0102, mjd_utc(2026, 11, 22, 19, 0, 0), [0x00, 0x45, 0x00],
+               b"Novela das Sete", b"Cap\xedtulo 12", 0x30, 0x03)
+FILME = event(0x0103, mjd_utc(2026, 11, 22, 19, 45, 0), [0x02, 0x00, 0x00],
+              b"Filme: \xc0 beira-mar", b"Com\xe9dia \xa4 2026", 0x60, 0x04)
+EIT_PF_1 = [eit_section(0x4E, SERVICE, 5, 0, 1, JORNAL), eit_section(0x4E, SERVICE, 5, 1, 1, NOVELA)]
+EIT_PF_2 = [eit_section(0x4E, SERVICE, 6, 0, 1, NOVELA), eit_section(0x4E, SERVICE, 6, 1, 1, FILME)]
+for s in EIT_PF_1 + EIT_PF_2:
+    add(0x0012, s)
+
+# One-seg present event on the one-seg EIT PID.
+EIT_ONESEG = eit_section(0x4E, ONESEG, 1, 0, 0, event(0x0201, mjd_utc(2026, 11, 22, 18, 0, 0),
+                         [0x01, 0x00, 0x00], b"Jornal SARN", b"", 0x00, 0x01))
+add(0x0027, EIT_ONESEG)
+
+# EIT schedule, one section of eight events: long enough to span packets.
+schedule = b""
+for i in range(8):
+    schedule += event(0x0110 + i, mjd_utc(2026, 11, 23, 6 + 2 * i, 0, 0), [0x02, 0x00, 0x00],
+                      b"Programa %d" % (i + 1), b"Grade de amanh\xe3", 0x10 * (i % 8), 0x01)
+EIT_SCHEDULE = eit_section(0x50, SERVICE, 1, 0, 0, schedule, segment_last=0)
+add(0x0012, EIT_SCHEDULE)
 
 # TOT with the Brazilian local time offset (UTC-3, no change scheduled).
 lto = b"BRA" + bytes([(1 << 2) | 0x02 | 0x01]) + u16(0x0300) + mjd_utc(2027, 2, 21, 0, 0, 0)
 lto += u16(0x0200)
-tot = mjd_utc(2026, 11, 22, 21, 30, 5) + loop(0xF, desc(0x58, lto))
-add(0x0014, short_section(0x73, tot))
+TOTS = [short_section(0x73, mjd_utc(2026, 11, 22, 21, 30, t) + loop(0xF, desc(0x58, lto)))
+        for t in (5, 8)]
+for s in TOTS:
+    add(0x0014, s)
 
 # AIT: one autostart Ginga-NCL application carried in the object carousel.
 # application descriptor: one profile (0x0001, version 1.0.0), service bound,
@@ -146,6 +183,94 @@ app = bytes([0x00, 0x00, 0x00, 0x0A]) + u16(0x0001) + b"\x01" + loop(0xF, app_de
 ait = loop(0xF, b"") + loop(0xF, app)
 add(AIT_PID, long_section(0x74, 0x0009, 1, ait))
 
-out = sys.stdout if len(sys.argv) < 2 else open(sys.argv[1], "w")
+# ---------------------------------------------------------------------------
+# The multiplex: which sections go out when, then packets.
+# ---------------------------------------------------------------------------
+PAT, PMT_HD, PMT_ONESEG, NIT, SDT = (sections[i][1] for i in range(5))
+AIT = next(s for pid, s in sections if pid == AIT_PID)
+VIDEO_PID, AUDIO_PID = 0x0111, 0x0112
+SLOT_MS = 10
+DURATION_MS = 4000
+
+
+def due(t, period, phase=0):
+    return t >= phase and (t - phase) % period == 0
+
+
+def schedule_at(t):
+    """(pid, [sections]) sent in the slot that starts t milliseconds in."""
+    out = []
+    if due(t, 100):
+        out += [(0x0000, [PAT]), (PMT_PID, [PMT_HD]), (ONESEG_PMT_PID, [PMT_ONESEG])]
+    if due(t, 500, 20):
+        out.append((0x0012, EIT_PF_1 if t < 2000 else EIT_PF_2))
+    if due(t, 1000, 30):
+        out += [(0x0010, [NIT]), (0x0011, [SDT]), (0x0027, [EIT_ONESEG]), (AIT_PID, [AIT])]
+    if due(t, 2000, 60):
+        out.append((0x0012, [EIT_SCHEDULE]))
+    if due(t, 3000, 500):
+        out.append((0x0014, [TOTS[t // 3000]]))
+    return out
+
+
+continuity = {}
+
+
+def packet(pid, payload, unit_start):
+    cc = continuity.get(pid, 0)
+    continuity[pid] = (cc + 1) & 0x0F
+    head = bytes([0x47, (0x40 if unit_start else 0) | (pid >> 8), pid & 0xFF, 0x10 | cc])
+    return head + payload + b"\xff" * (184 - len(payload))
+
+
+def packetize(pid, group):
+    """Sections back to back; each packet in which a section starts has a pointer_field."""
+    data = b"".join(group)
+    starts, pos = [], 0
+    for s in group:
+        starts.append(pos)
+        pos += len(s)
+    out, pos = [], 0
+    while pos < len(data):
+        first = next((s for s in starts if pos <= s < pos + 183), None)
+        if first is None:
+            chunk = data[pos:pos + 184]
+            out.append(packet(pid, chunk, False))
+        else:
+            chunk = data[pos:pos + 183]
+            out.append(packet(pid, bytes([first - pos]) + chunk, True))
+        pos += len(chunk)
+    return out
+
+
+def filler(pid, t, stream_id):
+    """Stand-in elementary-stream packets: a PES header every 40 ms, then bytes."""
+    start = t % 40 == 0
+    body = (b"\x00\x00\x01" + bytes([stream_id]) + b"\x00\x00\x80\x00\x00") if start else b""
+    body += bytes((t + i) & 0x7F for i in range(184 - len(body)))
+    return packet(pid, body, start)
+
+
+def multiplex():
+    ts = []
+    for t in range(0, DURATION_MS, SLOT_MS):
+        for pid, group in schedule_at(t):
+            ts += packetize(pid, group)
+        ts.append(filler(VIDEO_PID, t, 0xE0))
+        if t % 20 == 0:
+            ts.append(filler(AUDIO_PID, t, 0xC0))
+    return b"".join(ts)
+
+
+args = sys.argv[1:]
+ts_path = None
+if "--ts" in args:
+    i = args.index("--ts")
+    ts_path = args[i + 1]
+    del args[i:i + 2]
+out = sys.stdout if not args else open(args[0], "w")
 for pid, section in sections:
     out.write("pid=0x%04x tid=0x%02x len=%d %s\n" % (pid, section[0], len(section), section.hex()))
+if ts_path:
+    with open(ts_path, "wb") as f:
+        f.write(multiplex())

@@ -1,134 +1,221 @@
-// sarn-dump: prints the tables found in a list of sections as JSON Lines.
+// sarn-dump: prints the PSI/SI tables of a transport-stream capture as JSON
+// Lines, one object per section, with a summary on standard error.
 //
-// Input: lines "pid=0x0011 tid=0x42 len=N <hex of the section>" (the format
-// of the capture listings), from a file or standard input ("-").
+// Input: a transport stream (188, 192 or 204-byte packets), a dump of
+// concatenated sections, or a section listing ("pid=0x0011 tid=0x42 len=N
+// <hex>" per line); the kind is told from the content.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cctype>
+#include <cerrno>
+#include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
-#include <fstream>
-#include <iostream>
-#include <map>
 #include <string>
 #include <vector>
 
-#include "SectionDispatch.h"
+#include "DumpSession.h"
 
 namespace {
 
+constexpr int kExitUnreadable = 1;
+constexpr int kExitUsage = 2;
+constexpr size_t kReadSize = 1 << 20;
+
 void usage(std::FILE* out) {
-    std::fprintf(out,
-                 "usage: sarn-dump [--all] FILE|-\n"
-                 "Parses every section of FILE (lines \"pid=0xPPPP tid=0xTT len=N HEX\")\n"
-                 "and prints one JSON object per section on standard output.\n"
-                 "  --all   also print sections that repeat a table already printed\n"
-                 "  --help  this text\n");
+    std::fprintf(
+        out,
+        "usage: sarn-dump [OPTION]... FILE|-\n"
+        "Prints the PSI/SI tables of FILE (or of standard input) as JSON Lines, one object\n"
+        "per section: "
+        "{\"pid\":17,\"table_id\":66,\"section_number\":0,\"error\":0,\"table\":{...}}\n"
+        "FILE is a transport stream (188, 192 or 204-byte packets), concatenated sections,\n"
+        "or lines \"pid=0xPPPP tid=0xTT len=N HEX\"; the kind is told from the content.\n"
+        "Only new tables and failures are printed; a summary goes to standard error.\n"
+        "\n"
+        "  --all             also print sections that repeat the previous table (error 2561)\n"
+        "  --pid LIST        print only these PIDs (comma-separated, decimal or 0x hex)\n"
+        "  --table LIST      print only these table_ids\n"
+        "  --charset NAME    character set of broadcast text: ISO-8859-15 (default),\n"
+        "                    ISO-8859-1, another single-byte set known to iconv, or raw\n"
+        "                    (8-bit bytes written unchanged)\n"
+        "  --raw             print the library's JSON text exactly as it is\n"
+        "  -h, --help        this text\n"
+        "\n"
+        "Exit status: 0 done, 1 input unreadable or not recognised, 2 bad usage.\n");
+    if (!sarntool::haveJsonCheck())
+        std::fprintf(out,
+                     "This build has no JSON parser: every table is printed as a string "
+                     "under \"table_text\".\n");
 }
 
-bool parseHexLine(const std::string& line, unsigned int& pid, std::vector<unsigned char>& bytes) {
-    unsigned int tid = 0, len = 0;
-    int consumed = 0;
-    if (std::sscanf(line.c_str(), "pid=0x%x tid=0x%x len=%u %n", &pid, &tid, &len, &consumed) < 3 ||
-        consumed == 0)
-        return false;
-    bytes.clear();
-    int high = -1;
-    for (const char* p = line.c_str() + consumed; *p; ++p) {
-        int v;
-        if (*p >= '0' && *p <= '9')
-            v = *p - '0';
-        else if (*p >= 'a' && *p <= 'f')
-            v = *p - 'a' + 10;
-        else if (*p >= 'A' && *p <= 'F')
-            v = *p - 'A' + 10;
-        else
-            continue;
-        if (high < 0) {
-            high = v;
-        } else {
-            bytes.push_back(static_cast<unsigned char>(high * 16 + v));
-            high = -1;
-        }
+int badUsage(const char* what, const char* arg) {
+    std::fprintf(stderr, "sarn-dump: %s%s\n", what, arg);
+    std::fprintf(stderr, "Try 'sarn-dump --help'.\n");
+    return kExitUsage;
+}
+
+/** Parses "17,0x12" into values no larger than max. */
+bool parseList(const char* text, unsigned int max, std::vector<unsigned int>& values) {
+    const char* p = text;
+    while (true) {
+        const bool hex = p[0] == '0' && (p[1] == 'x' || p[1] == 'X');
+        const char* digits = hex ? p + 2 : p;
+        if (!(hex ? std::isxdigit(static_cast<unsigned char>(*digits))
+                  : std::isdigit(static_cast<unsigned char>(*digits))))
+            return false;
+        char* end = nullptr;
+        errno = 0;
+        const unsigned long v = std::strtoul(digits, &end, hex ? 16 : 10);
+        if (errno != 0 || v > max)
+            return false;
+        values.push_back(static_cast<unsigned int>(v));
+        if (*end == '\0')
+            return true;
+        if (*end != ',')
+            return false;
+        p = end + 1;
     }
-    return !bytes.empty();
 }
 
-struct Counts {
-    unsigned long parsed = 0, repeated = 0, failed = 0, unknown = 0;
+/** A bar on standard error while a file of known size is read. */
+class Progress {
+  public:
+    Progress(long long total, bool shown) : total(total), shown(shown && total > 0) {}
+    void update(long long done) {
+        if (!shown)
+            return;
+        const auto now = std::chrono::steady_clock::now();
+        const int permille = static_cast<int>(done * 1000 / total);
+        if (permille == lastPermille ||
+            (now - lastDraw < std::chrono::milliseconds(100) && permille < 1000))
+            return;
+        lastPermille = permille;
+        lastDraw = now;
+        constexpr int kWidth = 40;
+        char bar[kWidth + 1];
+        const int filled = permille * kWidth / 1000;
+        for (int i = 0; i < kWidth; ++i)
+            bar[i] = i < filled ? '#' : '.';
+        bar[kWidth] = '\0';
+        std::fprintf(stderr, "\r[%s] %3d%%  %.1f/%.1f MB", bar, permille / 10, done / 1e6,
+                     total / 1e6);
+        std::fflush(stderr);
+    }
+    void clear() {
+        if (shown && lastPermille >= 0)
+            std::fprintf(stderr, "\r\033[K");
+    }
+
+  private:
+    long long total;
+    bool shown;
+    int lastPermille = -1;
+    std::chrono::steady_clock::time_point lastDraw;
 };
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    bool all = false;
+    sarntool::DumpOptions options;
+    sarntool::TextConverter converter;
     const char* path = nullptr;
+    bool endOfOptions = false;
     for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "--all") == 0) {
-            all = true;
-        } else if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) {
+        const char* arg = argv[i];
+        std::string name = arg;
+        const char* value = nullptr;
+        if (!endOfOptions && name.rfind("--", 0) == 0 && name.find('=') != std::string::npos) {
+            value = arg + name.find('=') + 1;
+            name.resize(name.find('='));
+        }
+        const bool takesValue = name == "--pid" || name == "--table" || name == "--charset";
+        if (!endOfOptions && takesValue && value == nullptr) {
+            if (i + 1 >= argc)
+                return badUsage("missing value for ", arg);
+            value = argv[++i];
+        }
+        if (endOfOptions || arg[0] != '-' || name == "-") {
+            if (path != nullptr)
+                return badUsage("more than one input: ", arg);
+            path = arg;
+        } else if (name == "--") {
+            endOfOptions = true;
+        } else if (name == "--help" || name == "-h") {
             usage(stdout);
             return 0;
-        } else if (argv[i][0] == '-' && argv[i][1] != '\0') {
-            std::fprintf(stderr, "sarn-dump: unknown option %s\n", argv[i]);
-            usage(stderr);
-            return 2;
-        } else if (path == nullptr) {
-            path = argv[i];
+        } else if (name == "--all" && value == nullptr) {
+            options.all = true;
+        } else if (name == "--raw" && value == nullptr) {
+            options.exactText = true;
+        } else if (name == "--pid") {
+            if (!parseList(value, sarntool::kNullPid, options.pids))
+                return badUsage("bad PID list: ", value);
+        } else if (name == "--table") {
+            if (!parseList(value, 0xFF, options.tables))
+                return badUsage("bad table_id list: ", value);
+        } else if (name == "--charset") {
+            std::string message;
+            if (!converter.setCharset(value, &message))
+                return badUsage(message.c_str(), "");
         } else {
-            usage(stderr);
-            return 2;
+            return badUsage("unknown option ", arg);
         }
     }
-    if (path == nullptr) {
-        usage(stderr);
-        return 2;
-    }
-    std::ifstream file;
-    std::istream* in = &std::cin;
-    if (std::strcmp(path, "-") != 0) {
-        file.open(path);
-        if (!file) {
-            std::fprintf(stderr, "sarn-dump: cannot read %s\n", path);
-            return 1;
-        }
-        in = &file;
-    }
+    if (path == nullptr)
+        return badUsage("no input given", "");
 
-    sarntool::SectionDispatch dispatch;
-    std::map<std::pair<unsigned int, unsigned int>, Counts> counts;
-    std::string line;
-    std::vector<unsigned char> bytes;
-    unsigned int pid = 0;
-    while (std::getline(*in, line)) {
-        if (!parseHexLine(line, pid, bytes))
-            continue;
-        const unsigned int tableId = bytes[0];
-        sarntool::SectionResult r =
-            dispatch.handle(pid, bytes.data(), static_cast<unsigned int>(bytes.size()));
-        Counts& c = counts[{pid, tableId}];
-        if (!r.known) {
-            ++c.unknown;
-            continue;
-        }
-        if (r.error == Sarn::ERROR_TABLE_UNCHANGED) {
-            ++c.repeated;
-            if (!all)
-                continue;
-        } else if (r.error != 0) {
-            ++c.failed;
-        } else {
-            ++c.parsed;
-        }
-        std::printf("{\"pid\":%u,\"table_id\":%u,\"section_number\":%u,\"error\":%u", pid, tableId,
-                    r.sectionNumber, r.error);
-        if (!r.json.empty())
-            std::printf(",\"table\":%s", r.json.c_str());
-        std::printf("}\n");
+    const bool standardInput = std::strcmp(path, "-") == 0;
+    const int fd = standardInput ? STDIN_FILENO : open(path, O_RDONLY);
+    struct stat st {};
+    if (fd < 0 || fstat(fd, &st) != 0 || S_ISDIR(st.st_mode)) {
+        std::fprintf(stderr, "sarn-dump: cannot read %s: %s\n", path,
+                     fd >= 0 && S_ISDIR(st.st_mode) ? "is a directory" : std::strerror(errno));
+        return kExitUnreadable;
     }
+    Progress progress(S_ISREG(st.st_mode) ? static_cast<long long>(st.st_size) : 0,
+                      isatty(STDERR_FILENO) && !isatty(STDOUT_FILENO));
 
-    std::fprintf(stderr, "%-8s %-8s %8s %8s %8s %8s\n", "pid", "table_id", "parsed", "repeated",
-                 "failed", "skipped");
-    for (const auto& entry : counts)
-        std::fprintf(stderr, "0x%04X   0x%02X     %8lu %8lu %8lu %8lu\n", entry.first.first,
-                     entry.first.second, entry.second.parsed, entry.second.repeated,
-                     entry.second.failed, entry.second.unknown);
-    return 0;
+    sarntool::DumpSession session(options, converter, stdout);
+    std::vector<unsigned char> buffer(kReadSize);
+    long long done = 0;
+    int status = 0;
+    while (true) {
+        const ssize_t n = read(fd, buffer.data(), buffer.size());
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0) {
+            progress.clear();
+            std::fprintf(stderr, "sarn-dump: error reading %s: %s\n", path, std::strerror(errno));
+            status = kExitUnreadable;
+            break;
+        }
+        if (n == 0)
+            break;
+        session.feed(buffer.data(), static_cast<size_t>(n));
+        if (session.format() == sarntool::DumpSession::Format::Unrecognised)
+            break;
+        done += n;
+        progress.update(done);
+    }
+    if (!standardInput)
+        close(fd);
+    session.finish();
+    progress.clear();
+    if (session.format() == sarntool::DumpSession::Format::Unrecognised) {
+        std::fprintf(stderr,
+                     "sarn-dump: %s: not a transport stream, a section dump or a section "
+                     "listing\n",
+                     path);
+        return kExitUnreadable;
+    }
+    if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
+        std::fprintf(stderr, "sarn-dump: error writing the output: %s\n", std::strerror(errno));
+        status = kExitUnreadable;
+    }
+    session.printSummary(stderr);
+    return status;
 }

@@ -1,0 +1,172 @@
+#include "DumpSession.h"
+
+#include <algorithm>
+
+namespace sarntool {
+
+namespace {
+
+// Enough of the input to tell its kind: a run of sync bytes, or a whole section.
+constexpr size_t kDetectBytes = 64 * 1024;
+constexpr size_t kFlushBytes = 64 * 1024;
+
+}  // namespace
+
+DumpSession::DumpSession(const DumpOptions& options, const TextConverter& converter, std::FILE* out)
+    : options(options), out(out), writer(converter, options.exactText) {}
+
+DumpSession::~DumpSession() = default;
+
+void DumpSession::feed(const unsigned char* data, size_t length) {
+    if (kind == Format::Undecided) {
+        head.insert(head.end(), data, data + length);
+        decide(false);
+        return;
+    }
+    route(data, length);
+}
+
+void DumpSession::finish() {
+    if (kind == Format::Undecided && !head.empty())
+        decide(true);
+    if (ts)
+        ts->finish();
+    if (dump)
+        dump->finish();
+    if (listing)
+        listing->finish();
+    flush();
+}
+
+void DumpSession::decide(bool eof) {
+    const unsigned char* d = head.data();
+    const size_t n = head.size();
+    size_t offset = 0;
+    if (SectionListingReader::looksLikeListing(d, n)) {
+        kind = Format::SectionListing;
+        listing.reset(new SectionListingReader(*this));
+    } else if (SectionDumpReader::looksLikeDump(d, n)) {
+        kind = Format::SectionDump;
+        dump.reset(new SectionDumpReader(*this));
+    } else if (TsDemux::findSync(d, n, eof, &offset) != 0) {
+        kind = Format::TransportStream;
+        ts.reset(new TsDemux(*this));
+    } else if (eof || n >= kDetectBytes) {
+        kind = Format::Unrecognised;
+    }
+    if (kind == Format::Undecided)
+        return;
+    std::vector<unsigned char> first;
+    first.swap(head);
+    route(first.data(), first.size());
+}
+
+void DumpSession::route(const unsigned char* data, size_t length) {
+    if (ts)
+        ts->feed(data, length);
+    else if (dump)
+        dump->feed(data, length);
+    else if (listing)
+        listing->feed(data, length);
+}
+
+bool DumpSession::selected(unsigned int pid, unsigned int tableId) const {
+    const auto& p = options.pids;
+    const auto& t = options.tables;
+    return (p.empty() || std::find(p.begin(), p.end(), pid) != p.end()) &&
+           (t.empty() || std::find(t.begin(), t.end(), tableId) != t.end());
+}
+
+void DumpSession::onSection(unsigned int pid, unsigned char* section, unsigned int length) {
+    if (length == 0)
+        return;
+    const unsigned int tableId = section[0];
+    const SectionResult r = dispatch.handle(pid, section, length);
+    TableCounts& c = counts[(pid << 8) | tableId];
+    ++c.sections;
+    if (!r.known) {
+        ++c.noClass;
+        return;
+    }
+    if (r.error == Sarn::ERROR_TABLE_UNCHANGED) {
+        ++c.repeated;
+        if (!options.all)
+            return;
+    } else if (r.error == Sarn::ERROR_CRC32) {
+        ++c.crcErrors;
+    } else if (r.error != 0 || r.json.empty()) {
+        ++c.failed;
+        ++c.failures[r.error];
+    } else {
+        ++c.parsed;
+    }
+    if (!selected(pid, tableId))
+        return;
+    writer.append(pending, pid, tableId, r.sectionNumber, r.error,
+                  r.json.empty() ? nullptr : &r.json);
+    ++lines;
+    if (pending.size() >= kFlushBytes)
+        flush();
+}
+
+void DumpSession::flush() {
+    if (out != nullptr && !pending.empty())
+        std::fwrite(pending.data(), 1, pending.size(), out);
+    pending.clear();
+}
+
+void DumpSession::printSummary(std::FILE* err) const {
+    switch (kind) {
+        case Format::TransportStream:
+            std::fprintf(err,
+                         "sarn-dump: transport stream of %u-byte packets: %llu packets, "
+                         "%llu bytes skipped, %llu resyncs\n",
+                         ts->packetSize(), ts->packetCount(), ts->skippedBytes(),
+                         ts->resyncCount());
+            break;
+        case Format::SectionDump:
+            std::fprintf(err,
+                         "sarn-dump: section dump: %llu sections, %llu bytes of a cut last "
+                         "section dropped\n",
+                         dump->sectionCount(), dump->truncatedBytes());
+            break;
+        case Format::SectionListing:
+            std::fprintf(err, "sarn-dump: section listing: %llu sections, %llu lines not read\n",
+                         listing->sectionCount(), listing->badLines());
+            break;
+        case Format::Undecided:
+            std::fprintf(err, "sarn-dump: empty input\n");
+            return;
+        case Format::Unrecognised:
+            return;
+    }
+    std::fprintf(err, "%-6s %-5s %9s %9s %9s %9s %9s %9s  %s\n", "pid", "table", "sections",
+                 "parsed", "repeated", "crc_err", "failed", "no_class", "failures by code");
+    for (const auto& entry : counts) {
+        const TableCounts& c = entry.second;
+        std::string codes;
+        for (const auto& f : c.failures) {
+            char item[32];
+            std::snprintf(item, sizeof item, "%s%u:%llu", codes.empty() ? "" : " ", f.first,
+                          f.second);
+            codes += item;
+        }
+        std::fprintf(err, "0x%04X 0x%02X  %9llu %9llu %9llu %9llu %9llu %9llu  %s\n",
+                     entry.first >> 8, entry.first & 0xFF, c.sections, c.parsed, c.repeated,
+                     c.crcErrors, c.failed, c.noClass, codes.empty() ? "-" : codes.c_str());
+    }
+    if (ts) {
+        std::fprintf(err, "%-6s %9s %9s %9s %9s %9s\n", "pid", "packets", "cc_breaks", "discarded",
+                     "tei", "scrambled");
+        for (unsigned int pid : ts->followedPids()) {
+            const PidCounters& p = ts->counters(pid);
+            std::fprintf(err, "0x%04X %9llu %9llu %9llu %9llu %9llu\n", pid, p.packets,
+                         p.continuityBreaks, p.discarded, p.transportErrors, p.scrambled);
+        }
+    }
+    if (writer.textFallbacks() > 0)
+        std::fprintf(err, "sarn-dump: %llu tables printed as \"table_text\" (not valid JSON)\n",
+                     writer.textFallbacks());
+}
+
+}  // namespace sarntool
