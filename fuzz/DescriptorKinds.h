@@ -97,6 +97,18 @@ inline void runTransportProtocol(unsigned char* data, unsigned int length) {
 }
 
 inline const DescriptorKind kDescriptorKinds[] = {
+    {-1, runEntry<Sarn::TDownloadContent>},
+    SARN_FUZZ_DESCRIPTOR(-1, TScheduleInfo),
+    {-1, runEntry<Sarn::TDatacasterCarousel>},
+    SARN_FUZZ_DESCRIPTOR(0x01, TNPTReferenceDescriptor),
+    SARN_FUZZ_DESCRIPTOR(0x02, TNPTEndpointDescriptor),
+    SARN_FUZZ_DESCRIPTOR(0x03, TStreamModeDescriptor),
+    SARN_FUZZ_DESCRIPTOR(0x04, TStreamEventDescriptor),
+    SARN_FUZZ_DESCRIPTOR(0xC9, TDownloadContentDescriptor),
+    SARN_FUZZ_DESCRIPTOR(-1, TDownloadContentDescriptorItem),
+    SARN_FUZZ_DESCRIPTOR(-1, TCompatibilityDescriptor),
+    SARN_FUZZ_DESCRIPTOR(-1, TCompatibilityDescriptorItem),
+    SARN_FUZZ_DESCRIPTOR(-1, TCompatibilityDescriptorSubItem),
     {-1, runEntry<Sarn::TProgramMap>},
     {-1, runEntry<Sarn::TTransportStreamInfo>},
     {-1, runEntry<Sarn::TServiceDescription>},

@@ -52,6 +52,18 @@ int main(int argc, char** argv) {
     mkdir(out.c_str(), 0755);
     unsigned int count = 0;
     for (int i = 2; i < argc; ++i) {
+        const std::string name = argv[i];
+        if (name.size() > 3 && name.compare(name.size() - 3, 3, ".ts") == 0) {
+            // Transport streams seed the demultiplexer: the first 64 KB, fed
+            // in chunks of 187 bytes (selector 62) so that packets straddle.
+            std::ifstream ts(name, std::ios::binary);
+            std::vector<unsigned char> seed(1, 62);
+            std::vector<char> head(65536);
+            ts.read(head.data(), static_cast<std::streamsize>(head.size()));
+            seed.insert(seed.end(), head.begin(), head.begin() + ts.gcount());
+            writeSeed(out + "/demux", count++, seed);
+            continue;
+        }
         std::ifstream in(argv[i]);
         std::string line;
         while (std::getline(in, line)) {
