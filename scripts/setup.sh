@@ -5,9 +5,9 @@
 # stand-in, and tools that are missing only switch off the checks that use them
 # (without rapidjson-dev, sarn-dump prints every table as a JSON string).
 set -u
-wanted=(android-liblog-dev pkg-config ninja-build valgrind g++-arm-linux-gnueabihf qemu-user clang-14 libclang-rt-14-dev "$@")
+wanted=(android-liblog-dev pkg-config ninja-build valgrind g++-arm-linux-gnueabihf qemu-user clang-14 libclang-rt-14-dev libdvbv5-dev
+        rapidjson-dev "$@")
 missing=()
-wanted+=(rapidjson-dev)  # sarn-dump checks its JSON lines with RapidJSON
 for pkg in "${wanted[@]}"; do
   dpkg-query -W -f='${Status}' "$pkg" 2>/dev/null | grep -q "install ok installed" || missing+=("$pkg")
 done

@@ -8,7 +8,8 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 "$root/scripts/setup.sh"
 gen=(); command -v ninja >/dev/null && gen=(-G Ninja)
 build="$root/build/test"
-cmake -S "$root" -B "$build" "${gen[@]}" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSARN_WERROR=ON
+cmake -S "$root" -B "$build" "${gen[@]}" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSARN_WERROR=ON \
+      -DSARN_BUILD_BENCH=ON
 cmake --build "$build" --parallel "$(nproc)"
 cd "$build"
 log=$(mktemp)

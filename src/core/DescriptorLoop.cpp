@@ -22,46 +22,44 @@ namespace Sarn {
 
 namespace {
 
-// The descriptor classes a generic loop knows how to build. Every other tag,
-// accepted or not, is stepped over without a message. A descriptor that fails
-// its own checks logs its reason and is dropped; its failure never reaches
-// the owner's caller (no byte count, no error code are passed).
-TISDBTDescriptor* createDescriptor(unsigned char* data, unsigned int length) {
-    switch (data[0]) {
-        case 0x0A:
-            return TISO639LanguageDescriptor::parse(data, length, nullptr, nullptr);
-        case 0x13:
-            return TCarouselIdentifierDescriptor::parse(data, length, nullptr, nullptr);
-        case 0x40:
-            return TNetworkNameDescriptor::parse(data, length, nullptr, nullptr);
-        case 0x48:
-            return TServiceDescriptor::parse(data, length, nullptr, nullptr);
-        case 0x4D:
-            return TShortEventDescriptor::parse(data, length, nullptr, nullptr);
-        case 0x4E:
-            return TExtendedEventDescriptor::parse(data, length, nullptr, nullptr);
-        case 0x50:
-            return TComponentDescriptor::parse(data, length, nullptr, nullptr);
-        case 0x52:
-            return TStreamIdentifierDescriptor::parse(data, length, nullptr, nullptr);
-        case 0x54:
-            return TContentDescriptor::parse(data, length, nullptr, nullptr);
-        case 0x55:
-            return TParentalRatingDescriptor::parse(data, length, nullptr, nullptr);
-        case 0x58:
-            return TLocalTimeOffsetDescriptor::parse(data, length, nullptr, nullptr);
-        case 0xC1:
-            return TDigitalCopyControlDescriptor::parse(data, length, nullptr, nullptr);
-        case 0xC4:
-            return TAudioComponentDescriptor::parse(data, length, nullptr, nullptr);
-        case 0xCD:
-            return TTSInformationDescriptor::parse(data, length, nullptr, nullptr);
-        case 0xFD:
-            return TDataComponentDescriptor::parse(data, length, nullptr, nullptr);
-        default:
-            (void)length;
-            return nullptr;
+// The descriptor classes a generic loop knows how to build, by tag. Every
+// other tag, accepted or not, is stepped over without a message. A
+// descriptor that fails its own checks logs its reason and is dropped; its
+// failure never reaches the owner's caller (no byte count, no error code are
+// passed).
+using Factory = TISDBTDescriptor* (*)(unsigned char*, unsigned int);
+
+template <typename T>
+TISDBTDescriptor* make(unsigned char* data, unsigned int length) {
+    return T::parse(data, length, nullptr, nullptr);
+}
+
+struct DispatchTable {
+    Factory at[256];
+    constexpr DispatchTable() : at{} {
+        at[0x0A] = make<TISO639LanguageDescriptor>;
+        at[0x13] = make<TCarouselIdentifierDescriptor>;
+        at[0x40] = make<TNetworkNameDescriptor>;
+        at[0x48] = make<TServiceDescriptor>;
+        at[0x4D] = make<TShortEventDescriptor>;
+        at[0x4E] = make<TExtendedEventDescriptor>;
+        at[0x50] = make<TComponentDescriptor>;
+        at[0x52] = make<TStreamIdentifierDescriptor>;
+        at[0x54] = make<TContentDescriptor>;
+        at[0x55] = make<TParentalRatingDescriptor>;
+        at[0x58] = make<TLocalTimeOffsetDescriptor>;
+        at[0xC1] = make<TDigitalCopyControlDescriptor>;
+        at[0xC4] = make<TAudioComponentDescriptor>;
+        at[0xCD] = make<TTSInformationDescriptor>;
+        at[0xFD] = make<TDataComponentDescriptor>;
     }
+};
+
+constexpr DispatchTable kDispatch;
+
+/** Whether a loop walk creates an object for this tag. */
+inline bool builds(const DescriptorTagSet* accepted, unsigned char tag) {
+    return accepted != nullptr && accepted->contains(tag) && kDispatch.at[tag] != nullptr;
 }
 
 }  // namespace
@@ -78,6 +76,13 @@ DescriptorLoop::~DescriptorLoop() {
 unsigned int DescriptorLoop::parseDescriptorsLoop(unsigned char* data, unsigned int length) {
     if (length == 0 || data == nullptr)
         return 0;
+    // A quick look over the headers first, so that the list grows once per
+    // loop instead of doubling its way up (the walk below does the checks).
+    unsigned int expected = 0;
+    for (unsigned int q = 0; q + 1 < length; q += data[q + 1] + 2u)
+        expected += builds(acceptedTags, data[q]) ? 1u : 0u;
+    if (expected > 1)
+        descriptors.reserve(descriptors.size() + expected);
     unsigned int p = 0;
     // A single trailing byte cannot hold a header and is ignored.
     while (p < length - 1) {
@@ -98,9 +103,9 @@ unsigned int DescriptorLoop::parseDescriptorsLoop(unsigned char* data, unsigned 
 void DescriptorLoop::parseDescriptor(unsigned char* data, unsigned int length) {
     if (length == 0 || data == nullptr)
         return;
-    if (acceptedTags == nullptr || !acceptedTags->contains(data[0]))
+    if (!builds(acceptedTags, data[0]))
         return;
-    if (TISDBTDescriptor* d = createDescriptor(data, length))
+    if (TISDBTDescriptor* d = kDispatch.at[data[0]](data, length))
         descriptors.push_back(d);
 }
 
