@@ -191,3 +191,39 @@ TEST(StreamControlDescriptors, BaseRenderingAndVideoDecodeMask) {
               "\"sequenceEndCodeFlag\":0,\"videoEncodeFormat\":11");
     EXPECT_EQ(log.lines().size(), 1u);
 }
+
+TEST(StreamDescriptorSizes, PayloadSizesFollowTheBytesHandedInInEightBits) {
+    // The sizes come from the bytes handed in, not from descriptor_length,
+    // and are kept in 8 bits: 258 bytes of AAC additional info keep 2.
+    Bytes aac = {0x7C, 0x04, 0x10, 0x00};
+    for (unsigned int i = 0; i < 258; ++i)
+        aac.push_back(static_cast<unsigned char>(0xA0 + i));
+    ParsedDescriptor<TAACDescriptor> longAac(aac);
+    ASSERT_NE(longAac.d, nullptr);
+    EXPECT_EQ(longAac.read, 4u);
+    EXPECT_EQ(longAac.d->toJSON(),
+              "\"errors\":0,\"descriptor_tag\":124,\"descriptor_length\":4,"
+              "\"profile_and_level\":16,\"AAC_type_flag\":0,\"additional_info\":\"0xa0a1\"");
+
+    // 257 bytes of copyright info keep 1.
+    Bytes copyright = {0x0D, 0x04, 0x00, 0x00, 0x00, 0x07};
+    copyright.insert(copyright.end(), 257, 0x5A);
+    ParsedDescriptor<TCopyrightDescriptor> longCopyright(copyright);
+    ASSERT_NE(longCopyright.d, nullptr);
+    EXPECT_EQ(longCopyright.read, 5u);
+    EXPECT_EQ(longCopyright.d->toJSON(),
+              "\"name:\":\"copyrightDescriptor\",\"copyrightId\":7,"
+              "\"copyrightAdditionalInfo\":\"Z\"");
+
+    // 257 CA_system_ids keep a count of 1, while the byte count is the whole
+    // payload.
+    Bytes ca = {0x53, 0x02};
+    for (unsigned int i = 0; i < 257; ++i) {
+        ca.push_back(0x0B);
+        ca.push_back(static_cast<unsigned char>(i));
+    }
+    ParsedDescriptor<TCAIdentifierDescriptor> longCa(ca);
+    ASSERT_NE(longCa.d, nullptr);
+    EXPECT_EQ(longCa.read, 514u);
+    EXPECT_EQ(longCa.d->toJSON(), "\"name\":\"caIdentifierDescriptor\",\"caSystemId\":[2816]");
+}
