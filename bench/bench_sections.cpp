@@ -8,6 +8,8 @@
 
 #include <SarnISDBTUtils.h>
 
+#include "SectionListing.h"
+
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
@@ -94,34 +96,13 @@ int kindOf(unsigned int pid, unsigned int tid) {
     return -1;
 }
 
-std::vector<unsigned char> hexBytes(const char* p) {
-    std::vector<unsigned char> out;
-    int high = -1;
-    for (; *p; ++p) {
-        int v = (*p >= '0' && *p <= '9')   ? *p - '0'
-                : (*p >= 'a' && *p <= 'f') ? *p - 'a' + 10
-                : (*p >= 'A' && *p <= 'F') ? *p - 'A' + 10
-                                           : -1;
-        if (v < 0)
-            continue;
-        if (high < 0) {
-            high = v;
-        } else {
-            out.push_back(static_cast<unsigned char>(high * 16 + v));
-            high = -1;
-        }
-    }
-    return out;
-}
-
 void readListing(const std::string& path, std::vector<Section>& out) {
     std::ifstream in(path);
     std::string line;
     while (std::getline(in, line)) {
-        unsigned int pid = 0, tid = 0, len = 0;
-        int pos = 0;
-        if (std::sscanf(line.c_str(), "pid=0x%x tid=0x%x len=%u %n", &pid, &tid, &len, &pos) < 3 ||
-            pos == 0)
+        unsigned int pid = 0, tid = 0;
+        std::vector<unsigned char> bytes;
+        if (!sarntool::parseListingLine(line.c_str(), pid, tid, bytes))
             continue;
         const int kind = kindOf(pid, tid);
         if (kind >= 0)

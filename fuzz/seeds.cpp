@@ -10,29 +10,10 @@
 #include <vector>
 
 #include "DescriptorKinds.h"
+#include "SectionListing.h"
 #include "TableKinds.h"
 
 namespace {
-
-std::vector<unsigned char> hexBytes(const char* p) {
-    std::vector<unsigned char> out;
-    int high = -1;
-    for (; *p; ++p) {
-        int v = (*p >= '0' && *p <= '9')   ? *p - '0'
-                : (*p >= 'a' && *p <= 'f') ? *p - 'a' + 10
-                : (*p >= 'A' && *p <= 'F') ? *p - 'A' + 10
-                                           : -1;
-        if (v < 0)
-            continue;
-        if (high < 0) {
-            high = v;
-        } else {
-            out.push_back(static_cast<unsigned char>(high * 16 + v));
-            high = -1;
-        }
-    }
-    return out;
-}
 
 void writeSeed(const std::string& dir, unsigned int n, const std::vector<unsigned char>& bytes) {
     mkdir(dir.c_str(), 0755);
@@ -67,13 +48,10 @@ int main(int argc, char** argv) {
         std::ifstream in(argv[i]);
         std::string line;
         while (std::getline(in, line)) {
-            unsigned int pid = 0, tid = 0, len = 0;
-            int pos = 0;
-            if (std::sscanf(line.c_str(), "pid=0x%x tid=0x%x len=%u %n", &pid, &tid, &len, &pos) <
-                    3 ||
-                pos == 0)
+            unsigned int pid = 0, tid = 0;
+            std::vector<unsigned char> section;
+            if (!sarntool::parseListingLine(line.c_str(), pid, tid, section))
                 continue;
-            std::vector<unsigned char> section = hexBytes(line.c_str() + pos);
             for (unsigned int k = 0; k < sarnfuzz::kTableKindCount; ++k) {
                 if (!sarnfuzz::kTableKinds[k].matches(pid, tid))
                     continue;

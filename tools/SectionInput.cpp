@@ -1,5 +1,7 @@
 #include "SectionInput.h"
 
+#include "SectionListing.h"
+
 #include <cstdio>
 #include <cstring>
 
@@ -9,16 +11,6 @@ namespace {
 
 unsigned int sectionSize(const unsigned char* p) {
     return 3 + (((p[1] & 0x0F) << 8) | p[2]);
-}
-
-int hexDigit(char c) {
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return -1;
 }
 
 }  // namespace
@@ -96,25 +88,9 @@ void SectionListingReader::line() {
         text.clear();
         return;
     }
-    unsigned int pid = 0, tableId = 0, length = 0;
-    int consumed = 0;
-    bytes.clear();
-    if (std::sscanf(text.c_str(), " pid=0x%x tid=0x%x len=%u %n", &pid, &tableId, &length,
-                    &consumed) == 3 &&
-        consumed > 0 && pid < kPidCount) {
-        int high = -1;
-        for (size_t i = static_cast<size_t>(consumed); i < text.size(); ++i) {
-            const int v = hexDigit(text[i]);
-            if (v < 0)
-                continue;
-            if (high < 0) {
-                high = v;
-            } else {
-                bytes.push_back(static_cast<unsigned char>(high * 16 + v));
-                high = -1;
-            }
-        }
-    }
+    unsigned int pid = 0, tableId = 0;
+    if (!parseListingLine(text.c_str(), pid, tableId, bytes) || pid >= kPidCount)
+        bytes.clear();
     text.clear();
     if (bytes.empty()) {
         ++bad;

@@ -1,5 +1,7 @@
 #include "Sections.h"
 
+#include "SectionListing.h"
+
 #include <dirent.h>
 #include <sys/stat.h>
 
@@ -49,24 +51,7 @@ Bytes join(std::initializer_list<Bytes> parts) {
 
 Bytes fromHex(const std::string& hex) {
     Bytes out;
-    int high = -1;
-    for (char c : hex) {
-        int v;
-        if (c >= '0' && c <= '9')
-            v = c - '0';
-        else if (c >= 'a' && c <= 'f')
-            v = c - 'a' + 10;
-        else if (c >= 'A' && c <= 'F')
-            v = c - 'A' + 10;
-        else
-            continue;
-        if (high < 0) {
-            high = v;
-        } else {
-            out.push_back(static_cast<unsigned char>(high * 16 + v));
-            high = -1;
-        }
-    }
+    sarntool::appendHexBytes(hex.c_str(), out);
     return out;
 }
 
@@ -95,12 +80,10 @@ std::vector<CapturedSection> capturedSections() {
         std::ifstream in(dir + "/" + name);
         std::string line;
         while (std::getline(in, line)) {
-            unsigned int pid = 0, tid = 0, len = 0;
-            char hex[16384];
-            if (std::sscanf(line.c_str(), "pid=0x%x tid=0x%x len=%u %16383s", &pid, &tid, &len,
-                            hex) != 4)
-                continue;
-            all.push_back({name, pid, tid, fromHex(hex)});
+            unsigned int pid = 0, tid = 0;
+            Bytes bytes;
+            if (sarntool::parseListingLine(line.c_str(), pid, tid, bytes))
+                all.push_back({name, pid, tid, std::move(bytes)});
         }
     }
     return all;
