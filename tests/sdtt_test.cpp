@@ -177,8 +177,7 @@ TEST(SDTT, BrokenContentsFailTheTable) {
                {0x00, 0x00, 0x00, 0x00, 0x00, 0xCF, 0x00, 0x40},
                {0xEB, 0xE0, 0x12, 0x00, 0x00, 0x00, 0x01, 0x00, 0x40, 0x02, 0x00, 0x00}}),
          ERROR_INVALID_ITEM,
-         {line("TScheduleInfo::parse: Item length not valid: 4. Aborting!"),
-          line("TDownloadContent::parse: Invalid item. Aborting!"), invalid}},
+         {line("TDownloadContent::parse: Item length not valid: 4. Aborting!"), invalid}},
         // A download content descriptor one byte short of its fixed part.
         {join({fixedFields(1),
                {0x00, 0x00, 0x00, 0x00, 0x01, 0x3F, 0x00, 0x00},
@@ -241,6 +240,20 @@ TEST(SDTT, WrappedSectionLengthStopsAtTheBuffer) {
     EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
     EXPECT_EQ(TDownloadContent::parse(b.data(), 7, 1, nullptr, &code), nullptr);
     EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
+
+    // A content on its own whose schedule length (4) is not whole schedules:
+    // the second schedule would run past the bytes, and the content is too
+    // short rather than holding a broken item.
+    log.clear();
+    Bytes content = {0x00, 0x00, 0x00, 0x00, 0x00, 0xCF, 0x00, 0x40, 0xEB, 0xE0,
+                     0x12, 0x00, 0x00, 0x00, 0x01, 0x00, 0x40, 0x02, 0x00, 0x00};
+    code = 0;
+    EXPECT_EQ(TDownloadContent::parse(content.data(), static_cast<unsigned int>(content.size()), 1,
+                                      nullptr, &code),
+              nullptr);
+    EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
+    EXPECT_EQ(log.texts(), (std::vector<std::string>{line(
+                               "TDownloadContent::parse: Item length not valid: 4. Aborting!")}));
 }
 
 TEST(SDTT, RealCapturesParse) {

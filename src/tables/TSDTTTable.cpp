@@ -84,12 +84,15 @@ TDownloadContent* TDownloadContent::parse(unsigned char* data, unsigned int leng
     }
     // Eight bytes per schedule. The counters run down to exactly 0: a
     // schedule length that is not a multiple of 8 or that overruns the
-    // content wraps them, and the walk then ends where the bytes end, a
-    // schedule short of its eight bytes failing as a short item.
+    // content wraps them, and the walk then ends where the bytes end: a
+    // schedule short of its eight bytes makes the content too short.
     while (scheduleLength != 0) {
         const unsigned int left = length - p;
-        TScheduleInfo* schedule =
-            TScheduleInfo::parse(data + p, left < 8 ? left : 8, nullptr, error);
+        if (left < 8) {
+            SARN_LOGW("%s: TDownloadContent::parse: Item length not valid: %u. Aborting!", left);
+            return abandon(ERROR_DATA_TOO_SHORT);
+        }
+        TScheduleInfo* schedule = TScheduleInfo::parse(data + p, 8, nullptr, error);
         if (schedule == nullptr) {
             SARN_LOGW("%s: TDownloadContent::parse: Invalid item. Aborting!");
             return abandon(ERROR_INVALID_ITEM);
