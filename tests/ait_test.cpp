@@ -325,6 +325,17 @@ TEST(AIT, RefusalsWithCodesAndMessages) {
     EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
     EXPECT_EQ(log.texts().back(),
               warnLine("TApplicationIdentifier::parse: Item length not valid: 5. Aborting!"));
+    log.clear();
+
+    // A descriptor overrunning an application: unlike the table, which shows
+    // the loop length left, the application shows the descriptor's length.
+    Bytes overrunInApplication = ait({}, application(1, {0x42, 0x09}));
+    EXPECT_EQ(parse(overrunInApplication, &code), nullptr);
+    EXPECT_EQ(code, ERROR_INVALID_ITEM);
+    EXPECT_EQ(log.texts(),
+              (std::vector<std::string>{
+                  warnLine("TApplication::parse: Item length not valid: 9 > 0. Aborting!"),
+                  warnLine("TAITTable::parse: Invalid item. Aborting!")}));
 }
 
 TEST(AIT, WrappedSectionLengthStaysInsideTheBuffer) {
