@@ -325,6 +325,17 @@ TEST(AIT, RefusalsWithCodesAndMessages) {
     EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
     EXPECT_EQ(log.texts().back(),
               warnLine("TApplicationIdentifier::parse: Item length not valid: 5. Aborting!"));
+    log.clear();
+
+    // A descriptor overrunning an application: unlike the table, which shows
+    // the loop length left, the application shows the descriptor's length.
+    Bytes overrunInApplication = ait({}, application(1, {0x42, 0x09}));
+    EXPECT_EQ(parse(overrunInApplication, &code), nullptr);
+    EXPECT_EQ(code, ERROR_INVALID_ITEM);
+    EXPECT_EQ(log.texts(),
+              (std::vector<std::string>{
+                  warnLine("TApplication::parse: Item length not valid: 9 > 0. Aborting!"),
+                  warnLine("TAITTable::parse: Invalid item. Aborting!")}));
 }
 
 TEST(AIT, WrappedSectionLengthStaysInsideTheBuffer) {
@@ -368,4 +379,73 @@ TEST(AIT, RealCapturesParseAndRender) {
     }
     if (aits == 0)
         GTEST_SKIP() << "no AIT section among the shared captures";
+}
+
+TEST(AIT, CommonLoopKeepsEveryKindInSlotOrder) {
+    LogCapture log;
+    // One descriptor of each kind, on the wire in roughly the reverse of the
+    // order in which the table lists and renders them.
+    Bytes common = {
+        0x04, 0x04, 0x00, 0x00, 'X',  'l',         // Java location, initial class "Xl"
+        0x03, 0x00,                                // Java application, no parameters
+        0x0D, 0x05, 0x01, 0x00, 0x02, 0x00, 0x03,  // DII location: label 1, DII 2, tag 3
+        0x0C, 0x04, 0x01, 0x01, 'a',  0x05,        // prefetch: label 1, "a" priority 5
+        0x11, 0x03, 0x00, 0x00, 0x01,              // IP signalling, platform 1
+        0x05, 0x00,                                // external authorization, empty
+        0x0B, 0x04, 0x01, 'i',  0x00, 0x01,        // icon "i", flags 1
+        0x01, 0x05, 'p',  'o',  'r',  0x01, 'N',   // name "N"
+        0x00, 0x03, 0x00, 0x40, 0x02,              // application: visibility 2, priority 2
+        0x02, 0x05, 0x00, 0x01, 0x03, 0x00, 0x0A   // object carousel, label 3
+    };
+    Bytes b = ait(common, {});
+    unsigned short code = 0xFFFF;
+    TAITTable* t = parse(b, &code);
+    ASSERT_NE(t, nullptr);
+    EXPECT_EQ(code, 0);
+    EXPECT_EQ(t->getDescriptorTags(), (std::list<unsigned char>{0x00, 0x01, 0x0B, 0x05, 0x02, 0x11,
+                                                                0x0C, 0x0D, 0x03, 0x04}));
+    EXPECT_EQ(t->getDescriptor(0x04), t->getGingaApplicationLocationDescriptor());
+    EXPECT_EQ(t->getDescriptor(0x07), nullptr);
+    EXPECT_EQ(t->getDescriptor(0x06), nullptr);
+    for (unsigned char unused : {0x08, 0x09, 0x0A, 0x10, 0x12, 0x42})
+        EXPECT_EQ(t->getDescriptor(unused), nullptr) << static_cast<int>(unused);
+    const std::string json = t->toJSON();
+    EXPECT_EQ(json.substr(json.find(",\"descriptors\"")),
+              ",\"descriptors\":["
+              "{\"errors\":0,\"descriptor_tag\":0,\"descriptor_length\":3,\"profile_loop\":[],"
+              "\"service_bound_flag\":0,\"visibility\":2,\"application_priority\":2,"
+              "\"transport_protocol_label\":\"\"},"
+              "{\"errors\":0,\"descriptor_tag\":1,\"descriptor_length\":5,\"name_loop\":["
+              "{\"ISO_639_language_code\":\"por\",\"application_name\":\"N\"}]},"
+              "{\"errors\":0,\"descriptor_tag\":11,\"descriptor_length\":4,"
+              "\"descriptor_content\":\"0x01690001\"},"
+              "{\"errors\":0,\"descriptor_tag\":5,\"descriptor_length\":0},"
+              "{\"errors\":0,\"descriptor_tag\":2,\"descriptor_length\":5,\"protocol_id\":1,"
+              "\"transport_protocol_label\":3},"
+              "{\"errors\":0,\"descriptor_tag\":17,\"descriptor_length\":3,"
+              "\"descriptor_content\":\"0x000001\"},"
+              "{\"errors\":0,\"descriptor_tag\":12,\"descriptor_length\":4,"
+              "\"descriptor_content\":\"0x01016105\"},"
+              "{\"errors\":0,\"descriptor_tag\":13,\"descriptor_length\":5,"
+              "\"descriptor_content\":\"0x0100020003\"},"
+              "{\"errors\":0,\"descriptor_tag\":3,\"descriptor_length\":0,\"parameter_loop\":[]},"
+              "{\"errors\":0,\"descriptor_tag\":4,\"descriptor_length\":4,\"base_directory\":\"\","
+              "\"entitypath_extension\":\"\",\"initial_entity\":\"Xl\"}],"
+              "\"application_loop\":[]}");
+    delete t;
+
+    // The NCL location in the common loop is announced the same way.
+    Bytes ncl = ait({0x07, 0x04, 0x00, 0x00, 'm', 'n'}, {});
+    t = parse(ncl, &code);
+    ASSERT_NE(t, nullptr);
+    EXPECT_EQ(t->getDescriptor(0x07), t->getGingaApplicationLocationDescriptor());
+    EXPECT_EQ(t->getDescriptor(0x04), nullptr);
+    delete t;
+    EXPECT_EQ(log.texts(),
+              (std::vector<std::string>{
+                  warnLine("TAITTable::parse: Ginga Java Application Location Descriptor... WHAT "
+                           "TO DO????"),
+                  warnLine("TAITTable::parse: Ginga Java Application Descriptor... WHAT TO DO????"),
+                  warnLine("TAITTable::parse: Ginga NCL Application Location Descriptor... WHAT "
+                           "TO DO????")}));
 }
