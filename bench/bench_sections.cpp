@@ -106,7 +106,7 @@ void readListing(const std::string& path, std::vector<Section>& out) {
             continue;
         const int kind = kindOf(pid, tid);
         if (kind >= 0)
-            out.push_back({static_cast<Kind>(kind), pid, hexBytes(line.c_str() + pos)});
+            out.push_back({static_cast<Kind>(kind), pid, std::move(bytes)});
     }
 }
 
