@@ -17,11 +17,9 @@ struct HasToJSON : std::false_type {};
 template <typename T>
 struct HasToJSON<T, std::void_t<decltype(std::declval<const T&>().toJSON())>> : std::true_type {};
 
+/** Renders what a parse returned, when its class renders, and deletes it. */
 template <typename T>
-void runDescriptor(unsigned char* data, unsigned int length) {
-    unsigned int bytesRead = 0;
-    unsigned short error = 0;
-    T* parsed = T::parse(data, length, &bytesRead, &error);
+void renderAndDelete(T* parsed) {
     if (parsed == nullptr)
         return;
     if constexpr (HasToJSON<T>::value) {
@@ -29,6 +27,13 @@ void runDescriptor(unsigned char* data, unsigned int length) {
         (void)sink;
     }
     delete parsed;
+}
+
+template <typename T>
+void runDescriptor(unsigned char* data, unsigned int length) {
+    unsigned int bytesRead = 0;
+    unsigned short error = 0;
+    renderAndDelete(T::parse(data, length, &bytesRead, &error));
 }
 
 struct DescriptorKind {
@@ -55,14 +60,7 @@ template <typename T>
 void runEntry(unsigned char* data, unsigned int length) {
     unsigned int bytesRead = 0;
     unsigned short error = 0;
-    T* parsed = T::parse(data, length, 1, &bytesRead, &error);
-    if (parsed == nullptr)
-        return;
-    if constexpr (HasToJSON<T>::value) {
-        volatile size_t sink = parsed->toJSON().size();
-        (void)sink;
-    }
-    delete parsed;
+    renderAndDelete(T::parse(data, length, 1, &bytesRead, &error));
 }
 
 /** An AIT application, also copied with and without inheritance. */
