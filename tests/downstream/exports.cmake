@@ -12,15 +12,8 @@ if(NOT rc EQUAL 0)
 endif()
 
 # The classes and structs that the public headers declare.
-file(GLOB headers ${SARN_SOURCE_DIR}/include/*.h)
-set(public)
-foreach(h ${headers})
-  file(STRINGS ${h} lines REGEX "^[ \t]*(class|struct)[ \t]+[A-Za-z_0-9]+[ \t]*(final)?[ \t]*[:{]")
-  foreach(line ${lines})
-    string(REGEX REPLACE "^[ \t]*(class|struct)[ \t]+([A-Za-z_0-9]+).*" "\\2" name "${line}")
-    list(APPEND public ${name})
-  endforeach()
-endforeach()
+include(${SARN_SOURCE_DIR}/cmake/PublicClasses.cmake)
+sarn_public_classes(public ${SARN_SOURCE_DIR}/include)
 
 string(REPLACE "\n" ";" symbols "${out}")
 set(count 0)
@@ -29,12 +22,18 @@ foreach(line ${symbols})
   if(line STREQUAL "")
     continue()
   endif()
-  math(EXPR count "${count} + 1")
+  # Inline static constants (type u) are emitted only where an unoptimised
+  # build takes their address: checked below, not counted.
+  if(NOT line MATCHES "^[0-9a-fA-F]+ u ")
+    math(EXPR count "${count} + 1")
+  endif()
   # "0000000000012340 T Sarn::TPATTable::parse(...)": drop address and type.
   string(REGEX REPLACE "^[0-9a-fA-F]+ [A-Za-z] " "" name "${line}")
   string(REGEX REPLACE "^(typeinfo name for |typeinfo for |vtable for |VTT for |construction vtable for [^ ]+ )" "" owner "${name}")
   set(ok FALSE)
-  if(owner MATCHES "^Sarn::([A-Za-z_0-9]+)(::|$)")
+  # A standard template instance whose demangled name begins with its
+  # return type ("Sarn::TProgramMap** std::...") is not ours to export.
+  if(NOT owner MATCHES "^[^(]* std::" AND owner MATCHES "^Sarn::([A-Za-z_0-9]+)(::|$)")
     list(FIND public ${CMAKE_MATCH_1} index)
     if(NOT index EQUAL -1)
       set(ok TRUE)
