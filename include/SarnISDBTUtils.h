@@ -1,7 +1,9 @@
 #ifndef SARN_SARNISDBTUTILS_H
 #define SARN_SARNISDBTUTILS_H
 
-// Umbrella header: every public class of libSarnISDBTUtils.
+// Umbrella header: every public class of libSarnISDBTUtils, and its version.
+
+#include "SarnISDBTUtilsVersion.h"
 
 // Framework
 #include "DescriptorLoop.h"

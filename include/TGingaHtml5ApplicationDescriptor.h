@@ -13,8 +13,8 @@ class TGingaHtml5ApplicationDescriptor : public TGingaApplicationDescriptor {
     static TGingaHtml5ApplicationDescriptor* parse(unsigned char* data, unsigned int len,
                                                    unsigned int* bytesRead, unsigned short* err);
 
-    TGingaHtml5ApplicationDescriptor(unsigned char* data, unsigned int len)
-        : TGingaApplicationDescriptor(DESCRIPTOR_TAG, data, len) {}
+    TGingaHtml5ApplicationDescriptor(unsigned char* bytes, unsigned int len)
+        : TGingaApplicationDescriptor(DESCRIPTOR_TAG, bytes, len) {}
     explicit TGingaHtml5ApplicationDescriptor(const TGingaHtml5ApplicationDescriptor* src)
         : TGingaApplicationDescriptor(src) {}
 };

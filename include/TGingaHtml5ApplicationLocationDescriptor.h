@@ -14,8 +14,8 @@ class TGingaHtml5ApplicationLocationDescriptor : public TGingaApplicationLocatio
                                                            unsigned int* bytesRead,
                                                            unsigned short* err);
 
-    TGingaHtml5ApplicationLocationDescriptor(unsigned char* data, unsigned int len)
-        : TGingaApplicationLocationDescriptor(DESCRIPTOR_TAG, data, len) {}
+    TGingaHtml5ApplicationLocationDescriptor(unsigned char* bytes, unsigned int len)
+        : TGingaApplicationLocationDescriptor(DESCRIPTOR_TAG, bytes, len) {}
     explicit TGingaHtml5ApplicationLocationDescriptor(
         const TGingaHtml5ApplicationLocationDescriptor* src)
         : TGingaApplicationLocationDescriptor(src) {}

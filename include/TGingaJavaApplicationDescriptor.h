@@ -13,8 +13,8 @@ class TGingaJavaApplicationDescriptor : public TGingaApplicationDescriptor {
     static TGingaJavaApplicationDescriptor* parse(unsigned char* data, unsigned int len,
                                                   unsigned int* bytesRead, unsigned short* err);
 
-    TGingaJavaApplicationDescriptor(unsigned char* data, unsigned int len)
-        : TGingaApplicationDescriptor(DESCRIPTOR_TAG, data, len) {}
+    TGingaJavaApplicationDescriptor(unsigned char* bytes, unsigned int len)
+        : TGingaApplicationDescriptor(DESCRIPTOR_TAG, bytes, len) {}
     explicit TGingaJavaApplicationDescriptor(const TGingaJavaApplicationDescriptor* src)
         : TGingaApplicationDescriptor(src) {}
 };

@@ -14,8 +14,8 @@ class TGingaJavaApplicationLocationDescriptor : public TGingaApplicationLocation
                                                           unsigned int* bytesRead,
                                                           unsigned short* err);
 
-    TGingaJavaApplicationLocationDescriptor(unsigned char* data, unsigned int len)
-        : TGingaApplicationLocationDescriptor(DESCRIPTOR_TAG, data, len) {}
+    TGingaJavaApplicationLocationDescriptor(unsigned char* bytes, unsigned int len)
+        : TGingaApplicationLocationDescriptor(DESCRIPTOR_TAG, bytes, len) {}
     explicit TGingaJavaApplicationLocationDescriptor(
         const TGingaJavaApplicationLocationDescriptor* src)
         : TGingaApplicationLocationDescriptor(src) {}

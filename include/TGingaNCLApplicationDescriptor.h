@@ -13,8 +13,8 @@ class TGingaNCLApplicationDescriptor : public TGingaApplicationDescriptor {
     static TGingaNCLApplicationDescriptor* parse(unsigned char* data, unsigned int len,
                                                  unsigned int* bytesRead, unsigned short* err);
 
-    TGingaNCLApplicationDescriptor(unsigned char* data, unsigned int len)
-        : TGingaApplicationDescriptor(DESCRIPTOR_TAG, data, len) {}
+    TGingaNCLApplicationDescriptor(unsigned char* bytes, unsigned int len)
+        : TGingaApplicationDescriptor(DESCRIPTOR_TAG, bytes, len) {}
     explicit TGingaNCLApplicationDescriptor(const TGingaNCLApplicationDescriptor* src)
         : TGingaApplicationDescriptor(src) {}
 };

@@ -14,8 +14,8 @@ class TGingaNCLApplicationLocationDescriptor : public TGingaApplicationLocationD
                                                          unsigned int* bytesRead,
                                                          unsigned short* err);
 
-    TGingaNCLApplicationLocationDescriptor(unsigned char* data, unsigned int len)
-        : TGingaApplicationLocationDescriptor(DESCRIPTOR_TAG, data, len) {}
+    TGingaNCLApplicationLocationDescriptor(unsigned char* bytes, unsigned int len)
+        : TGingaApplicationLocationDescriptor(DESCRIPTOR_TAG, bytes, len) {}
     explicit TGingaNCLApplicationLocationDescriptor(
         const TGingaNCLApplicationLocationDescriptor* src)
         : TGingaApplicationLocationDescriptor(src) {}

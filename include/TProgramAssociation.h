@@ -6,8 +6,8 @@ namespace Sarn {
 /** One PAT entry: a program_number and the PID of its program map table. */
 class TProgramAssociation {
   public:
-    TProgramAssociation(unsigned short programNumber, unsigned short programMapPid)
-        : programNumber(programNumber), programMapPid(programMapPid) {}
+    TProgramAssociation(unsigned short number, unsigned short pid)
+        : programNumber(number), programMapPid(pid) {}
     virtual ~TProgramAssociation();
 
     unsigned short getProgramNumber() const { return programNumber; }

@@ -10,8 +10,8 @@ class TServiceListDescriptorItem {
     static TServiceListDescriptorItem* parse(unsigned char* data, unsigned int length,
                                              unsigned int* bytesRead, unsigned short* error);
 
-    TServiceListDescriptorItem(unsigned short serviceId, unsigned char serviceType)
-        : serviceId(serviceId), serviceType(serviceType) {}
+    TServiceListDescriptorItem(unsigned short id, unsigned char type)
+        : serviceId(id), serviceType(type) {}
     virtual ~TServiceListDescriptorItem();
 
     unsigned short getServiceID() const { return serviceId; }

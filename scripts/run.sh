@@ -4,7 +4,7 @@
 # are sarn-dump's own: ./scripts/run.sh --all, ./scripts/run.sh capture.ts).
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
-"$root/scripts/setup.sh"
+"$root/scripts/setup.sh" run
 gen=(); command -v ninja >/dev/null && gen=(-G Ninja)
 build="$root/build/release"
 cmake -S "$root" -B "$build" "${gen[@]}" -DCMAKE_BUILD_TYPE=Release \

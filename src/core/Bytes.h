@@ -4,6 +4,7 @@
 // Big-endian field readers and the bounds test used by every parser. Callers
 // check with fits() before reading; the readers themselves do not check.
 
+#pragma GCC visibility push(hidden)  // internal: not exported
 namespace Sarn {
 namespace bytes {
 
@@ -33,5 +34,6 @@ inline bool fits(unsigned int pos, unsigned int n, unsigned int len) {
 
 }  // namespace bytes
 }  // namespace Sarn
+#pragma GCC visibility pop
 
 #endif

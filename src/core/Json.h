@@ -11,6 +11,7 @@
 
 #include "TISDBTDescriptor.h"
 
+#pragma GCC visibility push(hidden)  // internal: not exported
 namespace Sarn {
 namespace json {
 
@@ -102,5 +103,6 @@ void appendDescriptorArray(Out& out, Iterator begin, Iterator end) {
 
 }  // namespace json
 }  // namespace Sarn
+#pragma GCC visibility pop
 
 #endif

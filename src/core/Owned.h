@@ -8,6 +8,7 @@
 #include <map>
 #include <vector>
 
+#pragma GCC visibility push(hidden)  // internal: not exported
 namespace Sarn {
 namespace owned {
 
@@ -95,5 +96,6 @@ void copyAll(const std::vector<V*>& from, std::vector<V*>& to) {
 
 }  // namespace owned
 }  // namespace Sarn
+#pragma GCC visibility pop
 
 #endif

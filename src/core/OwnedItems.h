@@ -6,6 +6,7 @@
 // passes positions as unsigned char, which are checked here.
 #include <vector>
 
+#pragma GCC visibility push(hidden)  // internal: not exported
 namespace Sarn {
 namespace owned {
 
@@ -41,5 +42,6 @@ void deleteAll(std::vector<T*>& list) {
 
 }  // namespace owned
 }  // namespace Sarn
+#pragma GCC visibility pop
 
 #endif

@@ -7,6 +7,7 @@
 
 #include "ISDBTUtils.h"
 
+#pragma GCC visibility push(hidden)  // internal: not exported
 namespace Sarn {
 
 /**
@@ -25,5 +26,6 @@ T* parseBody(T* d, unsigned char* data, unsigned int* bytesRead, unsigned short*
 }
 
 }  // namespace Sarn
+#pragma GCC visibility pop
 
 #endif

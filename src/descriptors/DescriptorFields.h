@@ -10,6 +10,7 @@
 #include "Bytes.h"
 #include "Json.h"
 
+#pragma GCC visibility push(hidden)  // internal: not exported
 namespace Sarn {
 namespace fields {
 
@@ -66,5 +67,6 @@ void appendNumbers(Out& o, const T* values, unsigned int n) {
 
 }  // namespace json
 }  // namespace Sarn
+#pragma GCC visibility pop
 
 #endif

@@ -8,6 +8,7 @@
 #include "ISDBTUtils.h"
 #include "Log.h"
 
+#pragma GCC visibility push(hidden)  // internal: not exported
 namespace Sarn {
 
 /**
@@ -46,5 +47,6 @@ D* parseItems(D* d, const char* name, unsigned char* p, unsigned int remaining,
 }
 
 }  // namespace Sarn
+#pragma GCC visibility pop
 
 #endif

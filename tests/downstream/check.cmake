@@ -1,5 +1,6 @@
 # Installs the build tree into a scratch prefix, then configures, builds and
-# runs the downstream project against it.
+# runs the downstream project against it, and runs the installed sarn-dump
+# with no library path set.
 file(REMOVE_RECURSE ${SARN_SCRATCH})
 set(prefix ${SARN_SCRATCH}/prefix)
 
@@ -30,3 +31,30 @@ foreach(exe pat_cmake pat_pkgconfig)
   endif()
   message(STATUS "${exe}: ${got}")
 endforeach()
+
+# The version macros of the installed headers match the package version.
+foreach(exe pat_cmake pat_pkgconfig)
+  run(${SARN_SCRATCH}/build/${exe} --version)
+  string(STRIP "${last_output}" got)
+  if(NOT got STREQUAL "${SARN_VERSION} ${SARN_VERSION}")
+    message(FATAL_ERROR "${exe} --version printed \"${got}\", expected \"${SARN_VERSION} ${SARN_VERSION}\"")
+  endif()
+endforeach()
+
+# The installed tool finds its library (and liblog) from this private prefix
+# by itself: no LD_LIBRARY_PATH.
+if(SARN_WITH_TOOL)
+  set(tool ${prefix}/bin/sarn-dump)
+  if(NOT EXISTS ${tool})
+    message(FATAL_ERROR "sarn-dump is not installed in ${prefix}/bin")
+  endif()
+  run(${CMAKE_COMMAND} -E env --unset=LD_LIBRARY_PATH ${tool} --help)
+  if(NOT last_output MATCHES "sarn-dump")
+    message(FATAL_ERROR "sarn-dump --help printed:\n${last_output}")
+  endif()
+  run(${CMAKE_COMMAND} -E env --unset=LD_LIBRARY_PATH ${tool} ${SARN_SOURCE_DIR}/data/sample.ts)
+  if(NOT last_output MATCHES "^{\"pid\":0,\"table_id\":0,")
+    message(FATAL_ERROR "installed sarn-dump on data/sample.ts printed:\n${last_output}")
+  endif()
+  message(STATUS "installed sarn-dump runs from ${prefix}")
+endif()

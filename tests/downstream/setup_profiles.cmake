@@ -1,0 +1,40 @@
+# scripts/run.sh (the main job) installs only what building and running
+# sarn-dump needs; scripts/test.sh installs the test suite's tools as well.
+cmake_minimum_required(VERSION 3.18)
+
+function(profile name out)
+  execute_process(COMMAND bash ${SARN_SOURCE_DIR}/scripts/setup.sh --list ${name}
+                  RESULT_VARIABLE rc OUTPUT_VARIABLE list)
+  if(NOT rc EQUAL 0)
+    message(FATAL_ERROR "setup.sh --list ${name} failed")
+  endif()
+  string(REPLACE "\n" ";" list "${list}")
+  set(${out} ${list} PARENT_SCOPE)
+endfunction()
+
+set(tool_packages android-liblog-dev ninja-build rapidjson-dev)
+set(test_only valgrind g++-arm-linux-gnueabihf qemu-user clang-14 libclang-rt-14-dev libdvbv5-dev
+              pkg-config)
+profile(run run_list)
+profile(test test_list)
+foreach(pkg ${tool_packages})
+  if(NOT pkg IN_LIST run_list OR NOT pkg IN_LIST test_list)
+    message(FATAL_ERROR "${pkg} missing from a profile: run: ${run_list}; test: ${test_list}")
+  endif()
+endforeach()
+foreach(pkg ${test_only})
+  if(pkg IN_LIST run_list)
+    message(FATAL_ERROR "the run profile installs ${pkg}, which only the tests use")
+  endif()
+  if(NOT pkg IN_LIST test_list)
+    message(FATAL_ERROR "the test profile does not install ${pkg}")
+  endif()
+endforeach()
+
+foreach(script run test)
+  file(READ ${SARN_SOURCE_DIR}/scripts/${script}.sh text)
+  if(NOT text MATCHES "scripts/setup.sh\" ${script}\n")
+    message(FATAL_ERROR "scripts/${script}.sh does not call setup.sh with the ${script} profile")
+  endif()
+endforeach()
+message(STATUS "run: ${run_list}")
