@@ -482,7 +482,8 @@ TEST(SarnDump, RealCapturesGiveValidLinesAndEverySection) {
     for (const char* name :
          {"br-isdbtb-tv-integracao-rs204.ts", "isdbtb-lab-oneseg-mux.ts", "jp-isdbs-bs-excerpt.ts",
           "jp-isdbt-nit-1.ts", "jp-isdbt-nit-2.ts", "br-isdbtb-tv-integracao.tables.bin",
-          "jp-isdb-cable-swdl.tables.bin", "jp-isdbt-nhk-akita.tables.bin"}) {
+          "jp-isdb-cable-swdl.tables.bin", "jp-isdbt-nhk-akita.tables.bin",
+          "jp-isdbt-nhk-akita-tot.tables.bin", "dvb-mhp-ait-tot-excerpt.ts"}) {
         SCOPED_TRACE(name);
         const std::string path = dir + "/" + name;
         const Bytes file = readFile(path);
@@ -524,5 +525,5 @@ TEST(SarnDump, RealCapturesGiveValidLinesAndEverySection) {
             EXPECT_EQ(sections, referenceCounts(file));
         }
     }
-    EXPECT_EQ(files, 8);
+    EXPECT_EQ(files, 10);
 }
