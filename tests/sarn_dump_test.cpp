@@ -367,7 +367,7 @@ TEST(SarnDump, CommandLine) {
     r = runTool("'" + kSample + "'");
     EXPECT_EQ(r.status, 0);
     EXPECT_EQ(r.out.substr(0, kSamplePat.size() + 1), kSamplePat + "\n");
-    EXPECT_NE(r.err.find("sarn-dump: transport stream of 188-byte packets: 752 packets, 0 bytes "
+    EXPECT_NE(r.err.find("sarn-dump: transport stream of 188-byte packets: 754 packets, 0 bytes "
                          "skipped, 0 resyncs\n"),
               std::string::npos);
     EXPECT_EQ(summaryRows(r.err)[0], (std::vector<unsigned long long>{40, 1, 39, 0, 0, 0}));

@@ -9,6 +9,7 @@
 
 #include "DescriptorParse.h"
 #include "LogCapture.h"
+#include "SectionListing.h"
 #include "Sections.h"
 #include "TAITTable.h"
 #include "TDCTTable.h"
@@ -204,14 +205,14 @@ const std::map<std::string, std::vector<Outcome>> kExpected = {
 };
 
 // The bundled sample multiplex, in the same line format as the captures.
-std::vector<Bytes> sampleSections() {
-    std::vector<Bytes> all;
+std::vector<CapturedSection> sampleSections() {
+    std::vector<CapturedSection> all;
     std::ifstream in(std::string(SARN_SOURCE_DIR) + "/data/sample-sections.txt");
     std::string line;
     while (std::getline(in, line)) {
-        const size_t hex = line.rfind(' ');
-        if (line.rfind("pid=", 0) == 0 && hex != std::string::npos)
-            all.push_back(fromHex(line.substr(hex + 1)));
+        CapturedSection s{"sample-sections.txt", 0, 0, {}};
+        if (sarntool::parseListingLine(line.c_str(), s.pid, s.tableId, s.bytes))
+            all.push_back(std::move(s));
     }
     return all;
 }
@@ -274,7 +275,9 @@ TEST(SICaptures, EverySectionHasItsExpectedOutcome) {
 }
 
 TEST(SICaptures, CutAndDamagedSectionsStayInsideTheirBytes) {
-    std::vector<Bytes> sections = sampleSections();
+    std::vector<Bytes> sections;
+    for (auto& s : sampleSections())
+        sections.push_back(s.bytes);
     for (auto& s : capturedSections())
         sections.push_back(s.bytes);
     ASSERT_FALSE(sections.empty());
@@ -294,4 +297,48 @@ TEST(SICaptures, CutAndDamagedSectionsStayInsideTheirBytes) {
         }
         quiet.clear();
     }
+}
+
+TEST(SICaptures, SampleLogsOnlyForItsDamagedSection) {
+    // Every section of the bundled sample parses without a message and keeps
+    // its descriptors, except the one damaged on purpose: the extended
+    // schedule EIT, whose extended event descriptor has an item with a CR in
+    // its text and is dropped.
+    const std::vector<CapturedSection> sample = sampleSections();
+    EXPECT_EQ(sample.size(), 15u);
+    int damaged = 0;
+    for (CapturedSection s : sample) {
+        SCOPED_TRACE("pid " + std::to_string(s.pid) + " table_id " + std::to_string(s.tableId));
+        LogCapture log;
+        unsigned short code = 0xEEEE;
+        bool known = false;
+        TISDBTTable* t = parseTable(s.bytes, s.pid, 1, &code, &known);
+        ASSERT_NE(t, nullptr);
+        EXPECT_EQ(code, 0);
+        const std::string json = t->toJSON();
+        delete t;
+        if (s.pid == 0x0012 && s.tableId == 0x58) {
+            ++damaged;
+            EXPECT_EQ(log.texts(),
+                      (std::vector<std::string>{warnLine(
+                          "TExtendedEventDescriptorItem::parse Declared description length is "
+                          "larger than the buffer size (97 > 25)")}));
+            EXPECT_EQ(json.substr(json.find("\"event_loop\"")),
+                      "\"event_loop\":[{\"event_id\":272,\"start_time\":\"2026-11-23 06:00:00\","
+                      "\"duration\":\"02:00:00\",\"running_status\":4,\"free_CA_mode\":0,"
+                      "\"descriptors\":[]}]}");
+        } else {
+            EXPECT_EQ(log.texts(), std::vector<std::string>());
+        }
+        // The program's digital copy control descriptor, with its maximum bit rate.
+        if (s.pid == 0x0100) {
+            EXPECT_NE(json.find("\"programInfoDescriptors\":[{\"name\":"
+                                "\"digitalCopyControlDescriptor\",\"digitalRecordingControlData\":"
+                                "0,\"maximumBitrateFlag\":1,\"componentControlFlag\":0,"
+                                "\"copyControlType\":0,\"apsControlData\":0,\"maximumBitrate\":"
+                                "80,\"loop\":[]}]"),
+                      std::string::npos);
+        }
+    }
+    EXPECT_EQ(damaged, 1);
 }
