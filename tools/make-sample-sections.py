@@ -15,9 +15,9 @@ LISTING (standard output when absent) gets every distinct section as a line
 "pid=0xPPPP tid=0xTT len=N HEX". SAMPLE.ts gets four seconds of the
 multiplex as 188-byte packets: the tables repeated at broadcast rates
 (PAT and PMTs every 100 ms, EIT present/following every 500 ms, NIT, SDT and
-AIT every second, the EIT schedules every two seconds), the
-present/following EIT changing version after two seconds, two TOTs, sections packed several to a packet and spanning packets,
-and filler packets for video and audio. Regenerate the bundled files with
+AIT every second, EIT schedules every two seconds), the present/following
+EIT changing version after two seconds, two TOTs, sections packed several to
+a packet and spanning packets, and filler packets for video and audio. Regenerate the bundled files with
 
     tools/make-sample-sections.py data/sample-sections.txt --ts data/sample.ts
 """
@@ -205,12 +205,12 @@ add(AIT_PID, long_section(0x74, 0x0009, 1, ait))
 # THE ONE DELIBERATELY DAMAGED SECTION of the sample, kept apart from the
 # services' own tables: the extended schedule EIT (table_id 0x58) of the HD
 # service, with the long description of its first scheduled event. The cast
-# item's text was typed with a Windows line break (CR LF). The reader drops
-# control bytes such as CR from the stored text and then counts the item by
-# what it stored, one byte short of the wire, so the next item is read from
-# the wrong place and the whole extended event descriptor is dropped with a
-# warning: the event comes out with no descriptors. Everything else in the
-# sample is well formed.
+# item's text was typed with a Windows line break (CR LF). Every length is
+# right on the wire, but the library drops control bytes such as CR from the
+# stored text and then counts the item by what it stored, one byte short of
+# the wire, so the next item is read from the wrong place and the whole
+# extended event descriptor is dropped with a warning: the event comes out
+# with no descriptors. Everything else in the sample is well formed.
 # ---------------------------------------------------------------------------
 cast = b"Ana Lima\r\nBeto Souza"
 extended = bytes([0x00]) + b"por"
