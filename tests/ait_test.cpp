@@ -363,22 +363,46 @@ TEST(AIT, WrappedSectionLengthStaysInsideTheBuffer) {
                   warnLine("TISDBTTable::parse: Section length exceeds data length. Aborting!")}));
 }
 
-TEST(AIT, RealCapturesParseAndRender) {
-    auto all = capturedSections();
-    int aits = 0;
-    for (auto& s : all) {
-        if (s.tableId != 0x74)
-            continue;
-        unsigned short code = 0xFFFF;
-        TAITTable* t = parse(s.bytes, &code);
-        ASSERT_NE(t, nullptr) << s.file;
-        EXPECT_EQ(code, 0);
-        EXPECT_EQ(t->toJSON().rfind("{\"table_id\":116,", 0), 0u);
-        delete t;
-        ++aits;
+TEST(AIT, RealInteractionChannelApplicationFailsItsTable) {
+    // The Italian AIT on PID 0x1EC5 (its outcome among all the captured
+    // sections is stated in si_captures_test.cpp): one application whose
+    // transport protocol descriptor, at byte 104, names the interaction
+    // channel (protocol_id 3) and an HTTP URL.
+    Bytes b;
+    for (auto& s : capturedSections()) {
+        if (s.pid == 0x1EC5 && s.tableId == 0x74)
+            b = s.bytes;
     }
-    if (aits == 0)
-        GTEST_SKIP() << "no AIT section among the shared captures";
+    if (b.empty())
+        GTEST_SKIP() << "shared captures not present";
+    ASSERT_EQ(b.size(), 182u);
+    ASSERT_EQ(Bytes(b.begin() + 104, b.begin() + 108), (Bytes{0x02, 0x48, 0x00, 0x03}));
+    LogCapture log;
+    unsigned short code = 0xFFFF;
+    EXPECT_EQ(parse(b, &code), nullptr);
+    EXPECT_EQ(code, 2570);
+    const std::vector<std::string> failed = {warnLine("TAITTable::parse: Invalid item. Aborting!")};
+    EXPECT_EQ(log.texts(), failed);
+
+    // The same application announced over the object carousel (protocol_id
+    // 1) parses: the protocol alone fails the table.
+    b[107] = 0x01;
+    Bytes carousel = withCrc(Bytes(b.begin(), b.end() - 4));
+    TAITTable* t = parse(carousel, &code);
+    ASSERT_NE(t, nullptr);
+    EXPECT_EQ(code, 0);
+    EXPECT_EQ(log.texts(), failed);
+    ASSERT_EQ(t->getApplicationsCount(), 1);
+    const TApplication* app = t->getApplication("0000000B1AB5");
+    ASSERT_NE(app, nullptr);
+    EXPECT_EQ(app->getControlCode(), 2);
+    EXPECT_EQ(app->getDescriptorTags(), (std::list<unsigned char>{0x00, 0x01, 0x02, 0x03, 0x04}));
+    ASSERT_NE(app->getTransportProtocolDescriptor(), nullptr);
+    EXPECT_EQ(app->getTransportProtocolDescriptor()->getProtocolID(), 1);
+    EXPECT_EQ(app->getTransportProtocolDescriptor()->getTransportProtocolLabel(), 1);
+    EXPECT_NE(t->toJSON().find("\"initial_entity\":\"it.mediaset.schedulestv.PortaleLightXlet\""),
+              std::string::npos);
+    delete t;
 }
 
 TEST(AIT, CommonLoopKeepsEveryKindInSlotOrder) {

@@ -166,21 +166,3 @@ TEST(DCT, CarouselEntryOnItsOwn) {
                   line("TDatacasterCarousel::parse: Item length not valid: 2. Aborting!"),
                   line("TDatacasterCarousel::parse: Item length not valid: 0. Aborting!")}));
 }
-
-TEST(DCT, RealCapturesParse) {
-    int seen = 0;
-    for (auto& s : capturedSections()) {
-        if (s.tableId != 0x99)
-            continue;
-        ++seen;
-        unsigned short code = 0xFFFF;
-        TDCTTable* t = TDCTTable::parse(s.bytes.data(), static_cast<unsigned int>(s.bytes.size()),
-                                        1, 0, &code, nullptr);
-        ASSERT_NE(t, nullptr) << s.file;
-        EXPECT_EQ(code, 0);
-        EXPECT_EQ(t->toJSON().rfind("\"table_id\":153,", 0), 0u);
-        delete t;
-    }
-    if (seen == 0)
-        GTEST_SKIP() << "no DCT section in the shared captures";
-}

@@ -213,27 +213,3 @@ TEST(DsmccSection, DsiDiiAndDdbAreKeptWithoutParsing) {
     delete s;
     EXPECT_TRUE(log.lines().empty());
 }
-
-TEST(DsmccSection, RealCapturesParse) {
-    int seen = 0;
-    for (auto& s : capturedSections()) {
-        if (s.tableId < 0x3B || s.tableId > 0x3D)
-            continue;
-        ++seen;
-        unsigned short code = 0xFFFF;
-        const unsigned int n = static_cast<unsigned int>(s.bytes.size());
-        TISDBTTable* t = nullptr;
-        if (s.tableId == 0x3B)
-            t = TDsiDiiTable::parse(s.bytes.data(), n, 1, 0, &code, nullptr);
-        else if (s.tableId == 0x3C)
-            t = TDDBTable::parse(s.bytes.data(), n, 1, 0, &code, nullptr);
-        else
-            t = TDSMCCSectionTable::parse(s.bytes.data(), n, 1, 0, &code, nullptr);
-        ASSERT_NE(t, nullptr) << s.file << " pid " << s.pid;
-        EXPECT_EQ(code, 0) << s.file;
-        EXPECT_FALSE(t->toJSON().empty());
-        delete t;
-    }
-    if (seen == 0)
-        GTEST_SKIP() << "no DSM-CC section in the shared captures";
-}

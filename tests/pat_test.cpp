@@ -87,27 +87,22 @@ TEST(PAT, NetworkOnlyRepeatsAndPartialEntries) {
     delete t;
 }
 
-TEST(PAT, RealCapturesParseAndRender) {
-    auto all = capturedSections();
-    if (all.empty())
-        GTEST_SKIP() << "shared captures not present";
+TEST(PAT, RealCapturesRepeatedAreUnchanged) {
+    // Each captured PAT parses (all of them are listed with their outcome in
+    // si_captures_test.cpp) and, handed in again, is reported unchanged.
     int pats = 0;
-    for (auto& s : all) {
+    for (auto& s : capturedSections()) {
         if (s.tableId != 0x00)
             continue;
         unsigned short code = 0xFFFF;
-        TPATTable* t = TPATTable::parse(s.bytes.data(), static_cast<unsigned int>(s.bytes.size()),
-                                        0, 1, &code, nullptr);
+        const unsigned int n = static_cast<unsigned int>(s.bytes.size());
+        TPATTable* t = TPATTable::parse(s.bytes.data(), n, 0, 1, &code, nullptr);
         ASSERT_NE(t, nullptr) << s.file;
-        EXPECT_EQ(code, 0);
-        EXPECT_EQ(t->toJSON().rfind("{\"transportStreamId\":", 0), 0u);
-        // Repeated with the CRC on: unchanged.
-        EXPECT_EQ(TPATTable::parse(s.bytes.data(), static_cast<unsigned int>(s.bytes.size()), 0, 1,
-                                   &code, t),
-                  nullptr);
+        EXPECT_EQ(TPATTable::parse(s.bytes.data(), n, 0, 1, &code, t), nullptr);
         EXPECT_EQ(code, ERROR_TABLE_UNCHANGED);
         delete t;
         ++pats;
     }
-    EXPECT_GE(pats, 5);
+    if (pats == 0)
+        GTEST_SKIP() << "shared captures not present";
 }

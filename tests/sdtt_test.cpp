@@ -255,23 +255,3 @@ TEST(SDTT, WrappedSectionLengthStopsAtTheBuffer) {
     EXPECT_EQ(log.texts(), (std::vector<std::string>{line(
                                "TDownloadContent::parse: Item length not valid: 4. Aborting!")}));
 }
-
-TEST(SDTT, RealCapturesParse) {
-    int seen = 0;
-    for (auto& s : capturedSections()) {
-        if (s.tableId != 0xC3 || (s.pid != 0x0023 && s.pid != 0x0028))
-            continue;
-        ++seen;
-        unsigned short code = 0xFFFF;
-        TSDTTTable* t = TSDTTTable::parse(s.bytes.data(), static_cast<unsigned int>(s.bytes.size()),
-                                          1, 0, &code, nullptr);
-        ASSERT_NE(t, nullptr) << s.file;
-        EXPECT_EQ(code, 0) << s.file;
-        EXPECT_EQ(t->toJSON().rfind("\"table_id\":195,", 0), 0u);
-        for (int i = 0; i < t->getDownloadContentSize(); ++i)
-            EXPECT_NE(t->getDownloadContent(static_cast<unsigned char>(i)), nullptr);
-        delete t;
-    }
-    if (seen == 0)
-        GTEST_SKIP() << "no SDTT section in the shared captures";
-}

@@ -3,7 +3,11 @@
 
 The sections describe a small ISDB-Tb multiplex: one full-segment service
 with a Ginga-NCL application and its one-seg companion. Every section carries
-a correct CRC32.
+a correct CRC32, and every descriptor is well formed and allowed where it
+stands, except in ONE DELIBERATELY DAMAGED SECTION, the last one: an extended
+schedule EIT (table_id 0x58) whose extended event descriptor has an item
+broken by a control byte, so that a reader of the output can see what a
+dropped descriptor looks like. It is labelled where it is built below.
 
     make-sample-sections.py [LISTING] [--ts SAMPLE.ts]
 
@@ -11,9 +15,9 @@ LISTING (standard output when absent) gets every distinct section as a line
 "pid=0xPPPP tid=0xTT len=N HEX". SAMPLE.ts gets four seconds of the
 multiplex as 188-byte packets: the tables repeated at broadcast rates
 (PAT and PMTs every 100 ms, EIT present/following every 500 ms, NIT, SDT and
-AIT every second), the present/following EIT changing version after two
-seconds, two TOTs, sections packed several to a packet and spanning packets,
-and filler packets for video and audio. Regenerate the bundled files with
+AIT every second, EIT schedules every two seconds), the present/following
+EIT changing version after two seconds, two TOTs, sections packed several to
+a packet and spanning packets, and filler packets for video and audio. Regenerate the bundled files with
 
     tools/make-sample-sections.py data/sample-sections.txt --ts data/sample.ts
 """
@@ -97,7 +101,9 @@ es += bytes([0x05]) + u16(0xE000 | AIT_PID) + loop(
     0xF, desc(0x52, b"\x40") + desc(0xFD, u16(0x00A3) + b"\x00"))
 es += bytes([0x0B]) + u16(0xE902) + loop(
     0xF, desc(0x13, b"\x00\x00\x00\x01\x00") + desc(0x52, b"\x41"))
-pmt = u16(0xE111) + loop(0xF, desc(0xC1, b"\x20")) + es
+# Digital copy control: copy free, maximum_bitrate_flag set, so the
+# maximum bit rate byte follows (80 units of 250 kbit/s: 20 Mbit/s).
+pmt = u16(0xE111) + loop(0xF, desc(0xC1, b"\x20\x50")) + es
 add(PMT_PID, long_section(0x02, SERVICE, 2, pmt, syntax=0xB0))
 
 # One-seg PMT.
@@ -105,11 +111,15 @@ es = bytes([0x1B]) + u16(0xE181) + loop(0xF, desc(0x52, b"\x81"))
 es += bytes([0x11]) + u16(0xE183) + loop(0xF, desc(0x52, b"\x83"))
 add(ONESEG_PMT_PID, long_section(0x02, ONESEG, 2, u16(0xE181) + loop(0xF, b"") + es, syntax=0xB0))
 
-# NIT actual: network name, TS information, terrestrial delivery, partial reception.
+# NIT actual: network name, TS information, terrestrial delivery, partial
+# reception, service list. The library renders the first two; it allows the
+# others in the NIT but has no class for them there and steps over them.
 net_desc = desc(0x40, b"SARN TV")
 ts_info = bytes([21, (len(b"SARN") << 2) | 1]) + b"SARN" + bytes([0x0F, 2]) + u16(SERVICE) + u16(ONESEG)
 ts_desc = desc(0xCD, ts_info)
-ts_desc += desc(0xFA, u16(0x0A2C) + u16(0x1A3E))
+# Terrestrial delivery: area code 0x0A2, guard interval 1/8 (10), mode 3 (10)
+# and UHF channel 29 (563.142857 MHz) in units of 1/7 MHz.
+ts_desc += desc(0xFA, u16(0x0A2A) + u16(3942))
 ts_desc += desc(0xFB, u16(ONESEG))
 ts_desc += desc(0x41, u16(SERVICE) + b"\x01" + u16(ONESEG) + b"\xC0")
 nit = loop(0xF, net_desc) + loop(0xF, u16(TSID) + u16(NETWORK) + loop(0xF, ts_desc))
@@ -124,12 +134,18 @@ add(0x0011, long_section(0x42, TSID, 4, sdt))
 
 # EIT present/following, actual: section 0 is the event on air, section 1
 # the next one. The table changes version when the next event starts.
-def event(event_id, start, duration, name, text, genre, rating):
+def event_item(event_id, start, duration, descriptors):
+    return u16(event_id) + start + bytes(duration) + u16(0x8000 | len(descriptors)) + descriptors
+
+
+def event(event_id, start, duration, name, text, genre, rating, component=True):
+    """An event with its name, genre, age rating and (not in one-seg EITs) video component."""
     d = desc(0x4D, b"por" + bytes([len(name)]) + name + bytes([len(text)]) + text)
     d += desc(0x54, bytes([genre, 0xEE]))
     d += desc(0x55, b"BRA" + bytes([rating]))
-    d += desc(0x50, bytes([0xF1, 0xB3, 0x00]) + b"por")
-    return u16(event_id) + start + bytes(duration) + u16(0x8000 | len(d)) + d
+    if component:
+        d += desc(0x50, bytes([0xF1, 0xB3, 0x00]) + b"por")
+    return event_item(event_id, start, duration, d)
 
 
 def eit_section(table_id, service, version, number, last, events, segment_last=None):
@@ -149,9 +165,10 @@ EIT_PF_2 = [eit_section(0x4E, SERVICE, 6, 0, 1, NOVELA), eit_section(0x4E, SERVI
 for s in EIT_PF_1 + EIT_PF_2:
     add(0x0012, s)
 
-# One-seg present event on the one-seg EIT PID.
+# One-seg present event on the one-seg EIT PID; a one-seg event carries no
+# component descriptor.
 EIT_ONESEG = eit_section(0x4E, ONESEG, 1, 0, 0, event(0x0201, mjd_utc(2026, 11, 22, 18, 0, 0),
-                         [0x01, 0x00, 0x00], b"Jornal SARN", b"", 0x00, 0x01))
+                         [0x01, 0x00, 0x00], b"Jornal SARN", b"", 0x00, 0x01, component=False))
 add(0x0027, EIT_ONESEG)
 
 # EIT schedule, one section of eight events: long enough to span packets.
@@ -162,9 +179,10 @@ for i in range(8):
 EIT_SCHEDULE = eit_section(0x50, SERVICE, 1, 0, 0, schedule, segment_last=0)
 add(0x0012, EIT_SCHEDULE)
 
-# TOT with the Brazilian local time offset (UTC-3, no change scheduled).
+# TOT with the Brazilian local time offset (UTC-3, no change scheduled: the
+# next offset is the same).
 lto = b"BRA" + bytes([(1 << 2) | 0x02 | 0x01]) + u16(0x0300) + mjd_utc(2027, 2, 21, 0, 0, 0)
-lto += u16(0x0200)
+lto += u16(0x0300)
 TOTS = [short_section(0x73, mjd_utc(2026, 11, 22, 21, 30, t) + loop(0xF, desc(0x58, lto)))
         for t in (5, 8)]
 for s in TOTS:
@@ -182,6 +200,27 @@ app_descs += desc(0x07, bytes([1]) + b"/" + bytes([0]) + b"main.ncl")
 app = bytes([0x00, 0x00, 0x00, 0x0A]) + u16(0x0001) + b"\x01" + loop(0xF, app_descs)
 ait = loop(0xF, b"") + loop(0xF, app)
 add(AIT_PID, long_section(0x74, 0x0009, 1, ait))
+
+# ---------------------------------------------------------------------------
+# THE ONE DELIBERATELY DAMAGED SECTION of the sample, kept apart from the
+# services' own tables: the extended schedule EIT (table_id 0x58) of the HD
+# service, with the long description of its first scheduled event. The cast
+# item's text was typed with a Windows line break (CR LF). Every length is
+# right on the wire, but the library drops control bytes such as CR from the
+# stored text and then counts the item by what it stored, one byte short of
+# the wire, so the next item is read from the wrong place and the whole
+# extended event descriptor is dropped with a warning: the event comes out
+# with no descriptors. Everything else in the sample is well formed.
+# ---------------------------------------------------------------------------
+cast = b"Ana Lima\r\nBeto Souza"
+extended = bytes([0x00]) + b"por"
+extended += bytes([2 + len(b"Elenco") + len(cast)]) + bytes([len(b"Elenco")]) + b"Elenco"
+extended += bytes([len(cast)]) + cast
+extended += bytes([len(b"Gravado em Porto Alegre.")]) + b"Gravado em Porto Alegre."
+EIT_DAMAGED = eit_section(0x58, SERVICE, 1, 0, 0,
+                          event_item(0x0110, mjd_utc(2026, 11, 23, 6, 0, 0), [0x02, 0x00, 0x00],
+                                     desc(0x4E, extended)), segment_last=0)
+add(0x0012, EIT_DAMAGED)
 
 # ---------------------------------------------------------------------------
 # The multiplex: which sections go out when, then packets.
@@ -208,6 +247,8 @@ def schedule_at(t):
         out += [(0x0010, [NIT]), (0x0011, [SDT]), (0x0027, [EIT_ONESEG]), (AIT_PID, [AIT])]
     if due(t, 2000, 60):
         out.append((0x0012, [EIT_SCHEDULE]))
+    if due(t, 2000, 70):
+        out.append((0x0012, [EIT_DAMAGED]))
     if due(t, 3000, 500):
         out.append((0x0014, [TOTS[t // 3000]]))
     return out

@@ -77,14 +77,21 @@ std::vector<CapturedSection> capturedSections() {
     }
     std::sort(names.begin(), names.end());
     for (const std::string& name : names) {
-        std::ifstream in(dir + "/" + name);
-        std::string line;
-        while (std::getline(in, line)) {
-            unsigned int pid = 0, tid = 0;
-            Bytes bytes;
-            if (sarntool::parseListingLine(line.c_str(), pid, tid, bytes))
-                all.push_back({name, pid, tid, std::move(bytes)});
-        }
+        std::vector<CapturedSection> file = listedSections(dir + "/" + name, name);
+        all.insert(all.end(), file.begin(), file.end());
+    }
+    return all;
+}
+
+std::vector<CapturedSection> listedSections(const std::string& path, const std::string& name) {
+    std::vector<CapturedSection> all;
+    std::ifstream in(path);
+    std::string line;
+    while (std::getline(in, line)) {
+        unsigned int pid = 0, tid = 0;
+        Bytes bytes;
+        if (sarntool::parseListingLine(line.c_str(), pid, tid, bytes))
+            all.push_back({name, pid, tid, std::move(bytes)});
     }
     return all;
 }

@@ -42,4 +42,7 @@ std::string capturesDir();
 /** Every section of every listing in the captures directory (empty when absent). */
 std::vector<CapturedSection> capturedSections();
 
+/** Every section of one listing file, each marked with name (empty when unreadable). */
+std::vector<CapturedSection> listedSections(const std::string& path, const std::string& name);
+
 #endif
