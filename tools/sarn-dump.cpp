@@ -194,6 +194,8 @@ void catchStopSignals(sigset_t* waitMask) {
 // executable, this one takes the place of liblog's for the library: the
 // lines go to the session, which attaches each to the line of the section
 // that was being read, and never to standard error.
+extern "C" int __android_log_print(int priority, const char* tag, const char* format, ...)
+    __attribute__((format(printf, 3, 4)));
 extern "C" int __android_log_print(int priority, const char* tag, const char* format, ...) {
     (void)tag;  // always the library's
     char text[1024];
