@@ -1,14 +1,18 @@
 // sarn-dump: text conversion, JSON lines, repeat suppression, input
 // recognition, and the tool itself over the bundled sample and the real
 // captures.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <map>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -45,11 +49,12 @@ std::vector<std::string> lines(const std::string& text) {
     return out;
 }
 
-/** One line parsed by a real JSON parser: its four numbers and whether it has a table. */
+/** One line parsed by a real JSON parser: its four numbers, whether it has a table, its log. */
 struct Line {
     bool valid = false;
     unsigned int pid = 0, tableId = 0, sectionNumber = 0, error = 0;
     bool table = false, tableText = false;
+    std::vector<std::string> log;  // "<priority> <text>"
 };
 
 Line parseLine(const std::string& text) {
@@ -69,7 +74,19 @@ Line parseLine(const std::string& text) {
     l.error = doc["error"].GetUint();
     l.table = doc.HasMember("table") && doc["table"].IsObject();
     l.tableText = doc.HasMember("table_text") && doc["table_text"].IsString();
-    l.valid = doc.MemberCount() == 4u + (l.table || l.tableText ? 1u : 0u);
+    const bool log = doc.HasMember("log");
+    if (log) {
+        if (!doc["log"].IsArray() || doc["log"].Empty())
+            return l;
+        for (const auto& entry : doc["log"].GetArray()) {
+            if (!entry.IsObject() || entry.MemberCount() != 2 || !entry.HasMember("priority") ||
+                !entry["priority"].IsInt() || !entry.HasMember("text") || !entry["text"].IsString())
+                return l;
+            l.log.push_back(std::to_string(entry["priority"].GetInt()) + " " +
+                            entry["text"].GetString());
+        }
+    }
+    l.valid = doc.MemberCount() == 4u + (l.table || l.tableText ? 1u : 0u) + (log ? 1u : 0u);
 #else
     (void)text;
 #endif
@@ -136,6 +153,59 @@ std::map<unsigned int, std::vector<unsigned long long>> summaryRows(const std::s
             rows[(pid << 8) | tid] = v;
     }
     return rows;
+}
+
+void writeFile(const std::string& path, const Bytes& bytes) {
+    std::ofstream out(path, std::ios::binary);
+    out.write(reinterpret_cast<const char*>(bytes.data()),
+              static_cast<std::streamsize>(bytes.size()));
+}
+
+/** A section of up to 183 bytes in a 188-byte packet of its own. */
+Bytes packet(unsigned int pid, unsigned int cc, const Bytes& section) {
+    Bytes p = {0x47, static_cast<unsigned char>(0x40 | (pid >> 8)),
+               static_cast<unsigned char>(pid & 0xFF),
+               static_cast<unsigned char>(0x10 | (cc & 0x0F)), 0x00};
+    p.insert(p.end(), section.begin(), section.end());
+    p.resize(188, 0xFF);
+    return p;
+}
+
+// A PAT of TS 1 mapping program 1 to the PMT PID 0x0100, and that PMT with
+// a digital copy control descriptor cut short (C1 01 20: a bitrate flagged,
+// no byte for it), which the library drops with a warning.
+const Bytes kPat =
+    withCrc({0x00, 0xB0, 0x0D, 0x00, 0x01, 0xC1, 0x00, 0x00, 0x00, 0x01, 0xE1, 0x00});
+const Bytes kPmtDroppingADescriptor =
+    withCrc({0x02, 0xB0, 0x15, 0x00, 0x01, 0xC1, 0x00, 0x00, 0xE1, 0x11,
+             0xF0, 0x03, 0xC1, 0x01, 0x20, 0x1B, 0xE1, 0x11, 0xF0, 0x00});
+const std::string kDroppedDescriptorLog =
+    "SarnISDBTUtils: TDigitalCopyControlDescriptor::parse: Longer data length is required: 0 < 1. "
+    "Aborting!";
+
+/** PAT and PMT, three times. */
+Bytes craftedStream() {
+    Bytes ts;
+    for (unsigned int cc = 0; cc < 3; ++cc) {
+        const Bytes pat = packet(0, cc, kPat), pmt = packet(0x100, cc, kPmtDroppingADescriptor);
+        ts.insert(ts.end(), pat.begin(), pat.end());
+        ts.insert(ts.end(), pmt.begin(), pmt.end());
+    }
+    return ts;
+}
+
+/** The "log" column of the summary row of pid and table_id; -1 when there is none. */
+long long logColumn(const std::string& err, unsigned int pid, unsigned int tableId) {
+    char head[16];
+    std::snprintf(head, sizeof head, "0x%04X 0x%02X", pid, tableId);
+    for (const std::string& l : lines(err)) {
+        unsigned long long v[7];
+        if (l.rfind(head, 0) == 0 &&
+            std::sscanf(l.c_str() + 11, "%llu %llu %llu %llu %llu %llu %llu", &v[0], &v[1], &v[2],
+                        &v[3], &v[4], &v[5], &v[6]) == 7)
+            return static_cast<long long>(v[6]);
+    }
+    return -1;
 }
 
 const std::string kSample = std::string(SARN_SOURCE_DIR) + "/data/sample.ts";
@@ -215,9 +285,26 @@ TEST(SarnDump, JsonLinesAreAlwaysValid) {
     } else {
         EXPECT_EQ(writer.textFallbacks(), 3u);
     }
+    // What the library logged for a section: escaped, converted like the
+    // broadcast text; with --raw only escaped.
+    const std::vector<LogEntry> logged = {{5, "a \"b\"\\ \x01 \xA4"}, {6, "x"}};
+    std::string withLog, rawLog;
+    writer.append(withLog, 16, 64, 0, 2568, nullptr, &logged);
+    EXPECT_EQ(withLog,
+              "{\"pid\":16,\"table_id\":64,\"section_number\":0,\"error\":2568,\"log\":[{"
+              "\"priority\":5,\"text\":\"a \\\"b\\\"\\\\ \\u0001 \xE2\x82\xAC\"},"
+              "{\"priority\":6,\"text\":\"x\"}]}\n");
+    JsonLineWriter(latin9, true).append(rawLog, 16, 64, 0, 2568, nullptr, &logged);
+    EXPECT_EQ(rawLog,
+              "{\"pid\":16,\"table_id\":64,\"section_number\":0,\"error\":2568,\"log\":[{"
+              "\"priority\":5,\"text\":\"a \\\"b\\\"\\\\ \\u0001 \xA4\"},"
+              "{\"priority\":6,\"text\":\"x\"}]}\n");
     REQUIRE_JSON_PARSER();
     for (const std::string& l : lines(out))
         EXPECT_TRUE(parseLine(l).valid) << l;
+    const Line parsed = parseLine(withLog);
+    EXPECT_TRUE(parsed.valid);
+    EXPECT_EQ(parsed.log, (std::vector<std::string>{"5 a \"b\"\\ \x01 \xE2\x82\xAC", "6 x"}));
 
     // --raw: the library's text exactly, whatever it is.
     JsonLineWriter exact(latin9, true);
@@ -339,7 +426,7 @@ TEST(SarnDump, RecognisesItsInputs) {
     EXPECT_EQ(garbage.session.format(), DumpSession::Format::Unrecognised);
     Session empty;
     EXPECT_EQ(empty.run(Bytes()), "");
-    EXPECT_EQ(empty.session.format(), DumpSession::Format::Undecided);
+    EXPECT_EQ(empty.session.format(), DumpSession::Format::Unrecognised);
 }
 
 TEST(SarnDump, CommandLine) {
@@ -353,6 +440,25 @@ TEST(SarnDump, CommandLine) {
         EXPECT_TRUE(r.out.empty()) << bad;
         EXPECT_NE(r.err.find("Try 'sarn-dump --help'."), std::string::npos) << bad;
     }
+    // An option's value is neither the input nor another option.
+    const std::string tryHelp = "Try 'sarn-dump --help'.\n";
+    r = runTool("--pid capture.ts");
+    EXPECT_EQ(r.status, 2);
+    EXPECT_EQ(r.err, "sarn-dump: missing value for --pid\n" + tryHelp);
+    EXPECT_EQ(runTool("--table --all x").err, "sarn-dump: missing value for --table\n" + tryHelp);
+    EXPECT_EQ(runTool("--charset - x").err, "sarn-dump: missing value for --charset\n" + tryHelp);
+    EXPECT_EQ(runTool("--pid 12x x").err, "sarn-dump: bad PID list: 12x\n" + tryHelp);
+
+    // The version is the project's.
+    std::smatch version;
+    const Bytes cmake = readFile(std::string(SARN_SOURCE_DIR) + "/CMakeLists.txt");
+    const std::string cmakeText(cmake.begin(), cmake.end());
+    ASSERT_TRUE(std::regex_search(
+        cmakeText, version, std::regex("project\\(\\s*SarnISDBTUtils\\s+VERSION\\s+([0-9.]+)")));
+    r = runTool("--version");
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.out, "sarn-dump " + version[1].str() + "\n");
+
     r = runTool("/nonexistent/file.ts");
     EXPECT_EQ(r.status, 1);
     EXPECT_EQ(r.err, "sarn-dump: cannot read /nonexistent/file.ts: No such file or directory\n");
@@ -530,4 +636,210 @@ TEST(SarnDump, RealCapturesGiveValidLinesAndEverySection) {
         }
     }
     EXPECT_EQ(files, 10);
+}
+
+TEST(SarnDump, NoStreamFoundAndLeadingJunk) {
+    // One rule for an input in which nothing is found: empty or megabytes
+    // of zeros, it is refused the same way.
+    Session empty, zeros;
+    EXPECT_EQ(empty.run(Bytes()), "");
+    EXPECT_EQ(empty.session.format(), DumpSession::Format::Unrecognised);
+    EXPECT_EQ(zeros.run(Bytes(3 << 20, 0x00), 1 << 20), "");
+    EXPECT_EQ(zeros.session.format(), DumpSession::Format::Unrecognised);
+    const std::string base = testing::TempDir() + "/sarn_dump_input_" + std::to_string(getpid());
+    writeFile(base + ".empty", Bytes());
+    writeFile(base + ".zeros", Bytes(3 << 20, 0x00));
+    for (const char* kind : {".empty", ".zeros"}) {
+        const ToolRun r = runTool("-", base + kind);
+        EXPECT_EQ(r.status, 1) << kind;
+        EXPECT_EQ(r.out, "") << kind;
+        EXPECT_EQ(r.err,
+                  "sarn-dump: -: not a transport stream, a section dump or a section listing\n")
+            << kind;
+        std::remove((base + kind).c_str());
+    }
+
+    // Packets after more than a megabyte of junk (sync bytes here and there
+    // in it) are found, fed as the tool reads.
+    Bytes junk(1536 * 1024, 0x00);
+    for (size_t i = 0; i < junk.size(); i += 1001)
+        junk[i] = 0x47;
+    const Bytes ts = craftedStream();
+    Bytes input = junk;
+    input.insert(input.end(), ts.begin(), ts.end());
+    Session late;
+    const std::vector<std::string> printed = lines(late.run(input, 1 << 20));
+    EXPECT_EQ(late.session.format(), DumpSession::Format::TransportStream);
+    ASSERT_EQ(printed.size(), 2u);
+    EXPECT_EQ(printed[0].rfind("{\"pid\":0,\"table_id\":0,\"section_number\":0,\"error\":0,", 0),
+              0u);
+    ASSERT_NE(late.session.transportStream(), nullptr);
+    EXPECT_EQ(late.session.transportStream()->skippedBytes(), junk.size());
+    EXPECT_EQ(late.session.tableCounts().at(0).sections, 3u);
+}
+
+TEST(SarnDump, LibraryLogGoesIntoTheSectionLine) {
+    const std::string path =
+        testing::TempDir() + "/sarn_dump_log_" + std::to_string(getpid()) + ".ts";
+    writeFile(path, craftedStream());
+    const std::string tail =
+        ",\"log\":[{\"priority\":5,\"text\":\"" + kDroppedDescriptorLog + "\"}]}";
+
+    // The PMT's line carries the warning; the repeats of the PMT are not
+    // parsed again, so they log nothing.
+    ToolRun r = runTool("'" + path + "'");
+    EXPECT_EQ(r.status, 0);
+    std::vector<std::string> printed = lines(r.out);
+    ASSERT_EQ(printed.size(), 2u);
+    EXPECT_EQ(printed[0].find("\"log\""), std::string::npos);
+    ASSERT_GT(printed[1].size(), tail.size());
+    EXPECT_EQ(printed[1].rfind("{\"pid\":256,\"table_id\":2,\"section_number\":0,\"error\":0,", 0),
+              0u);
+    EXPECT_EQ(printed[1].substr(printed[1].size() - tail.size()), tail);
+    // Nothing of it on standard error but the counts.
+    EXPECT_EQ(r.err.find("TDigitalCopyControlDescriptor"), std::string::npos) << r.err;
+    EXPECT_EQ(logColumn(r.err, 0x100, 0x02), 1);
+    EXPECT_EQ(logColumn(r.err, 0x000, 0x00), 0);
+    EXPECT_NE(r.err.find("\nsarn-dump: lines logged by the library: 1, 1 of them under \"log\" in "
+                         "the output\n"),
+              std::string::npos)
+        << r.err;
+
+    // Filtered out, the line goes, the count stays.
+    r = runTool("--pid 0 '" + path + "'");
+    EXPECT_EQ(r.out.find("\"log\""), std::string::npos);
+    EXPECT_EQ(logColumn(r.err, 0x100, 0x02), 1);
+    EXPECT_NE(r.err.find("lines logged by the library: 1, 0 of them"), std::string::npos);
+
+    // --raw keeps it, and --all shows that the repeats logged nothing.
+    const std::string pmtLine = printed[1];
+    r = runTool("--raw --all '" + path + "'");
+    printed = lines(r.out);
+    ASSERT_EQ(printed.size(), 6u);
+    EXPECT_EQ(printed[1].substr(printed[1].size() - tail.size()), tail);
+    EXPECT_EQ(printed[3], "{\"pid\":256,\"table_id\":2,\"section_number\":0,\"error\":2561}");
+    std::remove(path.c_str());
+    REQUIRE_JSON_PARSER();
+    const Line line = parseLine(pmtLine);
+    EXPECT_TRUE(line.valid);
+    EXPECT_TRUE(line.table);
+    EXPECT_EQ(line.log, std::vector<std::string>{"5 " + kDroppedDescriptorLog});
+}
+
+namespace {
+
+/** sarn-dump on standard input, with the given descriptors as its input and output. */
+pid_t startTool(int in, int out, const std::string& errPath) {
+    const std::string command =
+        "exec " + std::string(SARN_DUMP_RUNNER) + " '" + SARN_DUMP_EXE + "' -";
+    const pid_t pid = fork();
+    if (pid == 0) {
+        const int err = open(errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        dup2(in, STDIN_FILENO);
+        dup2(out, STDOUT_FILENO);
+        dup2(err, STDERR_FILENO);
+        for (int signal : {SIGINT, SIGTERM, SIGPIPE})
+            std::signal(signal, SIG_DFL);
+        sigset_t none;
+        sigemptyset(&none);
+        sigprocmask(SIG_SETMASK, &none, nullptr);
+        execl("/bin/sh", "sh", "-c", command.c_str(), static_cast<char*>(nullptr));
+        _exit(127);
+    }
+    return pid;
+}
+
+/** What arrives on fd until a line is complete, the end, or ten seconds without data. */
+std::string readLine(int fd) {
+    std::string got;
+    while (got.find('\n') == std::string::npos) {
+        pollfd p{fd, POLLIN, 0};
+        char buffer[4096];
+        if (poll(&p, 1, 10000) <= 0)
+            break;
+        const ssize_t n = read(fd, buffer, sizeof buffer);
+        if (n <= 0)
+            break;
+        got.append(buffer, static_cast<size_t>(n));
+    }
+    return got;
+}
+
+std::string readAll(int fd) {
+    std::string got, more;
+    while (!(more = readLine(fd)).empty())
+        got += more;
+    return got;
+}
+
+}  // namespace
+
+TEST(SarnDump, LiveUseLineByLineAndStopSignals) {
+    const auto previousSigpipe = std::signal(SIGPIPE, SIG_IGN);
+    const std::string base = testing::TempDir() + "/sarn_dump_live_" + std::to_string(getpid());
+    const Bytes ts = craftedStream();
+    for (int stop : {SIGTERM, SIGINT}) {
+        SCOPED_TRACE(stop);
+        // Part of a stream through a pipe that stays open: the first line
+        // comes out at once, not when a buffer fills or the input ends.
+        int in[2], out[2];
+        ASSERT_EQ(pipe2(in, O_CLOEXEC), 0);
+        ASSERT_EQ(pipe2(out, O_CLOEXEC), 0);
+        const pid_t pid = startTool(in[0], out[1], base + ".err");
+        close(in[0]);
+        close(out[1]);
+        ASSERT_EQ(write(in[1], ts.data(), 5 * 188), 5 * 188);
+        std::string got = readLine(out[0]);
+        EXPECT_NE(got.find('\n'), std::string::npos) << "no line before the end of the input";
+        // Stopped: the lines of what was read, the summary, 128 + the signal.
+        kill(pid, stop);
+        int status = 0;
+        ASSERT_EQ(waitpid(pid, &status, 0), pid);
+        ASSERT_TRUE(WIFEXITED(status));
+        EXPECT_EQ(WEXITSTATUS(status), 128 + stop);
+        got += readAll(out[0]);
+        const std::vector<std::string> printed = lines(got);
+        ASSERT_EQ(printed.size(), 2u) << got;  // the PAT, then the PMT with its log
+        EXPECT_EQ(got.back(), '\n');
+        EXPECT_EQ(
+            printed[0].rfind("{\"pid\":0,\"table_id\":0,\"section_number\":0,\"error\":0,", 0), 0u);
+        EXPECT_NE(printed[1].find(",\"log\":[{\"priority\":5,"), std::string::npos);
+        close(in[1]);
+        close(out[0]);
+        const Bytes errBytes = readFile(base + ".err");
+        const std::string err(errBytes.begin(), errBytes.end());
+        EXPECT_EQ(err.rfind(std::string("sarn-dump: stopped by ") +
+                                (stop == SIGINT ? "SIGINT" : "SIGTERM") +
+                                "\nsarn-dump: transport stream of 188-byte packets: 5 packets",
+                            0),
+                  0u)
+            << err;
+        EXPECT_EQ(summaryRows(err)[0], (std::vector<unsigned long long>{3, 1, 2, 0, 0, 0}));
+    }
+
+    // A closed output: the summary, and the status of SIGPIPE.
+    const std::string path = base + ".ts";
+    writeFile(path, ts);
+    int out[2];
+    ASSERT_EQ(pipe2(out, O_CLOEXEC), 0);
+    close(out[0]);
+    const int in = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_GE(in, 0);
+    const pid_t pid = startTool(in, out[1], base + ".err");
+    close(in);
+    close(out[1]);
+    int status = 0;
+    ASSERT_EQ(waitpid(pid, &status, 0), pid);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 128 + SIGPIPE);
+    const Bytes errBytes = readFile(base + ".err");
+    const std::string err(errBytes.begin(), errBytes.end());
+    EXPECT_EQ(err.rfind("sarn-dump: stopped: the output was closed\nsarn-dump: transport stream of "
+                        "188-byte packets: 6 packets",
+                        0),
+              0u)
+        << err;
+    std::remove(path.c_str());
+    std::remove((base + ".err").c_str());
+    std::signal(SIGPIPE, previousSigpipe);
 }

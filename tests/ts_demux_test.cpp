@@ -392,3 +392,43 @@ TEST(TsDemux, LearnsPidsFromPatAndPmt) {
     EXPECT_EQ(learner.guessPid(&bat, 1), 0x11u);
     EXPECT_EQ(learner.guessPid(&dct, 1), sarntool::kNullPid);
 }
+
+TEST(TsDemux, PacketSizeChangesMidStream) {
+    // Ten sections over 188-byte packets; from packet `from` on the stream
+    // carries 204-byte packets (16 bytes of parity, never a sync byte), or
+    // the other way round.
+    std::vector<Bytes> sections;
+    for (unsigned int v = 0; v < 10; ++v)
+        sections.push_back(section(0x40, 150 + 40 * v, v & 0x1F));
+    const std::vector<Bytes> packets = packetize(0x10, sections);
+    ASSERT_EQ(packets.size(), 19u);
+    const Sections all = run(join(packets))->got();
+    ASSERT_EQ(all.size(), 10u);
+    auto mixed = [&](unsigned int firstSize, size_t from) {
+        Bytes out;
+        for (size_t i = 0; i < packets.size(); ++i) {
+            out.insert(out.end(), packets[i].begin(), packets[i].end());
+            if ((i < from) == (firstSize == 204))
+                out.insert(out.end(), 16, 0xA5);
+        }
+        return out;
+    };
+    for (unsigned int first : {188u, 204u}) {
+        SCOPED_TRACE(first);
+        const Bytes stream = mixed(first, 7);
+        auto r = run(stream);
+        EXPECT_EQ(r->got(), all);
+        EXPECT_EQ(r->demux.packetSize(), first == 188 ? 204u : 188u);
+        EXPECT_EQ(r->demux.packetCount(), 19u);
+        EXPECT_EQ(r->demux.resyncCount(), 1u);
+        EXPECT_EQ(r->demux.skippedBytes(), 0u);
+        EXPECT_EQ(r->pid(0x10).continuityBreaks, 0u);
+        // Fed one byte at a time, the same sections come out.
+        Collected bytewise;
+        TsDemux slow(bytewise);
+        for (unsigned char byte : stream)
+            slow.feed(&byte, 1);
+        slow.finish();
+        EXPECT_EQ(bytewise.got, all);
+    }
+}

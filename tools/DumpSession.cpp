@@ -1,12 +1,16 @@
 #include "DumpSession.h"
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
 
 namespace sarntool {
 
 namespace {
 
-// Enough of the input to tell its kind: a run of sync bytes, or a whole section.
+// Enough of the input to tell a listing or a dump, which begin with their
+// first line or section; past that only packets, after any amount of junk.
 constexpr size_t kDetectBytes = 64 * 1024;
 constexpr size_t kFlushBytes = 64 * 1024;
 
@@ -15,10 +19,13 @@ constexpr size_t kFlushBytes = 64 * 1024;
 DumpSession::DumpSession(const DumpOptions& options, const TextConverter& converter, std::FILE* out)
     : options(options), out(out), writer(converter, options.exactText) {}
 
+DumpSession::DumpSession(const DumpOptions& options, const TextConverter& converter, int fd)
+    : options(options), fd(fd), writer(converter, options.exactText) {}
+
 DumpSession::~DumpSession() = default;
 
 void DumpSession::feed(const unsigned char* data, size_t length) {
-    if (kind == Format::Undecided) {
+    if (kind == Format::Undecided && !ts) {
         head.insert(head.end(), data, data + length);
         decide(false);
         return;
@@ -27,7 +34,7 @@ void DumpSession::feed(const unsigned char* data, size_t length) {
 }
 
 void DumpSession::finish() {
-    if (kind == Format::Undecided && !head.empty())
+    if (kind == Format::Undecided && !ts && !head.empty())
         decide(true);
     if (ts)
         ts->finish();
@@ -35,6 +42,8 @@ void DumpSession::finish() {
         dump->finish();
     if (listing)
         listing->finish();
+    if (kind == Format::Undecided)
+        kind = ts && ts->hasSynced() ? Format::TransportStream : Format::Unrecognised;
     flush();
 }
 
@@ -51,10 +60,14 @@ void DumpSession::decide(bool eof) {
     } else if (TsDemux::findSync(d, n, eof, &offset) != 0) {
         kind = Format::TransportStream;
         ts.reset(new TsDemux(*this));
-    } else if (eof || n >= kDetectBytes) {
+    } else if (eof) {
         kind = Format::Unrecognised;
+    } else if (n >= kDetectBytes) {
+        // Junk, then perhaps packets: the demultiplexer skips what can never
+        // begin one, so memory stays bounded however long the junk goes on.
+        ts.reset(new TsDemux(*this));
     }
-    if (kind == Format::Undecided)
+    if (kind == Format::Undecided && !ts)
         return;
     std::vector<unsigned char> first;
     first.swap(head);
@@ -62,9 +75,11 @@ void DumpSession::decide(bool eof) {
 }
 
 void DumpSession::route(const unsigned char* data, size_t length) {
-    if (ts)
+    if (ts) {
         ts->feed(data, length);
-    else if (dump)
+        if (kind == Format::Undecided && ts->hasSynced())
+            kind = Format::TransportStream;
+    } else if (dump)
         dump->feed(data, length);
     else if (listing)
         listing->feed(data, length);
@@ -81,9 +96,13 @@ void DumpSession::onSection(unsigned int pid, unsigned char* section, unsigned i
     if (length == 0)
         return;
     const unsigned int tableId = section[0];
+    sectionLog.clear();
+    inSection = true;
     const SectionResult r = dispatch.handle(pid, section, length);
+    inSection = false;
     TableCounts& c = counts[(pid << 8) | tableId];
     ++c.sections;
+    c.logLines += sectionLog.size();
     if (!r.known) {
         ++c.noClass;
         return;
@@ -103,15 +122,43 @@ void DumpSession::onSection(unsigned int pid, unsigned char* section, unsigned i
     if (!selected(pid, tableId))
         return;
     writer.append(pending, pid, tableId, r.sectionNumber, r.error,
-                  r.json.empty() ? nullptr : &r.json);
+                  r.json.empty() ? nullptr : &r.json, &sectionLog);
     ++lines;
-    if (pending.size() >= kFlushBytes)
+    logPrinted += sectionLog.size();
+    if (options.flushEachLine || pending.size() >= kFlushBytes)
         flush();
 }
 
+void DumpSession::libraryLog(int priority, const char* text) {
+    ++logTotal;
+    if (inSection)
+        sectionLog.push_back({priority, text});
+}
+
 void DumpSession::flush() {
-    if (out != nullptr && !pending.empty())
+    if (pending.empty())
+        return;
+    if (writeErrno != 0) {
+        // The output is gone: the lines are only counted.
+    } else if (fd >= 0) {
+        const char* p = pending.data();
+        size_t left = pending.size();
+        while (left > 0) {
+            const ssize_t n = write(fd, p, left);
+            if (n < 0 && errno == EINTR)
+                continue;
+            if (n < 0) {
+                writeErrno = errno;
+                break;
+            }
+            p += n;
+            left -= static_cast<size_t>(n);
+        }
+    } else if (out != nullptr) {
         std::fwrite(pending.data(), 1, pending.size(), out);
+        if (options.flushEachLine)
+            std::fflush(out);
+    }
     pending.clear();
 }
 
@@ -135,13 +182,11 @@ void DumpSession::printSummary(std::FILE* err) const {
                          listing->sectionCount(), listing->badLines());
             break;
         case Format::Undecided:
-            std::fprintf(err, "sarn-dump: empty input\n");
-            return;
         case Format::Unrecognised:
             return;
     }
-    std::fprintf(err, "%-6s %-5s %9s %9s %9s %9s %9s %9s  %s\n", "pid", "table", "sections",
-                 "parsed", "repeated", "crc_err", "failed", "no_class", "failures by code");
+    std::fprintf(err, "%-6s %-5s %9s %9s %9s %9s %9s %9s %9s  %s\n", "pid", "table", "sections",
+                 "parsed", "repeated", "crc_err", "failed", "no_class", "log", "failures by code");
     for (const auto& entry : counts) {
         const TableCounts& c = entry.second;
         std::string codes;
@@ -151,9 +196,10 @@ void DumpSession::printSummary(std::FILE* err) const {
                           f.second);
             codes += item;
         }
-        std::fprintf(err, "0x%04X 0x%02X  %9llu %9llu %9llu %9llu %9llu %9llu  %s\n",
+        std::fprintf(err, "0x%04X 0x%02X  %9llu %9llu %9llu %9llu %9llu %9llu %9llu  %s\n",
                      entry.first >> 8, entry.first & 0xFF, c.sections, c.parsed, c.repeated,
-                     c.crcErrors, c.failed, c.noClass, codes.empty() ? "-" : codes.c_str());
+                     c.crcErrors, c.failed, c.noClass, c.logLines,
+                     codes.empty() ? "-" : codes.c_str());
     }
     if (ts) {
         std::fprintf(err, "%-6s %9s %9s %9s %9s %9s\n", "pid", "packets", "cc_breaks", "discarded",
@@ -164,6 +210,11 @@ void DumpSession::printSummary(std::FILE* err) const {
                          p.continuityBreaks, p.discarded, p.transportErrors, p.scrambled);
         }
     }
+    if (logTotal > 0)
+        std::fprintf(err,
+                     "sarn-dump: lines logged by the library: %llu, %llu of them under "
+                     "\"log\" in the output\n",
+                     logTotal, logPrinted);
     if (writer.textFallbacks() > 0)
         std::fprintf(err, "sarn-dump: %llu tables printed as \"table_text\" (not valid JSON)\n",
                      writer.textFallbacks());

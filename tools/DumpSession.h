@@ -21,6 +21,7 @@ namespace sarntool {
 struct DumpOptions {
     bool all = false;                  // also print sections that repeat a table (code 2561)
     bool exactText = false;            // print the library's text unchanged
+    bool flushEachLine = false;        // write every line out as soon as it is complete
     std::vector<unsigned int> pids;    // print only these PIDs (empty: every PID)
     std::vector<unsigned int> tables;  // print only these table_ids (empty: every table_id)
 };
@@ -33,6 +34,7 @@ struct TableCounts {
     unsigned long long crcErrors = 0;  // code 2566
     unsigned long long failed = 0;     // any other failure
     unsigned long long noClass = 0;    // no table class of the library takes them
+    unsigned long long logLines = 0;   // lines the library logged while reading them
     std::map<unsigned int, unsigned long long> failures;  // "failed" by code
 };
 
@@ -42,14 +44,35 @@ class DumpSession : private SectionSink {
 
     /** Lines go to out; with a null out they are counted and dropped. */
     DumpSession(const DumpOptions& options, const TextConverter& converter, std::FILE* out);
+    /**
+     * Lines go to the file descriptor fd, each written whole: a write that
+     * a signal interrupts is carried on. After a failed write nothing more
+     * is written (writeError()).
+     */
+    DumpSession(const DumpOptions& options, const TextConverter& converter, int fd);
     ~DumpSession() override;
     DumpSession(const DumpSession&) = delete;
     DumpSession& operator=(const DumpSession&) = delete;
 
     void feed(const unsigned char* data, size_t length);
-    /** End of input: the last sections go out and the output is flushed. */
+    /**
+     * End of input: the last sections go out and the output is flushed. An
+     * input in which nothing was recognised, an empty one included, is then
+     * Unrecognised.
+     */
     void finish();
 
+    /**
+     * A line that the library logged. While a section is read it goes into
+     * that section's JSON line under "log"; every line is counted.
+     */
+    void libraryLog(int priority, const char* text);
+
+    /**
+     * Undecided until the input is recognised. An input that is neither a
+     * listing nor a dump is searched for packets to its end, with bounded
+     * memory, however much comes before them.
+     */
     Format format() const { return kind; }
     /** Counts by (PID << 8 | table_id). */
     const std::map<unsigned int, TableCounts>& tableCounts() const { return counts; }
@@ -57,6 +80,11 @@ class DumpSession : private SectionSink {
     const TsDemux* transportStream() const { return ts.get(); }
     unsigned long long linesWritten() const { return lines; }
     unsigned long long textFallbacks() const { return writer.textFallbacks(); }
+    /** Lines the library logged, and how many of them went out attached to a printed line. */
+    unsigned long long logLines() const { return logTotal; }
+    unsigned long long logLinesPrinted() const { return logPrinted; }
+    /** errno of the write that failed, 0 while the output is fine. */
+    int writeError() const { return writeErrno; }
 
     /** The summary: sections per PID and table, then packets per PID. */
     void printSummary(std::FILE* err) const;
@@ -69,7 +97,9 @@ class DumpSession : private SectionSink {
     bool selected(unsigned int pid, unsigned int tableId) const;
 
     DumpOptions options;
-    std::FILE* out;
+    std::FILE* out = nullptr;
+    int fd = -1;
+    int writeErrno = 0;
     Format kind = Format::Undecided;
     std::vector<unsigned char> head;  // first bytes, until the format is known
     std::unique_ptr<TsDemux> ts;
@@ -80,6 +110,10 @@ class DumpSession : private SectionSink {
     std::string pending;
     std::map<unsigned int, TableCounts> counts;
     unsigned long long lines = 0;
+    bool inSection = false;
+    std::vector<LogEntry> sectionLog;  // logged while the current section is read
+    unsigned long long logTotal = 0;
+    unsigned long long logPrinted = 0;
 };
 
 }  // namespace sarntool

@@ -226,7 +226,7 @@ void appendJsonStringContents(std::string& out, const std::string& text) {
 
 void JsonLineWriter::append(std::string& out, unsigned int pid, unsigned int tableId,
                             unsigned int sectionNumber, unsigned int error,
-                            const std::string* table) {
+                            const std::string* table, const std::vector<LogEntry>* log) {
     char head[96];
     const int n = std::snprintf(head, sizeof head,
                                 "{\"pid\":%u,\"table_id\":%u,\"section_number\":%u,\"error\":%u",
@@ -249,6 +249,23 @@ void JsonLineWriter::append(std::string& out, unsigned int pid, unsigned int tab
                 out += '"';
             }
         }
+    }
+    if (log != nullptr && !log->empty()) {
+        out += ",\"log\":[";
+        for (const LogEntry& entry : *log) {
+            const int m = std::snprintf(head, sizeof head, "%s{\"priority\":%d,\"text\":\"",
+                                        &entry == &log->front() ? "" : ",", entry.priority);
+            out.append(head, static_cast<size_t>(m));
+            if (exactText) {
+                appendJsonStringContents(out, entry.text);
+            } else {
+                converted.clear();
+                appendJsonStringContents(converted, entry.text);
+                converter.append(out, converted.data(), converted.size());
+            }
+            out += "\"}";
+        }
+        out += ']';
     }
     out += "}\n";
 }

@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <string>
+#include <vector>
 
 namespace sarntool {
 
@@ -57,21 +58,31 @@ bool isValidJson(const std::string& text, bool utf8);
  */
 void appendJsonStringContents(std::string& out, const std::string& text);
 
+/** A line that the library logged: its priority (5 warning, 6 error) and text. */
+struct LogEntry {
+    int priority;
+    std::string text;
+};
+
 /**
  * Writes the line of one section:
  * {"pid":P,"table_id":T,"section_number":S,"error":E,"table":{...}}.
  * The table member is the converted rendering when it is valid JSON, else
  * "table_text" with that rendering as a string; with exactText the
- * library's text goes out unchanged under "table".
+ * library's text goes out unchanged under "table". Lines that the library
+ * logged for the section follow as "log":[{"priority":5,"text":"..."}],
+ * their text escaped and converted like broadcast text (only escaped with
+ * exactText).
  */
 class JsonLineWriter {
   public:
     JsonLineWriter(const TextConverter& converter, bool exactText)
         : converter(converter), exactText(exactText) {}
 
-    /** table may be null (a section that gave no table). */
+    /** table may be null (a section that gave no table), log null or empty (nothing logged). */
     void append(std::string& out, unsigned int pid, unsigned int tableId,
-                unsigned int sectionNumber, unsigned int error, const std::string* table);
+                unsigned int sectionNumber, unsigned int error, const std::string* table,
+                const std::vector<LogEntry>* log = nullptr);
 
     unsigned long long textFallbacks() const { return fallbacks; }
 

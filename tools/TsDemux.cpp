@@ -300,25 +300,38 @@ void TsDemux::consume(bool eof) {
         }
         if (left <= size && !eof)
             break;  // wait for the next sync byte
-        // Out of step: this packet was cut short, or bytes that belong to no
-        // packet follow it. Whole packets before the next sync get through.
-        bool wait = false;
-        const size_t next = nextSync(pos + 1, eof, &wait);
+        // Out of step: this packet was cut short, bytes that belong to no
+        // packet follow it, or the packet size changed. The next sync byte
+        // that the following one confirms at the current size, or else the
+        // next run of sync bytes at any size, tells where packets go on; a
+        // whole packet before it still gets through.
+        bool waitInStep = false;
+        const size_t stepSync = nextSync(pos + 1, eof, &waitInStep);
+        size_t off = 0;
+        unsigned int found = findSync(d + pos + 1, left - 1, eof, &off);
+        size_t next = pos + 1 + off;
+        if (!waitInStep && stepSync < filled && stepSync <= next) {
+            next = stepSync;
+            found = size;
+        }
         const size_t gap = next - pos;
+        const bool wait = found == 0 && next < filled;  // a run may begin at next
         if (wait && gap < kTsPacket)
             break;  // too little data to tell
         if (d[pos] == kSyncByte && gap >= kTsPacket) {
             packet(d + pos);
-            skipped += gap > size ? gap - size : 0;
+            const size_t length = found != 0 ? found : size;
+            skipped += gap > length ? gap - length : 0;
         } else {
             skipped += gap;
         }
-        ++resyncs;
         pos = next;
-        if (next == filled && !wait)
-            size = 0;  // nothing in step at all: find the packet size again
-        if (wait)
-            break;
+        if (found != 0) {
+            ++resyncs;
+            size = found;
+        } else {
+            size = 0;  // the packet size is found again once a run is in
+        }
     }
     std::memmove(buffer.data(), d + pos, filled - pos);
     filled -= pos;

@@ -129,6 +129,8 @@ class TsDemux {
     unsigned long long packetCount() const { return packets; }
     unsigned long long skippedBytes() const { return skipped; }
     unsigned long long resyncCount() const { return resyncs; }
+    /** True once a run of packets has been found. */
+    bool hasSynced() const { return everSynced; }
     /** PIDs whose sections were assembled, in increasing order. */
     std::vector<unsigned int> followedPids() const;
     /** Counters of a followed PID; all zero for another. */

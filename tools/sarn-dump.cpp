@@ -4,13 +4,21 @@
 // Input: a transport stream (188, 192 or 204-byte packets), a dump of
 // concatenated sections, or a section listing ("pid=0x0011 tid=0x42 len=N
 // <hex>" per line); the kind is told from the content.
+//
+// Live use (a tuner piped in, the output piped on): lines go out one by one
+// unless the output is a regular file, and SIGINT, SIGTERM or a closed
+// output end the run as the end of the input does, with the summary, and
+// the exit status 128 + the signal number.
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cctype>
 #include <cerrno>
 #include <chrono>
+#include <csignal>
+#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -23,7 +31,35 @@ namespace {
 
 constexpr int kExitUnreadable = 1;
 constexpr int kExitUsage = 2;
+constexpr int kExitSignalled = 128;  // + the signal number, as a shell reports it
 constexpr size_t kReadSize = 1 << 20;
+
+#ifndef SARN_VERSION
+#define SARN_VERSION "unknown"
+#endif
+
+// The signal that ends the run; set by the handler, read by the loop.
+volatile std::sig_atomic_t stopSignal = 0;
+
+void onStopSignal(int signal) {
+    stopSignal = signal;
+}
+
+const char* signalName(int signal) {
+    switch (signal) {
+        case SIGINT:
+            return "SIGINT";
+        case SIGTERM:
+            return "SIGTERM";
+        case SIGPIPE:
+            return "SIGPIPE";
+        default:
+            return "a signal";
+    }
+}
+
+// The session that takes the library's log lines (see __android_log_print below).
+sarntool::DumpSession* logReceiver = nullptr;
 
 void usage(std::FILE* out) {
     std::fprintf(
@@ -44,8 +80,16 @@ void usage(std::FILE* out) {
         "                    (8-bit bytes written unchanged)\n"
         "  --raw             print the library's JSON text exactly as it is\n"
         "  -h, --help        this text\n"
+        "  --version         the version\n"
         "\n"
-        "Exit status: 0 done, 1 input unreadable or not recognised, 2 bad usage.\n");
+        "Lines that the library logs while it reads a section go into that section's line\n"
+        "under \"log\". Unless the output is a regular file each line is written at once.\n"
+        "Leading bytes that are not packets are skipped however many there are; an input in\n"
+        "which nothing is recognised by its end, an empty one too, is refused.\n"
+        "\n"
+        "Exit status: 0 done, 1 input unreadable or not recognised, or output not written,\n"
+        "2 bad usage, 130 on SIGINT, 143 on SIGTERM and 141 when the output is closed\n"
+        "(after the summary).\n");
     if (!sarntool::haveJsonCheck())
         std::fprintf(out,
                      "This build has no JSON parser: every table is printed as a string "
@@ -117,7 +161,60 @@ class Progress {
     std::chrono::steady_clock::time_point lastDraw;
 };
 
+/**
+ * Whether the argument after an option can be its value: never another
+ * option or "-" (standard input), and for a list only what begins with a
+ * digit, so that "--pid capture.ts" does not read the input name as a list.
+ */
+bool canBeValue(const std::string& option, const char* next) {
+    if (next[0] == '-')
+        return false;
+    return option == "--charset" || std::isdigit(static_cast<unsigned char>(next[0]));
+}
+
+/** Turns the stop signals into a flag; they are blocked but while the input is awaited. */
+void catchStopSignals(sigset_t* waitMask) {
+    struct sigaction action {};
+    action.sa_handler = onStopSignal;
+    sigemptyset(&action.sa_mask);
+    sigset_t stopSignals;
+    sigemptyset(&stopSignals);
+    for (int signal : {SIGINT, SIGTERM, SIGPIPE}) {
+        sigaction(signal, &action, nullptr);
+        sigaddset(&stopSignals, signal);
+    }
+    sigprocmask(SIG_BLOCK, &stopSignals, waitMask);
+    for (int signal : {SIGINT, SIGTERM, SIGPIPE})
+        sigdelset(waitMask, signal);
+}
+
 }  // namespace
+
+// The library logs through liblog's __android_log_print. Defined in the
+// executable, this one takes the place of liblog's for the library: the
+// lines go to the session, which attaches each to the line of the section
+// that was being read, and never to standard error.
+extern "C" int __android_log_print(int priority, const char* tag, const char* format, ...)
+    __attribute__((format(printf, 3, 4)));
+extern "C" int __android_log_print(int priority, const char* tag, const char* format, ...) {
+    (void)tag;  // always the library's
+    char text[1024];
+    va_list args;
+    va_start(args, format);
+    va_list again;
+    va_copy(again, args);
+    const int n = std::vsnprintf(text, sizeof text, format, args);
+    va_end(args);
+    std::string longer;
+    if (n >= static_cast<int>(sizeof text)) {
+        longer.resize(static_cast<size_t>(n));
+        std::vsnprintf(&longer[0], longer.size() + 1, format, again);
+    }
+    va_end(again);
+    if (logReceiver != nullptr && n >= 0)
+        logReceiver->libraryLog(priority, longer.empty() ? text : longer.c_str());
+    return 1;
+}
 
 int main(int argc, char** argv) {
     sarntool::DumpOptions options;
@@ -134,7 +231,7 @@ int main(int argc, char** argv) {
         }
         const bool takesValue = name == "--pid" || name == "--table" || name == "--charset";
         if (!endOfOptions && takesValue && value == nullptr) {
-            if (i + 1 >= argc)
+            if (i + 1 >= argc || !canBeValue(name, argv[i + 1]))
                 return badUsage("missing value for ", arg);
             value = argv[++i];
         }
@@ -146,6 +243,9 @@ int main(int argc, char** argv) {
             endOfOptions = true;
         } else if (name == "--help" || name == "-h") {
             usage(stdout);
+            return 0;
+        } else if (name == "--version" && value == nullptr) {
+            std::printf("sarn-dump %s\n", SARN_VERSION);
             return 0;
         } else if (name == "--all" && value == nullptr) {
             options.all = true;
@@ -178,12 +278,22 @@ int main(int argc, char** argv) {
     }
     Progress progress(S_ISREG(st.st_mode) ? static_cast<long long>(st.st_size) : 0,
                       isatty(STDERR_FILENO) && !isatty(STDOUT_FILENO));
+    struct stat outStat {};
+    options.flushEachLine = fstat(STDOUT_FILENO, &outStat) != 0 || !S_ISREG(outStat.st_mode);
+    sigset_t waitMask;
+    catchStopSignals(&waitMask);
 
-    sarntool::DumpSession session(options, converter, stdout);
+    sarntool::DumpSession session(options, converter, STDOUT_FILENO);
+    logReceiver = &session;
     std::vector<unsigned char> buffer(kReadSize);
     long long done = 0;
     int status = 0;
-    while (true) {
+    while (stopSignal == 0 && session.writeError() == 0) {
+        // A stop signal is let in only here, so that none is missed between
+        // the check above and a read that would wait for input.
+        pollfd input{fd, POLLIN, 0};
+        if (ppoll(&input, 1, nullptr, &waitMask) < 0 && errno == EINTR)
+            continue;
         const ssize_t n = read(fd, buffer.data(), buffer.size());
         if (n < 0 && errno == EINTR)
             continue;
@@ -196,26 +306,36 @@ int main(int argc, char** argv) {
         if (n == 0)
             break;
         session.feed(buffer.data(), static_cast<size_t>(n));
-        if (session.format() == sarntool::DumpSession::Format::Unrecognised)
-            break;
         done += n;
         progress.update(done);
     }
     if (!standardInput)
         close(fd);
     session.finish();
+    logReceiver = nullptr;
     progress.clear();
-    if (session.format() == sarntool::DumpSession::Format::Unrecognised) {
+
+    // A closed output shows as EPIPE: SIGPIPE is blocked while lines are written.
+    const int signal = stopSignal != 0                 ? static_cast<int>(stopSignal)
+                       : session.writeError() == EPIPE ? SIGPIPE
+                                                       : 0;
+    if (signal == SIGPIPE)
+        std::fprintf(stderr, "sarn-dump: stopped: the output was closed\n");
+    else if (signal != 0)
+        std::fprintf(stderr, "sarn-dump: stopped by %s\n", signalName(signal));
+    else if (session.writeError() != 0)
+        std::fprintf(stderr, "sarn-dump: error writing the output: %s\n",
+                     std::strerror(session.writeError()));
+    if (session.format() == sarntool::DumpSession::Format::Unrecognised && signal == 0 &&
+        status == 0) {
         std::fprintf(stderr,
                      "sarn-dump: %s: not a transport stream, a section dump or a section "
                      "listing\n",
                      path);
         return kExitUnreadable;
     }
-    if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
-        std::fprintf(stderr, "sarn-dump: error writing the output: %s\n", std::strerror(errno));
+    if (session.writeError() != 0 && signal == 0)
         status = kExitUnreadable;
-    }
     session.printSummary(stderr);
-    return status;
+    return signal != 0 ? kExitSignalled + signal : status;
 }
