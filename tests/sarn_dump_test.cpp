@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -477,6 +478,23 @@ TEST(SarnDump, CommandLine) {
                          "skipped, 0 resyncs\n"),
               std::string::npos);
     EXPECT_EQ(summaryRows(r.err)[0], (std::vector<unsigned long long>{40, 1, 39, 0, 0, 0}));
+    // The sample's one damaged section (the extended schedule EIT) is the only
+    // line with the library's log, and the log goes nowhere else.
+    std::vector<std::string> logged;
+    for (const std::string& l : lines(r.out))
+        if (l.find("\"log\":") != std::string::npos)
+            logged.push_back(l);
+    ASSERT_EQ(logged.size(), 1u);
+    EXPECT_EQ(logged[0].substr(0, 50),
+              "{\"pid\":18,\"table_id\":88,\"section_number\":0,\"error\"");
+    const std::string damaged =
+        ",\"log\":[{\"priority\":5,\"text\":\"SarnISDBTUtils: TExtendedEventDescriptorItem::"
+        "parse Declared description length is larger than the buffer size (97 > 25)\"}]}";
+    EXPECT_EQ(logged[0].substr(logged[0].size() - std::min(logged[0].size(), damaged.size())),
+              damaged);
+    EXPECT_EQ(r.err.find("TExtendedEventDescriptorItem"), std::string::npos);
+    EXPECT_NE(r.err.find("sarn-dump: lines logged by the library: 1, 1 of them under \"log\""),
+              std::string::npos);
     ToolRun piped = runTool("--pid=0x0000 --table 0 --all -", kSample);
     EXPECT_EQ(piped.status, 0);
     EXPECT_EQ(lines(piped.out).size(), 40u);
