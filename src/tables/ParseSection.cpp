@@ -20,7 +20,8 @@ namespace {
 
 // The registry of table kinds. The classes' parse functions take the CRC
 // switch in different places (and the EIT its variant, the TOT whether to
-// read its descriptors); each kind wraps its class into one shape.
+// read its descriptors); each kind wraps its class into one shape, in which
+// previous is null or already of the class's own type (sameClass below).
 using TableParser = TISDBTTable* (*)(unsigned char* data, unsigned int length, int checkCrc,
                                      unsigned short* error, unsigned int pid, void* previous);
 
