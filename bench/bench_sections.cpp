@@ -240,30 +240,10 @@ unsigned int crcMpeg2(const unsigned char* p, size_t n) {
     return c;
 }
 
-TISDBTTable* parseSection(const Section& s, int crc) {
-    unsigned char* d = const_cast<unsigned char*>(s.bytes.data());
-    const unsigned int n = static_cast<unsigned int>(s.bytes.size());
+TISDBTTable* parseOne(const Section& s, int crc) {
     unsigned short err = 0;
-    switch (s.kind) {
-        case PAT:
-            return TPATTable::parse(d, n, 0, crc, &err, nullptr);
-        case PMT:
-            return TPMTTable::parse(d, n, 0, crc, &err, nullptr);
-        case NIT:
-            return TNITTable::parse(d, n, crc, 0, &err, nullptr);
-        case SDT:
-            return TSDTTable::parse(d, n, 0, crc, &err, nullptr);
-        case EIT:
-            return TEITTable::parse(d, n, s.pid == 0x12, crc, 0, &err, nullptr);
-        case TOT:
-            return TTOTTable::parse(d, n, crc, 1, &err, nullptr);
-        case AIT:
-            return TAITTable::parse(d, n, 0, crc, &err, nullptr);
-        case SDTT:
-            return TSDTTTable::parse(d, n, crc, 0, &err, nullptr);
-        default:
-            return nullptr;
-    }
+    return Sarn::parseSection(const_cast<unsigned char*>(s.bytes.data()),
+                              static_cast<unsigned int>(s.bytes.size()), crc, &err, s.pid);
 }
 
 std::vector<const Section*> select(const std::vector<Section>& from, int kind) {
@@ -295,7 +275,7 @@ void runParse(benchmark::State& state, const std::vector<Section>& from, int kin
     const unsigned long long a0 = gAllocations, b0 = gAllocatedBytes;
     for (auto _ : state) {
         for (const Section* s : set) {
-            TISDBTTable* t = parseSection(*s, crc);
+            TISDBTTable* t = parseOne(*s, crc);
             benchmark::DoNotOptimize(t);
             delete t;
         }
@@ -321,7 +301,7 @@ void BM_ToJSON(benchmark::State& state) {
     }
     std::vector<TISDBTTable*> tables;
     for (const Section* s : set)
-        tables.push_back(parseSection(*s, 0));
+        tables.push_back(parseOne(*s, 0));
     const unsigned long long a0 = gAllocations, b0 = gAllocatedBytes;
     for (auto _ : state)
         for (TISDBTTable* t : tables)

@@ -1,5 +1,6 @@
 # sarn_public_classes(<var> <include dir>): the classes and structs that the
-# public headers declare at namespace level, sorted. They make the exported
+# public headers declare at namespace level, and the free functions they
+# declare there (at the start of a line), sorted. They make the exported
 # interface of the shared library (cmake/SarnISDBTUtils.map.in).
 function(sarn_public_classes out dir)
   file(GLOB headers ${dir}/*.h)
@@ -8,6 +9,11 @@ function(sarn_public_classes out dir)
     file(STRINGS ${h} lines REGEX "^(class|struct)[ \t]+[A-Za-z_0-9]+[ \t]*(final)?[ \t]*[:{]")
     foreach(line ${lines})
       string(REGEX REPLACE "^(class|struct)[ \t]+([A-Za-z_0-9]+).*" "\\2" name "${line}")
+      list(APPEND classes ${name})
+    endforeach()
+    file(STRINGS ${h} lines REGEX "^[A-Za-z_][A-Za-z_0-9:<>]*[ \t*&]+[a-z][A-Za-z_0-9]*\\(")
+    foreach(line ${lines})
+      string(REGEX REPLACE "^[A-Za-z_][A-Za-z_0-9:<>]*[ \t*&]+([a-z][A-Za-z_0-9]*)\\(.*" "\\1" name "${line}")
       list(APPEND classes ${name})
     endforeach()
   endforeach()

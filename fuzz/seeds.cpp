@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "DescriptorKinds.h"
+#include "FuzzDescriptors.h"
+#include "FuzzTables.h"
 #include "SectionListing.h"
-#include "TableKinds.h"
 
 namespace {
 
@@ -52,21 +52,17 @@ int main(int argc, char** argv) {
             std::vector<unsigned char> section;
             if (!sarntool::parseListingLine(line.c_str(), pid, tid, section))
                 continue;
-            for (unsigned int k = 0; k < sarnfuzz::kTableKindCount; ++k) {
-                if (!sarnfuzz::kTableKinds[k].matches(pid, tid))
-                    continue;
-                std::vector<unsigned char> seed(1, static_cast<unsigned char>(k));
-                seed.insert(seed.end(), section.begin(), section.end());
-                writeSeed(out + "/tables", count++, seed);
-            }
+            std::vector<unsigned char> tableSeed(1, sarnfuzz::selectorOf(pid));
+            tableSeed.insert(tableSeed.end(), section.begin(), section.end());
+            writeSeed(out + "/tables", count++, tableSeed);
             // Descriptor seeds: every place in the section where a known tag is
             // followed by a length that fits is taken as a candidate descriptor.
             for (size_t p = 3; p + 2 <= section.size(); ++p) {
                 const size_t whole = 2u + section[p + 1];
                 if (p + whole > section.size())
                     continue;
-                for (unsigned int k = 0; k < sarnfuzz::kDescriptorKindCount; ++k) {
-                    if (sarnfuzz::kDescriptorKinds[k].tag != section[p])
+                for (unsigned int k = 0; k < sarnfuzz::kindCount(); ++k) {
+                    if (sarnfuzz::tagOf(k) != section[p])
                         continue;
                     std::vector<unsigned char> seed(1, static_cast<unsigned char>(k));
                     seed.insert(seed.end(), section.begin() + static_cast<long>(p),

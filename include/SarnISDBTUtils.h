@@ -15,6 +15,7 @@
 #include "TISDBTVersionedTable.h"
 
 // Tables
+#include "ParseSection.h"
 #include "TAITTable.h"
 #include "TDCTTable.h"
 #include "TDDBTable.h"

@@ -8,19 +8,8 @@
 
 #include "DescriptorParse.h"
 #include "LogCapture.h"
+#include "ParseSection.h"
 #include "Sections.h"
-#include "TAITTable.h"
-#include "TDCTTable.h"
-#include "TDDBTable.h"
-#include "TDSMCCSectionTable.h"
-#include "TDsiDiiTable.h"
-#include "TEITTable.h"
-#include "TNITTable.h"
-#include "TPATTable.h"
-#include "TPMTTable.h"
-#include "TSDTTTable.h"
-#include "TSDTTable.h"
-#include "TTOTTable.h"
 
 using namespace Sarn;
 
@@ -30,47 +19,15 @@ bool isSiTable(const Bytes& b) {
 }
 
 // The table class of the section's table_id (and, for the EIT, of its PID),
-// with each class's own CRC argument set to crc; null with *known false for
-// a table_id that no class takes.
+// with its CRC switch set to crc; null with *known false for a table_id
+// that no class takes.
 TISDBTTable* parseTable(Bytes& b, unsigned int pid, int crc, unsigned short* code,
                         bool* known = nullptr) {
-    unsigned char* data = b.empty() ? nullptr : b.data();
-    const unsigned int length = static_cast<unsigned int>(b.size());
-    const unsigned int tableId = b.empty() ? 0x100 : b[0];
+    TISDBTTable* t = parseSection(b.empty() ? nullptr : b.data(),
+                                  static_cast<unsigned int>(b.size()), crc, code, pid);
     if (known != nullptr)
-        *known = true;
-    switch (tableId) {
-        case 0x00:
-            return TPATTable::parse(data, length, 0, crc, code, nullptr);
-        case 0x02:
-            return TPMTTable::parse(data, length, 0, crc, code, nullptr);
-        case 0x3B:
-            return TDsiDiiTable::parse(data, length, crc, 0, code, nullptr);
-        case 0x3C:
-            return TDDBTable::parse(data, length, crc, 0, code, nullptr);
-        case 0x3D:
-            return TDSMCCSectionTable::parse(data, length, crc, 0, code, nullptr);
-        case 0x40:
-            return TNITTable::parse(data, length, crc, 0, code, nullptr);
-        case 0x42:
-            return TSDTTable::parse(data, length, 0, crc, code, nullptr);
-        case 0x73:
-            return TTOTTable::parse(data, length, crc, 1, code, nullptr);
-        case 0x74:
-            return TAITTable::parse(data, length, 0, crc, code, nullptr);
-        case 0x99:
-            return TDCTTable::parse(data, length, crc, 0, code, nullptr);
-        case 0xC3:
-            return TSDTTTable::parse(data, length, crc, 0, code, nullptr);
-        default:
-            break;
-    }
-    // Event information: full-segment on 0x0012, one-segment elsewhere.
-    if (tableId >= 0x4E && tableId <= 0x6F)
-        return TEITTable::parse(data, length, pid == 0x0012 ? 1 : 0, crc, 0, code, nullptr);
-    if (known != nullptr)
-        *known = false;
-    return nullptr;
+        *known = t != nullptr || *code != ERROR_UNEXPECTED_TABLE_ID;
+    return t;
 }
 
 // What one section of a capture gives. The CRC (its last four bytes)

@@ -4,6 +4,36 @@
 
 namespace sarntool {
 
+namespace {
+
+enum class Route { None, Table, Tot, EventPid, HeaderOnly };
+
+/**
+ * Which sections the tool hands to the library, as a receiver following the
+ * ISDB-T PIDs does: the PAT, NIT, SDT and TOT on their own PIDs; program map
+ * sections on whatever PID the PAT gave them; every section of the EIT PIDs
+ * (0x0012 full-segment, 0x0026 and 0x0027 one-segment); the AIT, the DSM-CC
+ * sections and the datacaster carousel table on any PID; the software
+ * download trigger table on its two PIDs.
+ */
+Route routeOf(unsigned int pid, unsigned int tableId) {
+    if ((pid == 0x0000 && tableId == 0x00) || (pid == 0x0010 && tableId == 0x40) ||
+        (pid == 0x0011 && tableId == 0x42) || tableId == 0x02)
+        return Route::Table;
+    if (pid == 0x0014 && tableId == 0x73)
+        return Route::Tot;
+    if (pid == 0x0012 || pid == 0x0026 || pid == 0x0027)
+        return Route::EventPid;
+    if (tableId == 0x74)
+        return Route::Table;
+    if (tableId == 0x3B || tableId == 0x3C || tableId == 0x3D || tableId == 0x99 ||
+        (tableId == 0xC3 && (pid == 0x0023 || pid == 0x0028)))
+        return Route::HeaderOnly;
+    return Route::None;
+}
+
+}  // namespace
+
 SectionDispatch::~SectionDispatch() {
     for (auto& entry : previous)
         delete entry.second.table;
@@ -40,80 +70,28 @@ SectionResult SectionDispatch::handle(unsigned int pid, unsigned char* section,
     scratch.assign(section, section + length);
     section = scratch.data();
 
-    Sarn::TISDBTTable* table = nullptr;
-    if (pid == 0x0000 && tableId == 0x00) {
-        result.known = true;
-        table = Sarn::TPATTable::parse(section, length, 0, 1, &result.error,
-                                       static_cast<Sarn::TPATTable*>(before));
-    } else if (pid == 0x0010 && tableId == 0x40) {
-        result.known = true;
-        table = Sarn::TNITTable::parse(section, length, 1, 0, &result.error,
-                                       static_cast<Sarn::TNITTable*>(before));
-    } else if (pid == 0x0011 && tableId == 0x42) {
-        result.known = true;
-        table = Sarn::TSDTTable::parse(section, length, 0, 1, &result.error,
-                                       static_cast<Sarn::TSDTTable*>(before));
-    } else if (pid == 0x0014 && tableId == 0x73) {
+    const Route route = routeOf(pid, tableId);
+    if (route == Route::None)
+        return result;
+    result.known = true;
+    if (route == Route::Tot) {
         // A TOT has no version to compare and its bytes 3 to 7 are the time,
         // not a long header: every one is printed and none is kept.
-        result.known = true;
         result.sectionNumber = 0;
-        Sarn::TTOTTable* tot =
-            Sarn::TTOTTable::parse(section, length, 1, 1, &result.error, nullptr);
+        Sarn::TISDBTTable* tot = Sarn::parseSection(section, length, 1, &result.error, pid);
         if (tot != nullptr)
             result.json = tot->toJSON();
         delete tot;
         return result;
-    } else if (tableId == 0x02) {
-        // Program map sections, on whatever PID the PAT gave them.
-        result.known = true;
-        table = Sarn::TPMTTable::parse(section, length, 0, 1, &result.error,
-                                       static_cast<Sarn::TPMTTable*>(before));
-    } else if (pid == 0x0012 || pid == 0x0026 || pid == 0x0027) {
-        // Event information: full-segment on 0x0012, one-segment on 0x0026 and
-        // 0x0027; every table_id is an EIT there.
-        result.known = true;
+    }
+    Sarn::TISDBTTable* table = nullptr;
+    if (route == Route::EventPid && (tableId < 0x4E || tableId > 0x6F)) {
+        // The event information class takes any table_id: on the EIT PIDs
+        // the other table_ids (stuffing, say) go to it as well.
         table = Sarn::TEITTable::parse(section, length, pid == 0x0012 ? 1 : 0, 1, 0, &result.error,
                                        static_cast<Sarn::TEITTable*>(before));
-    } else if (tableId == 0x74) {
-        // Application information tables come on the PIDs the PMTs announce.
-        result.known = true;
-        table = Sarn::TAITTable::parse(section, length, 0, 1, &result.error,
-                                       static_cast<Sarn::TAITTable*>(before));
-    }
-    // Data broadcast: DSM-CC sections and the datacaster carousel table on
-    // any PID, the software download trigger table on its two PIDs.
-    bool headerOnly = false;
-    if (!result.known) {
-        headerOnly = true;
-        switch (tableId) {
-            case 0x3B:
-                table = Sarn::TDsiDiiTable::parse(section, length, 1, 0, &result.error,
-                                                  static_cast<Sarn::TDsiDiiTable*>(before));
-                break;
-            case 0x3C:
-                table = Sarn::TDDBTable::parse(section, length, 1, 0, &result.error,
-                                               static_cast<Sarn::TDDBTable*>(before));
-                break;
-            case 0x3D:
-                table =
-                    Sarn::TDSMCCSectionTable::parse(section, length, 1, 0, &result.error,
-                                                    static_cast<Sarn::TDSMCCSectionTable*>(before));
-                break;
-            case 0x99:
-                table = Sarn::TDCTTable::parse(section, length, 1, 0, &result.error,
-                                               static_cast<Sarn::TDCTTable*>(before));
-                break;
-            case 0xC3:
-                headerOnly = pid == 0x0023 || pid == 0x0028;
-                if (headerOnly)
-                    table = Sarn::TSDTTTable::parse(section, length, 1, 0, &result.error,
-                                                    static_cast<Sarn::TSDTTTable*>(before));
-                break;
-            default:
-                headerOnly = false;
-        }
-        result.known = headerOnly;
+    } else {
+        table = Sarn::parseSection(section, length, 1, &result.error, pid, before);
     }
     if (table != nullptr) {
         result.json = table->toJSON();
@@ -124,7 +102,7 @@ SectionResult SectionDispatch::handle(unsigned int pid, unsigned char* section,
     }
     // These tables render only their section header, as members without
     // braces; the dump wraps them into an object.
-    if (headerOnly && !result.json.empty())
+    if (route == Route::HeaderOnly && !result.json.empty())
         result.json = "{" + result.json + "}";
     return result;
 }

@@ -1,65 +1,26 @@
 #include "DescriptorLoop.h"
 
+#include "DescriptorFactories.h"
 #include "Json.h"
 #include "Log.h"
-#include "TAudioComponentDescriptor.h"
-#include "TCarouselIdentifierDescriptor.h"
-#include "TComponentDescriptor.h"
-#include "TContentDescriptor.h"
-#include "TDataComponentDescriptor.h"
-#include "TDigitalCopyControlDescriptor.h"
-#include "TExtendedEventDescriptor.h"
-#include "TISO639LanguageDescriptor.h"
-#include "TLocalTimeOffsetDescriptor.h"
-#include "TNetworkNameDescriptor.h"
-#include "TParentalRatingDescriptor.h"
-#include "TServiceDescriptor.h"
-#include "TShortEventDescriptor.h"
-#include "TStreamIdentifierDescriptor.h"
-#include "TTSInformationDescriptor.h"
 
 namespace Sarn {
 
 namespace {
 
-// The descriptor classes a generic loop knows how to build, by tag. Every
-// other tag, accepted or not, is stepped over without a message. A
-// descriptor that fails its own checks logs its reason and is dropped; its
-// failure never reaches the owner's caller (no byte count, no error code are
-// passed).
-using Factory = TISDBTDescriptor* (*)(unsigned char*, unsigned int);
-
-template <typename T>
-TISDBTDescriptor* make(unsigned char* data, unsigned int length) {
-    return T::parse(data, length, nullptr, nullptr);
+// The descriptor classes a generic loop knows how to build come, by tag, from
+// the registry of the descriptors layer. Every other tag, accepted or not, is
+// stepped over without a message. A descriptor that fails its own checks
+// logs its reason and is dropped; its failure never reaches the owner's
+// caller (no byte count, no error code are passed).
+inline const DescriptorFactoryTable& known() {
+    return descriptorFactories(PLACE_SI_LOOP);
 }
 
-struct DispatchTable {
-    Factory at[256];
-    constexpr DispatchTable() : at{} {
-        at[0x0A] = make<TISO639LanguageDescriptor>;
-        at[0x13] = make<TCarouselIdentifierDescriptor>;
-        at[0x40] = make<TNetworkNameDescriptor>;
-        at[0x48] = make<TServiceDescriptor>;
-        at[0x4D] = make<TShortEventDescriptor>;
-        at[0x4E] = make<TExtendedEventDescriptor>;
-        at[0x50] = make<TComponentDescriptor>;
-        at[0x52] = make<TStreamIdentifierDescriptor>;
-        at[0x54] = make<TContentDescriptor>;
-        at[0x55] = make<TParentalRatingDescriptor>;
-        at[0x58] = make<TLocalTimeOffsetDescriptor>;
-        at[0xC1] = make<TDigitalCopyControlDescriptor>;
-        at[0xC4] = make<TAudioComponentDescriptor>;
-        at[0xCD] = make<TTSInformationDescriptor>;
-        at[0xFD] = make<TDataComponentDescriptor>;
-    }
-};
-
-constexpr DispatchTable kDispatch;
-
 /** Whether a loop walk creates an object for this tag. */
-inline bool builds(const DescriptorTagSet* accepted, unsigned char tag) {
-    return accepted != nullptr && accepted->contains(tag) && kDispatch.at[tag] != nullptr;
+inline bool builds(const DescriptorFactoryTable& kinds, const DescriptorTagSet* accepted,
+                   unsigned char tag) {
+    return accepted != nullptr && accepted->contains(tag) && kinds.at[tag] != nullptr;
 }
 
 }  // namespace
@@ -78,9 +39,10 @@ unsigned int DescriptorLoop::parseDescriptorsLoop(unsigned char* data, unsigned 
         return 0;
     // A quick look over the headers first, so that the list grows once per
     // loop instead of doubling its way up (the walk below does the checks).
+    const DescriptorFactoryTable& kinds = known();
     unsigned int expected = 0;
     for (unsigned int q = 0; q + 1 < length; q += data[q + 1] + 2u)
-        expected += builds(acceptedTags, data[q]) ? 1u : 0u;
+        expected += builds(kinds, acceptedTags, data[q]) ? 1u : 0u;
     if (expected > 1)
         descriptors.reserve(descriptors.size() + expected);
     unsigned int p = 0;
@@ -103,9 +65,10 @@ unsigned int DescriptorLoop::parseDescriptorsLoop(unsigned char* data, unsigned 
 void DescriptorLoop::parseDescriptor(unsigned char* data, unsigned int length) {
     if (length == 0 || data == nullptr)
         return;
-    if (!builds(acceptedTags, data[0]))
+    const DescriptorFactoryTable& kinds = known();
+    if (!builds(kinds, acceptedTags, data[0]))
         return;
-    if (TISDBTDescriptor* d = kDispatch.at[data[0]](data, length))
+    if (TISDBTDescriptor* d = kinds.at[data[0]](data, length, nullptr, nullptr))
         descriptors.push_back(d);
 }
 

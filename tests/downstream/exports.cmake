@@ -1,7 +1,8 @@
-# The shared library exports the classes declared in include/ and nothing
-# else: every exported symbol belongs to one of them (its members, vtable or
-# type information), none to an internal helper, and their number is the one
-# the README gives. A change of the public API changes the number: update
+# The shared library exports the classes and free functions declared in
+# include/ and nothing else: every exported symbol is one of those functions
+# or belongs to one of those classes (its members, vtable or type
+# information), none to an internal helper, and their number is the one the
+# README gives. A change of the public API changes the number: update
 # both then.
 cmake_minimum_required(VERSION 3.18)
 
@@ -33,7 +34,7 @@ foreach(line ${symbols})
   set(ok FALSE)
   # A standard template instance whose demangled name begins with its
   # return type ("Sarn::TProgramMap** std::...") is not ours to export.
-  if(NOT owner MATCHES "^[^(]* std::" AND owner MATCHES "^Sarn::([A-Za-z_0-9]+)(::|$)")
+  if(NOT owner MATCHES "^[^(]* std::" AND owner MATCHES "^Sarn::([A-Za-z_0-9]+)(::|\\(|$)")
     list(FIND public ${CMAKE_MATCH_1} index)
     if(NOT index EQUAL -1)
       set(ok TRUE)
