@@ -2,6 +2,7 @@
 
 #include "Json.h"
 #include "Log.h"
+#include "Reader.h"
 #include "TAudioComponentDescriptor.h"
 #include "TCarouselIdentifierDescriptor.h"
 #include "TComponentDescriptor.h"
@@ -79,33 +80,39 @@ unsigned int DescriptorLoop::parseDescriptorsLoop(unsigned char* data, unsigned 
     // A quick look over the headers first, so that the list grows once per
     // loop instead of doubling its way up (the walk below does the checks).
     unsigned int expected = 0;
-    for (unsigned int q = 0; q + 1 < length; q += data[q + 1] + 2u)
-        expected += builds(acceptedTags, data[q]) ? 1u : 0u;
+    for (bytes::Reader look(data, length); look.has(2);) {
+        const unsigned char tag = look.u8();
+        look.skip(look.u8());
+        expected += builds(acceptedTags, tag) ? 1u : 0u;
+    }
     if (expected > 1)
         descriptors.reserve(descriptors.size() + expected);
-    unsigned int p = 0;
+    bytes::Reader in(data, length);
     // A single trailing byte cannot hold a header and is ignored.
-    while (p < length - 1) {
-        const unsigned int n = data[p + 1] + 2u;
-        if (p + n > length) {
+    while (in.has(2)) {
+        const unsigned int n = in.peek(1) + 2u;
+        if (!in.has(n)) {
             SARN_LOGW(
                 "%s: DescriptorLoop::parseDescriptorsLoop: Item length not valid: %u + %u > %d. "
                 "Aborting!",
-                p, n, static_cast<int>(length));
-            return p;
+                in.position(), n, static_cast<int>(length));
+            return in.position();
         }
-        parseDescriptor(data + p, n);
-        p += n;
+        unsigned char* descriptor = in.mutableCurrent();
+        in.skip(n);
+        parseDescriptor(descriptor, n);
     }
-    return p;
+    return in.position();
 }
 
 void DescriptorLoop::parseDescriptor(unsigned char* data, unsigned int length) {
-    if (length == 0 || data == nullptr)
+    const bytes::Reader in(data, length);
+    if (in.atEnd())
         return;
-    if (!builds(acceptedTags, data[0]))
+    const unsigned char tag = in.peek();
+    if (!builds(acceptedTags, tag))
         return;
-    if (TISDBTDescriptor* d = kDispatch.at[data[0]](data, length))
+    if (TISDBTDescriptor* d = kDispatch.at[tag](data, length))
         descriptors.push_back(d);
 }
 

@@ -73,6 +73,12 @@ class Reader {
         }
         return Reader(base + pos - n, n);
     }
+    /**
+     * The next n bytes, or all that is left when fewer, as a reader of its
+     * own, stepped over here: for a count that may run past the bytes handed
+     * in and is then bounded by them. Never fails.
+     */
+    Reader subAtMost(unsigned int n) { return sub(n < remaining() ? n : remaining()); }
     /** What is left, as a reader of its own; this reader is then at its end. */
     Reader rest() { return sub(remaining()); }
 
