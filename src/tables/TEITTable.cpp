@@ -1,6 +1,5 @@
 #include "TEITTable.h"
 
-#include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
 #include "Owned.h"
@@ -81,15 +80,8 @@ TEventItem* TEventItem::parse(unsigned char* data, unsigned int len, int fullSeg
 
     // The wall-clock start is taken as UTC; an undefined start (all ones) is
     // decoded like any other value.
-    const unsigned int day = ISDBTUtils::mjd2unix(in.u16());
-    const unsigned int hour = ISDBTUtils::bcd2U8(in.u8());
-    const unsigned int minute = ISDBTUtils::bcd2U8(in.u8());
-    const unsigned int second = ISDBTUtils::bcd2U8(in.u8());
-    e->startTime = day + second + minute * 60u + hour * 3600u;
-
-    const unsigned int hours = ISDBTUtils::bcd2U8(in.u8());
-    const unsigned int minutes = ISDBTUtils::bcd2U8(in.u8());
-    e->duration = ISDBTUtils::bcd2U8(in.u8()) + minutes * 60u + hours * 3600u;
+    e->startTime = in.mjdTime();
+    e->duration = in.bcdTime();
 
     const unsigned char status = in.peek();
     e->runningStatus = static_cast<unsigned char>(status >> 5);

@@ -1,7 +1,6 @@
 // Software download trigger table with its download contents and schedules.
 #include "TSDTTTable.h"
 
-#include "ISDBTUtils.h"
 #include "Log.h"
 #include "Owned.h"
 #include "Parse.h"
@@ -21,11 +20,7 @@ TScheduleInfo* TScheduleInfo::parse(unsigned char* data, unsigned int length,
     // start_time: MJD(16) and BCD hour, minute, second, taken as UTC.
     // duration: BCD hhmmss, kept as the raw 24-bit number.
     std::unique_ptr<TScheduleInfo> schedule(new TScheduleInfo());
-    const unsigned int day = ISDBTUtils::mjd2unix(in.u16());
-    const unsigned int hours = ISDBTUtils::bcd2U8(in.u8());
-    const unsigned int minutes = ISDBTUtils::bcd2U8(in.u8());
-    const unsigned int seconds = ISDBTUtils::bcd2U8(in.u8());
-    schedule->startTime = day + seconds + minutes * 60u + hours * 3600u;
+    schedule->startTime = in.mjdTime();
     schedule->duration = in.u24();
     if (bytesRead != nullptr)
         *bytesRead = in.position();

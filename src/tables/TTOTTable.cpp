@@ -1,6 +1,5 @@
 #include "TTOTTable.h"
 
-#include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
 #include "Parse.h"
@@ -32,11 +31,7 @@ TTOTTable* TTOTTable::parse(unsigned char* bytes, unsigned int length, int check
     bytes::Reader in(table->data, table->dataLength);
     in.skip(3);
     // JST_time / UTC-3 time: 16-bit MJD, then BCD hh mm ss.
-    const unsigned int day = ISDBTUtils::mjd2unix(in.u16());
-    const unsigned int hours = ISDBTUtils::bcd2U8(in.u8());
-    const unsigned int minutes = ISDBTUtils::bcd2U8(in.u8());
-    const unsigned int seconds = ISDBTUtils::bcd2U8(in.u8());
-    table->unixTime = static_cast<int>(day + hours * 3600u + minutes * 60u + seconds);
+    table->unixTime = static_cast<int>(in.mjdTime());
     if (parseDescriptors != 0) {
         const unsigned int loopLength = in.length12();
         // A loop running past the section is read up to the end of the
