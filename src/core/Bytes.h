@@ -1,8 +1,9 @@
 #ifndef SARN_CORE_BYTES_H
 #define SARN_CORE_BYTES_H
 
-// Big-endian field readers and the bounds test used by every parser. Callers
-// check with fits() before reading; the readers themselves do not check.
+// Big-endian field readers, a bounds test and owned byte copies. The field
+// readers do not check: parsers read through bytes::Reader (Reader.h), which
+// checks every read and uses them underneath.
 
 #include <cstring>
 
