@@ -194,15 +194,9 @@ std::string TEITTable::toJSON() const {
     o << ",\"transport_stream_id\":" << transportStreamId
       << ",\"original_network_id\":" << originalNetworkId
       << ",\"segment_last_section_number\":" << segmentLastSectionNumber
-      << ",\"last_table_id\":" << lastTableId << ",\"event_loop\":[";
-    bool first = true;
-    for (const auto& entry : events) {
-        if (!first)
-            o << ',';
-        first = false;
-        entry.second->appendJSON(out);
-    }
-    o << "]}";
+      << ",\"last_table_id\":" << lastTableId << ",\"event_loop\":";
+    json::appendArray(o, events, [&](const auto& entry) { entry.second->appendJSON(out); });
+    o << '}';
     return out;
 }
 

@@ -133,19 +133,15 @@ std::string TNITTable::toJSON() const {
     json::Out o(out);
     o << "{\"networkId\":" << tableIdExtension << ",\"networkDescriptors\":";
     appendDescriptorsJSON(out);
-    o << ",\"transportStreams\":[";
-    bool first = true;
-    for (const auto& entry : transportStreams) {
+    o << ",\"transportStreams\":";
+    json::appendArray(o, transportStreams, [&](const auto& entry) {
         const TTransportStreamInfo* info = entry.second;
-        if (!first)
-            o << ',';
-        first = false;
         o << "{\"transportStreamId\":" << info->transportStreamId
           << ",\"originalNetworkId\":" << info->originalNetworkId << ",\"transportDescriptors\":";
         info->appendDescriptorsJSON(out);
         o << '}';
-    }
-    o << "]}";
+    });
+    o << '}';
     return out;
 }
 

@@ -58,17 +58,13 @@ bool TPATTable::remove(unsigned short programNumber) {
 std::string TPATTable::toJSON() const {
     std::string out;
     json::Out o(out);
-    o << "{\"transportStreamId\":" << tableIdExtension << ",\"programs\":[";
-    bool first = true;
-    for (const auto& entry : programs) {
-        if (!first)
-            o << ',';
-        first = false;
+    o << "{\"transportStreamId\":" << tableIdExtension << ",\"programs\":";
+    json::appendArray(o, programs, [&](const auto& entry) {
         o << "{\"programNumber\":" << entry.second->getProgramNumber()
           << ",\"networkPid\":" << networkPid
           << ",\"programMapPid\":" << entry.second->getProgramMapPid() << '}';
-    }
-    o << "]}";
+    });
+    o << '}';
     return out;
 }
 

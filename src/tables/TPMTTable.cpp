@@ -179,18 +179,14 @@ std::string TPMTTable::toJSON() const {
     o << "{\"programNumber\":" << tableIdExtension << ",\"pcrPid\":" << pcrPid
       << ",\"programInfoDescriptors\":";
     appendDescriptorsJSON(out);
-    o << ",\"elementaryStreams\":[";
-    bool first = true;
-    for (const TProgramMap* map : programMaps) {
-        if (!first)
-            o << ',';
-        first = false;
+    o << ",\"elementaryStreams\":";
+    json::appendArray(o, programMaps, [&](const TProgramMap* map) {
         o << "{\"streamType\":" << map->streamType << ",\"elementaryPid\":" << map->elementaryPid
           << ",\"esInfoDescriptors\":";
         map->appendDescriptorsJSON(out);
         o << '}';
-    }
-    o << "]}";
+    });
+    o << '}';
     return out;
 }
 

@@ -117,21 +117,17 @@ std::string TSDTTable::toJSON() const {
     std::string out;
     json::Out o(out);
     o << "{\"transportStreamId\":" << tableIdExtension
-      << ",\"originalNetworkId\":" << originalNetworkId << ",\"services\":[";
-    bool first = true;
-    for (const auto& item : services) {
+      << ",\"originalNetworkId\":" << originalNetworkId << ",\"services\":";
+    json::appendArray(o, services, [&](const auto& item) {
         const TServiceDescription* entry = item.second;
-        if (!first)
-            o << ',';
-        first = false;
         o << "{\"serviceId\":" << entry->serviceId << ",\"eitScheduleFlag\":" << entry->eitSchedule
           << ",\"eitPresentFollowingFlag\":" << entry->eitPresentFollowing
           << ",\"runningStatus\":" << entry->runningStatus
           << ",\"freeCaMode\":" << entry->freeCAMode << ",\"serviceDescriptors\":";
         entry->appendDescriptorsJSON(out);
         o << '}';
-    }
-    o << "]}";
+    });
+    o << '}';
     return out;
 }
 
