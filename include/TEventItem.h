@@ -54,10 +54,6 @@ class TEventItem : public DescriptorLoop {
     unsigned int duration;
     unsigned char runningStatus;
     int freeCAMode;
-    unsigned char startHour;
-    unsigned char startMinute;
-    unsigned char durationHours;
-    unsigned char durationMinutes;
     unsigned char sectionNumber;
     unsigned char tableId;
     unsigned int dataLength;

@@ -33,7 +33,7 @@ class TSDTTable : public TISDBTVersionedTable {
     std::string toJSON() const override;
 
     unsigned short getTransportStreamID() const { return tableIdExtension; }
-    unsigned short getOriginalNetworkID() const { return original_network_id; }
+    unsigned short getOriginalNetworkID() const { return originalNetworkId; }
     int size() const { return static_cast<int>(services.size()); }
 
     /**
@@ -47,7 +47,7 @@ class TSDTTable : public TISDBTVersionedTable {
 
   private:
     std::map<unsigned short, TServiceDescription*> services;
-    unsigned short original_network_id;
+    unsigned short originalNetworkId;
 };
 
 }  // namespace Sarn

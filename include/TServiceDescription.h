@@ -23,21 +23,21 @@ class TServiceDescription : public DescriptorLoop {
     TServiceDescription();
     ~TServiceDescription() override;
 
-    unsigned short getServiceID() const { return service_id; }
+    unsigned short getServiceID() const { return serviceId; }
     bool hasEITSchedule() const { return eitSchedule != 0; }
     bool hasEITPresentFollowing() const { return eitPresentFollowing != 0; }
     /** 0 undefined, 1 not running, 2 starts in a few seconds, 3 pausing, 4 running. */
-    unsigned char getRunningStatus() const { return running_status; }
-    unsigned char getFreeCAMode() const { return free_CA_mode; }
+    unsigned char getRunningStatus() const { return runningStatus; }
+    unsigned char getFreeCAMode() const { return freeCAMode; }
 
   private:
     friend class TSDTTable;
 
-    unsigned short service_id;
+    unsigned short serviceId;
     int eitSchedule;
     int eitPresentFollowing;
-    unsigned char running_status;
-    unsigned char free_CA_mode;
+    unsigned char runningStatus;
+    unsigned char freeCAMode;
 };
 
 }  // namespace Sarn

@@ -23,14 +23,14 @@ class TTransportStreamInfo : public DescriptorLoop {
     TTransportStreamInfo();
     ~TTransportStreamInfo() override;
 
-    unsigned short getTransportStreamID() const { return transport_stream_id; }
-    unsigned short getOriginalNetworkID() const { return original_network_id; }
+    unsigned short getTransportStreamID() const { return transportStreamId; }
+    unsigned short getOriginalNetworkID() const { return originalNetworkId; }
 
   private:
     friend class TNITTable;
 
-    unsigned short transport_stream_id;
-    unsigned short original_network_id;
+    unsigned short transportStreamId;
+    unsigned short originalNetworkId;
 };
 
 }  // namespace Sarn

@@ -68,3 +68,20 @@ TEST(Reader, SubReadersBoundNestedLoopsAndStringsDropControlBytes) {
     EXPECT_EQ(u.string(out, 6), -1);
     EXPECT_FALSE(u.ok());
 }
+
+TEST(Reader, ClampedLoopsAndBroadcastTimes) {
+    // An event's start_time (MJD 0xC079 = 1993-10-13, 12:45:00 in BCD), its
+    // duration (01:45:30), then a loop length that runs past the bytes.
+    const unsigned char d[] = {0xC0, 0x79, 0x12, 0x45, 0x00, 0x01, 0x45, 0x30, 0x09, 0xAA, 0xBB};
+    Reader r(d, sizeof d);
+    EXPECT_EQ(r.mjdTime(), 750516300u);
+    EXPECT_EQ(r.bcdTime(), 6330u);
+    Reader loop = r.subAtMost(r.u8());  // 9 announced, 2 there: bounded, not failed
+    EXPECT_TRUE(r.ok());
+    EXPECT_TRUE(r.atEnd());
+    EXPECT_EQ(loop.remaining(), 2u);
+    EXPECT_EQ(Reader(d, sizeof d).subAtMost(1).remaining(), 1u);
+    Reader shortTime(d, 4);  // the seconds byte is missing
+    EXPECT_EQ(shortTime.mjdTime(), 750470400u + 12 * 3600u + 45 * 60u);
+    EXPECT_FALSE(shortTime.ok());
+}

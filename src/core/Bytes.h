@@ -1,8 +1,11 @@
 #ifndef SARN_CORE_BYTES_H
 #define SARN_CORE_BYTES_H
 
-// Big-endian field readers and the bounds test used by every parser. Callers
-// check with fits() before reading; the readers themselves do not check.
+// Big-endian field readers, a bounds test and owned byte copies. The field
+// readers do not check: parsers read through bytes::Reader (Reader.h), which
+// checks every read and uses them underneath.
+
+#include <cstring>
 
 #pragma GCC visibility push(hidden)  // internal: not exported
 namespace Sarn {
@@ -30,6 +33,18 @@ inline unsigned short len12(const unsigned char* p) {
 /** True when n bytes starting at pos lie within len bytes (no overflow). */
 inline bool fits(unsigned int pos, unsigned int n, unsigned int len) {
     return pos <= len && n <= len - pos;
+}
+
+/**
+ * An owned copy (freed with delete[]) of n bytes at src, or null when there
+ * is nothing to copy (src null or n 0).
+ */
+inline unsigned char* copyBytes(const unsigned char* src, unsigned int n) {
+    if (src == nullptr || n == 0)
+        return nullptr;
+    unsigned char* copy = new unsigned char[n];
+    std::memcpy(copy, src, n);
+    return copy;
 }
 
 }  // namespace bytes

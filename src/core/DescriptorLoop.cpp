@@ -3,6 +3,7 @@
 #include "DescriptorFactories.h"
 #include "Json.h"
 #include "Log.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -41,34 +42,40 @@ unsigned int DescriptorLoop::parseDescriptorsLoop(unsigned char* data, unsigned 
     // loop instead of doubling its way up (the walk below does the checks).
     const DescriptorFactoryTable& kinds = known();
     unsigned int expected = 0;
-    for (unsigned int q = 0; q + 1 < length; q += data[q + 1] + 2u)
-        expected += builds(kinds, acceptedTags, data[q]) ? 1u : 0u;
+    for (bytes::Reader look(data, length); look.has(2);) {
+        const unsigned char tag = look.u8();
+        look.skip(look.u8());
+        expected += builds(kinds, acceptedTags, tag) ? 1u : 0u;
+    }
     if (expected > 1)
         descriptors.reserve(descriptors.size() + expected);
-    unsigned int p = 0;
+    bytes::Reader in(data, length);
     // A single trailing byte cannot hold a header and is ignored.
-    while (p < length - 1) {
-        const unsigned int n = data[p + 1] + 2u;
-        if (p + n > length) {
+    while (in.has(2)) {
+        const unsigned int n = in.peek(1) + 2u;
+        if (!in.has(n)) {
             SARN_LOGW(
                 "%s: DescriptorLoop::parseDescriptorsLoop: Item length not valid: %u + %u > %d. "
                 "Aborting!",
-                p, n, static_cast<int>(length));
-            return p;
+                in.position(), n, static_cast<int>(length));
+            return in.position();
         }
-        parseDescriptor(data + p, n);
-        p += n;
+        unsigned char* descriptor = in.mutableCurrent();
+        in.skip(n);
+        parseDescriptor(descriptor, n);
     }
-    return p;
+    return in.position();
 }
 
 void DescriptorLoop::parseDescriptor(unsigned char* data, unsigned int length) {
-    if (length == 0 || data == nullptr)
+    const bytes::Reader in(data, length);
+    if (in.atEnd())
         return;
     const DescriptorFactoryTable& kinds = known();
-    if (!builds(kinds, acceptedTags, data[0]))
+    const unsigned char tag = in.peek();
+    if (!builds(kinds, acceptedTags, tag))
         return;
-    if (TISDBTDescriptor* d = kinds.at[data[0]](data, length, nullptr, nullptr))
+    if (TISDBTDescriptor* d = kinds.at[tag](data, length, nullptr, nullptr))
         descriptors.push_back(d);
 }
 

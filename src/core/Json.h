@@ -82,6 +82,23 @@ class Out {
 void appendUtcTime(Out& out, int seconds);
 
 /**
+ * Appends "[" + each element as write(element) appends it, comma-separated,
+ * + "]".
+ */
+template <typename Container, typename Write>
+void appendArray(Out& out, const Container& elements, Write write) {
+    out << '[';
+    bool first = true;
+    for (const auto& element : elements) {
+        if (!first)
+            out << ',';
+        first = false;
+        write(element);
+    }
+    out << ']';
+}
+
+/**
  * Appends "[" + each descriptor as "{" + toJSON() + "}", comma-separated, + "]".
  * A null element (a slot that holds no descriptor) is left out.
  */

@@ -2,7 +2,8 @@
 #define SARN_CORE_OWNED_H
 
 // Operations on the containers through which tables and descriptors own
-// their entries: maps keyed by an identifier and vectors in wire order.
+// their entries: maps keyed by an identifier and vectors in wire order, both
+// holding owned raw pointers.
 
 #include <list>
 #include <map>
@@ -58,20 +59,36 @@ void deleteAll(std::map<K, V*>& entries) {
     entries.clear();
 }
 
-/** The entry at that position, or null beyond the last. */
+// Loop entries and items kept in wire order are addressed by position. The
+// public API passes positions as unsigned char; they widen to unsigned int
+// here without changing value, so one signature serves every caller.
+
+/** The entry at that position, or null at or beyond the end. */
 template <typename V>
 V* at(const std::vector<V*>& entries, unsigned int index) {
     return index < entries.size() ? entries[index] : nullptr;
 }
 
-/** Deletes and removes the entry at that position; false beyond the last. */
+/** Deletes and removes the entry at that position; false when there is none. */
 template <typename V>
-bool eraseAt(std::vector<V*>& entries, unsigned int index) {
-    if (index >= entries.size())
+bool removeAt(std::vector<V*>& entries, unsigned int index) {
+    if (index >= entries.size() || entries[index] == nullptr)
         return false;
     delete entries[index];
     entries.erase(entries.begin() + index);
     return true;
+}
+/** The same as removeAt (the lists never hold a null entry). */
+template <typename V>
+bool eraseAt(std::vector<V*>& entries, unsigned int index) {
+    return removeAt(entries, index);
+}
+
+/** Appends an entry (a null pointer is not stored). */
+template <typename V>
+void append(std::vector<V*>& entries, V* entry) {
+    if (entry != nullptr)
+        entries.push_back(entry);
 }
 
 template <typename V>

@@ -22,6 +22,15 @@ inline std::nullptr_t fail(unsigned short* error, unsigned short code) {
     return nullptr;
 }
 
+/**
+ * The same failure for a check that answers yes or no (a header check): writes
+ * code through error and yields false.
+ */
+inline bool refuse(unsigned short* error, unsigned short code) {
+    ISDBTUtils::setErrorCode(error, code);
+    return false;
+}
+
 /** Writes 0 through error and releases the finished object to the caller. */
 template <typename T>
 T* done(unsigned short* error, std::unique_ptr<T>& object) {

@@ -1,8 +1,8 @@
 #include "ParserUtils.h"
 
-#include <cstring>
-
+#include "Bytes.h"
 #include "Log.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -17,27 +17,26 @@ inline bool isControlCode(unsigned char b) {
 
 int ParserUtils::parseStr(unsigned char* data, std::string& out, unsigned int length,
                           unsigned int available) {
-    if (data == nullptr)
-        available = 0;
+    bytes::Reader in(data, available);
     int consumed = 0;
-    if (length == 0 && available != 0) {
-        length = data[0];
-        ++data;
+    // A length of 0 means the string carries its own length byte.
+    if (length == 0 && !in.atEnd()) {
+        length = in.u8();
         consumed = 1;
-        --available;
     }
-    if (length > available) {
+    if (length > in.remaining()) {
         SARN_LOGW(
             "%s: ParserUtils::parseStr: ERROR: String length exceeds available data length: %u > "
             "%u. Aborting!",
-            length, available);
+            length, in.remaining());
         return -1;
     }
+    const unsigned char* text = in.bytes(length);
     out.clear();
     out.reserve(length);
     for (unsigned int i = 0; i < length; ++i) {
-        if (!isControlCode(data[i]))
-            out.push_back(static_cast<char>(data[i]));
+        if (!isControlCode(text[i]))
+            out.push_back(static_cast<char>(text[i]));
     }
     return consumed + static_cast<int>(length);
 }
@@ -48,10 +47,7 @@ void ParserUtils::parseByteArray(unsigned char* data, unsigned char*& target,
         SARN_LOGW("%s: ParserUtils::parseByteArray: ERROR: Invalid data target. Aborting!");
     target = nullptr;
     if (length > 0) {
-        if (data == nullptr)
-            return;
-        target = new unsigned char[length];
-        std::memcpy(target, data, length);
+        target = bytes::copyBytes(data, length);
     } else {
         SARN_LOGW(
             "%s: ParserUtils::parseByteArray: ERROR: Byte array length is not greater than "

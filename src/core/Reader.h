@@ -20,6 +20,7 @@
 #include <string>
 
 #include "Bytes.h"
+#include "ISDBTUtils.h"
 #include "ParserUtils.h"
 
 #pragma GCC visibility push(hidden)  // internal: not exported
@@ -54,6 +55,21 @@ class Reader {
     /** 12-bit length after four reserved bits. */
     unsigned short length12() { return take(2) ? len12(base + pos - 2) : 0; }
 
+    /** Three BCD bytes hh mm ss, as seconds (hours are not limited to 23). */
+    unsigned int bcdTime() {
+        const unsigned int hours = ISDBTUtils::bcd2U8(u8());
+        const unsigned int minutes = ISDBTUtils::bcd2U8(u8());
+        return hours * 3600u + minutes * 60u + ISDBTUtils::bcd2U8(u8());
+    }
+    /**
+     * A 16-bit MJD and BCD hh mm ss, as seconds since 1970: the broadcast's
+     * wall-clock time taken as UTC (days up to 1970-01-01 read as that day).
+     */
+    unsigned int mjdTime() {
+        const unsigned int day = ISDBTUtils::mjd2unix(u16());
+        return day + bcdTime();
+    }
+
     /** The byte at offset from the current position, without reading it; 0 outside. */
     unsigned char peek(unsigned int offset = 0) const {
         return has(offset + 1) && offset + 1 != 0 ? base[pos + offset] : 0;
@@ -73,6 +89,12 @@ class Reader {
         }
         return Reader(base + pos - n, n);
     }
+    /**
+     * The next n bytes, or all that is left when fewer, as a reader of its
+     * own, stepped over here: for a count that may run past the bytes handed
+     * in and is then bounded by them (it fails only a reader already failed).
+     */
+    Reader subAtMost(unsigned int n) { return sub(n < remaining() ? n : remaining()); }
     /** What is left, as a reader of its own; this reader is then at its end. */
     Reader rest() { return sub(remaining()); }
 

@@ -3,13 +3,15 @@
 #include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
 TISDBTDescriptor::TISDBTDescriptor(unsigned char tag, unsigned char* bytes, unsigned int length)
     : TISDBTDataHolder(bytes, length, 0),
       descriptorTag(tag),
-      descriptorLength(bytes != nullptr && length >= 2 ? bytes[1] : 0),
+      descriptorLength(bytes::Reader(bytes, length).peek(1)),
       errors(0) {}
 
 TISDBTDescriptor::~TISDBTDescriptor() {}
@@ -19,45 +21,42 @@ bool TISDBTDescriptor::parseCommonHeader(unsigned char* bytes, unsigned int leng
                                          unsigned short expectedTag) {
     if (bytes == nullptr) {
         SARN_LOGW("%s: TISDBTDescriptor::parseCommonHeader: (1) Invalid data. Aborting!");
-        ISDBTUtils::setErrorCode(error, ERROR_INVALID_DATA);
-        return false;
+        return parse::refuse(error, ERROR_INVALID_DATA);
     }
     // The required size is taken modulo 256, as an 8-bit sum: a minimum of 254
     // or 255 demands nothing here. The header bytes themselves must still be
     // there before they are read, so such a short buffer fails the same way.
     const unsigned char required = static_cast<unsigned char>(minDescriptorLength + 2);
-    if (length < required || length < 2) {
+    bytes::Reader in(bytes, length);
+    if (length < required || !in.has(2)) {
         SARN_LOGW(
             "%s: TISDBTDescriptor::parseCommonHeader: (2) Longer data length is required: %u < "
             "%u. Aborting!",
             length, static_cast<unsigned int>(required));
-        ISDBTUtils::setErrorCode(error, ERROR_DESCRIPTOR_LENGTH);
-        return false;
+        return parse::refuse(error, ERROR_DESCRIPTOR_LENGTH);
     }
-    if (bytes[0] != expectedTag) {
+    const unsigned char tag = in.u8();
+    const unsigned char size = in.u8();
+    if (tag != expectedTag) {
         SARN_LOGW(
             "%s: TISDBTDescriptor::parseCommonHeader: (3) Unexpected Descriptor Tag. Got 0x%02X, "
             "instead of 0x%02X. Aborting!",
-            static_cast<unsigned int>(bytes[0]), static_cast<unsigned int>(expectedTag));
-        ISDBTUtils::setErrorCode(error, ERROR_UNEXPECTED_DESCRIPTOR_TAG);
-        return false;
+            static_cast<unsigned int>(tag), static_cast<unsigned int>(expectedTag));
+        return parse::refuse(error, ERROR_UNEXPECTED_DESCRIPTOR_TAG);
     }
-    const unsigned int whole = bytes[1] + 2u;
-    if (length < whole) {
+    if (!in.has(size)) {
         SARN_LOGW(
             "%s: TISDBTDescriptor::parseCommonHeader: (4) Longer data length is required: %u < "
             "%u. Aborting!",
-            whole, length);
-        ISDBTUtils::setErrorCode(error, ERROR_DESCRIPTOR_LENGTH);
-        return false;
+            size + 2u, length);
+        return parse::refuse(error, ERROR_DESCRIPTOR_LENGTH);
     }
-    if (bytes[1] < minDescriptorLength) {
+    if (size < minDescriptorLength) {
         SARN_LOGW(
             "%s: TISDBTDescriptor::parseCommonHeader: (5) Longer descriptor length is required: "
             "%u < %u. Aborting!",
-            static_cast<unsigned int>(bytes[1]), static_cast<unsigned int>(minDescriptorLength));
-        ISDBTUtils::setErrorCode(error, ERROR_DESCRIPTOR_LENGTH);
-        return false;
+            static_cast<unsigned int>(size), static_cast<unsigned int>(minDescriptorLength));
+        return parse::refuse(error, ERROR_DESCRIPTOR_LENGTH);
     }
     ISDBTUtils::setErrorCode(error, ERROR_NONE);
     return true;
@@ -69,11 +68,14 @@ void TISDBTDescriptor::appendBaseJSON(std::string& out, int withContent) const {
       << ",\"descriptor_length\":" << descriptorLength;
     if (withContent && descriptorLength != 0 && data != nullptr) {
         // Never past the bytes this descriptor was given.
-        const unsigned int available = dataLength >= 2 ? dataLength - 2 : 0;
-        const unsigned int n = descriptorLength < available ? descriptorLength : available;
+        bytes::Reader content(data, dataLength);
+        content.skip(2);
+        const unsigned int n =
+            descriptorLength < content.remaining() ? descriptorLength : content.remaining();
         o << ",\"descriptor_content\":\"0x";
+        const unsigned char* p = content.bytes(n);
         for (unsigned int i = 0; i < n; ++i)
-            o.hex2(data[2 + i]);
+            o.hex2(p[i]);
         o << '"';
     }
 }

@@ -1,9 +1,10 @@
 #include "TISDBTTable.h"
 
-#include "Bytes.h"
 #include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -25,42 +26,42 @@ bool TISDBTTable::parseCommonHeader(unsigned char* bytes, unsigned int length, i
                                     TISDBTTable* /*previous*/) {
     if (bytes == nullptr) {
         SARN_LOGW("%s: TISDBTTable::parse: Invalid data. Aborting!");
-        ISDBTUtils::setErrorCode(error, ERROR_INVALID_DATA);
-        return false;
+        return parse::refuse(error, ERROR_INVALID_DATA);
     }
     if (length < minLength) {
         SARN_LOGW("%s: TISDBTTable::parse: Longer data length is required: %u < %u. Aborting!",
                   length, minLength);
-        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
-        return false;
+        return parse::refuse(error, ERROR_DATA_TOO_SHORT);
     }
-    if (expectedTableId < 0xFFFF && bytes[0] != expectedTableId) {
+    // minLength is at least 7: the three header bytes and the CRC32 are there.
+    bytes::Reader in(bytes, length);
+    const unsigned char id = in.u8();
+    if (expectedTableId < 0xFFFF && id != expectedTableId) {
         SARN_LOGW(
             "%s: TISDBTTable::parse: Unexpected table ID. Got 0x%02X, instead of 0x%02X. "
             "Aborting!",
-            static_cast<unsigned int>(bytes[0]), static_cast<unsigned int>(expectedTableId));
-        ISDBTUtils::setErrorCode(error, ERROR_UNEXPECTED_TABLE_ID);
-        return false;
+            static_cast<unsigned int>(id), static_cast<unsigned int>(expectedTableId));
+        return parse::refuse(error, ERROR_UNEXPECTED_TABLE_ID);
     }
-    tableId = bytes[0];
-    sectionLength = bytes::len12(bytes + 1);
-    if (sectionLength > length - 3) {
+    tableId = id;
+    sectionLength = in.length12();
+    if (sectionLength > in.remaining()) {
         SARN_LOGW("%s: TISDBTTable::parse: Section length exceeds data length. Aborting!");
-        ISDBTUtils::setErrorCode(error, ERROR_SECTION_LENGTH);
-        return false;
+        return parse::refuse(error, ERROR_SECTION_LENGTH);
     }
     if (checkCrc == 1) {
         // The CRC covers table_id up to the CRC field of the section; the
         // stored value is taken from the last four bytes of the buffer.
         const unsigned int covered = sectionLength > 0 ? sectionLength - 1u : 0u;
         const unsigned int computed = ISDBTUtils::getSectionCRC32(bytes, covered);
-        crc32 = bytes::be32(bytes + length - 4);
+        bytes::Reader tail(bytes, length);
+        tail.skip(length - 4);
+        crc32 = tail.u32();
         if (computed != crc32) {
             SARN_LOGE(
                 "%s: TISDBTTable::parse: CRC32  FAIL! (0x%08X != 0x%08X). Data may be corrupted!",
                 computed, crc32);
-            ISDBTUtils::setErrorCode(error, ERROR_CRC32);
-            return false;
+            return parse::refuse(error, ERROR_CRC32);
         }
     }
     // Body bytes after the three-byte header, less the CRC32. A section_length

@@ -1,9 +1,10 @@
 #include "TISDBTVersionedTable.h"
 
-#include "Bytes.h"
 #include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -25,27 +26,26 @@ bool TISDBTVersionedTable::parseCommonHeader(unsigned char* bytes, unsigned int 
     unsigned short body = 0;
     if (!TISDBTTable::parseCommonHeader(bytes, length, checkCrc, error, &body, nullptr))
         return false;
-    if (previous != nullptr && previous->getType() != type) {
-        ISDBTUtils::setErrorCode(error, ERROR_PREVIOUS_TABLE_TYPE);
-        return false;
-    }
+    if (previous != nullptr && previous->getType() != type)
+        return parse::refuse(error, ERROR_PREVIOUS_TABLE_TYPE);
     if (body < 5) {
         SARN_LOGW("%s: TISDBTVersionedTable::parse: Section length %d < 5", static_cast<int>(body));
-        ISDBTUtils::setErrorCode(error, ERROR_SECTION_LENGTH);
-        return false;
+        return parse::refuse(error, ERROR_SECTION_LENGTH);
     }
-    if (length < 8) {
-        // A section_length below 4 wraps the count above; the long-form
-        // header (bytes 3 to 7) must still lie within the bytes handed in.
+    // A section_length below 4 wraps the count above; the long-form header
+    // (bytes 3 to 7) must still lie within the bytes handed in.
+    bytes::Reader in(bytes, length);
+    in.skip(3);
+    if (!in.has(5)) {
         SARN_LOGW("%s: TISDBTTable::parse: Section length exceeds data length. Aborting!");
-        ISDBTUtils::setErrorCode(error, ERROR_SECTION_LENGTH);
-        return false;
+        return parse::refuse(error, ERROR_SECTION_LENGTH);
     }
-    tableIdExtension = bytes::be16(bytes + 3);
-    version = static_cast<unsigned char>((bytes[5] & 0x3E) >> 1);
-    currentNextIndicator = bytes[5] & 0x01;
-    sectionNumber = bytes[6];
-    lastSectionNumber = bytes[7];
+    tableIdExtension = in.u16();
+    const unsigned char flags = in.u8();
+    version = static_cast<unsigned char>((flags & 0x3E) >> 1);
+    currentNextIndicator = flags & 0x01;
+    sectionNumber = in.u8();
+    lastSectionNumber = in.u8();
     body = static_cast<unsigned short>(body - 5);
     if (remaining != nullptr)
         *remaining = body;
@@ -62,8 +62,7 @@ bool TISDBTVersionedTable::parseCommonHeader(unsigned char* bytes, unsigned int 
     const TISDBTVersionedTable* before = static_cast<const TISDBTVersionedTable*>(previous);
     if (before->version != version || before->crc32 != crc32)
         return true;
-    ISDBTUtils::setErrorCode(error, ERROR_TABLE_UNCHANGED);
-    return false;
+    return parse::refuse(error, ERROR_TABLE_UNCHANGED);
 }
 
 void TISDBTVersionedTable::appendHeaderJSON(std::string& out) const {

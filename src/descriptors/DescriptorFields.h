@@ -5,8 +5,6 @@
 // owned copies of raw byte fields, arrays of big-endian 16-bit values, and
 // the JSON forms in which those fields are written.
 
-#include <cstring>
-
 #include "Bytes.h"
 #include "Json.h"
 
@@ -14,14 +12,7 @@
 namespace Sarn {
 namespace fields {
 
-/** An owned copy (freed with delete[]) of n bytes, or null when n is 0. */
-inline unsigned char* copyBytes(const unsigned char* src, unsigned int n) {
-    if (n == 0)
-        return nullptr;
-    unsigned char* copy = new unsigned char[n];
-    std::memcpy(copy, src, n);
-    return copy;
-}
+using bytes::copyBytes;
 
 /**
  * An owned array of `slots` 16-bit values (freed with delete[]), the first

@@ -4,7 +4,7 @@
 #include "Bytes.h"
 #include "ISDBTUtils.h"
 #include "Log.h"
-#include "OwnedItems.h"
+#include "Owned.h"
 #include "ParserUtils.h"
 
 namespace Sarn {

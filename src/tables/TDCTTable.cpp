@@ -1,11 +1,10 @@
 // Datacaster carousel table (private table_id 0x99) and its carousel entries.
 #include "TDCTTable.h"
 
-#include "Bytes.h"
-#include "ISDBTUtils.h"
 #include "Log.h"
-#include "OwnedItems.h"
-#include "ParserUtils.h"
+#include "Owned.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -16,31 +15,26 @@ TDatacasterCarousel::~TDatacasterCarousel() {}
 
 TDatacasterCarousel* TDatacasterCarousel::parse(unsigned char* data, unsigned int length, int,
                                                 unsigned int* bytesRead, unsigned short* error) {
-    if (data == nullptr)
-        length = 0;
+    bytes::Reader in(data, length);
     // The eight fixed bytes must be there; the name's length byte may be
     // missing at the very end, which reads as an empty name.
-    if (length < 8) {
-        SARN_LOGW("%s: TDatacasterCarousel::parse: Item length not valid: %u. Aborting!", length);
-        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+    if (!in.has(8)) {
+        SARN_LOGW("%s: TDatacasterCarousel::parse: Item length not valid: %u. Aborting!",
+                  in.remaining());
+        return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
-    TDatacasterCarousel* carousel = new TDatacasterCarousel();
-    carousel->pid = bytes::pid13(data);
-    carousel->version = data[2];
-    carousel->carouselId = bytes::be32(data + 3);
-    carousel->componentTag = data[7];
-    const int nameBytes = ParserUtils::parseStr(data + 8, carousel->applicationName, 0, length - 8);
-    if (nameBytes < 0) {
+    std::unique_ptr<TDatacasterCarousel> carousel(new TDatacasterCarousel());
+    carousel->pid = in.pid();
+    carousel->version = in.u8();
+    carousel->carouselId = in.u32();
+    carousel->componentTag = in.u8();
+    if (in.string(carousel->applicationName, 0) < 0) {
         SARN_LOGW("%s: TDatacasterCarousel:: parse: ERROR: parsing ApplicationName. Aborting!");
-        ISDBTUtils::setErrorCode(error, ERROR_FIELD_PARSE);
-        delete carousel;
-        return nullptr;
+        return parse::fail(error, ERROR_FIELD_PARSE);
     }
     if (bytesRead != nullptr)
-        *bytesRead = 8 + static_cast<unsigned int>(nameBytes);
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return carousel;
+        *bytesRead = in.position();
+    return parse::done(error, carousel);
 }
 
 // ---------------------------------------------------------------------------
@@ -54,44 +48,38 @@ TDCTTable::~TDCTTable() {
 
 TDCTTable* TDCTTable::parse(unsigned char* bytes, unsigned int length, int checkCrc, int,
                             unsigned short* error, TDCTTable* previous) {
-    TDCTTable* table = new TDCTTable(bytes, length);
+    std::unique_ptr<TDCTTable> table(new TDCTTable(bytes, length));
     unsigned short remaining = 0;
-    if (!table->parseCommonHeader(bytes, length, checkCrc, error, &remaining, previous)) {
-        delete table;
+    if (!table->parseCommonHeader(bytes, length, checkCrc, error, &remaining, previous))
         return nullptr;
-    }
+    bytes::Reader section(bytes, length);
+    section.skip(8);
     // Only a section_length below 4 leaves the loop length outside a buffer
     // that passed the header checks.
-    if (!bytes::fits(8, 2, length)) {
+    if (!section.has(2)) {
         SARN_LOGW("%s: TDCTTable::parse: Item length not valid: %u. Aborting!", length);
-        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
-        delete table;
-        return nullptr;
+        return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
-    unsigned short loopLength = bytes::len12(bytes + 8);
-    remaining = static_cast<unsigned short>(remaining - 2);
-    unsigned int p = 10;
+    unsigned short loopLength = section.length12();
+    // Each entry gets the rest of the body, up to the CRC32 (or the end of
+    // the bytes handed in, when a short section_length wrapped the count).
+    bytes::Reader body = section.subAtMost(static_cast<unsigned short>(remaining - 2));
     // The loop length runs down to exactly 0; one that is not a sum of whole
     // entries wraps and the walk goes on until an entry fails, at the latest
-    // at the end of the buffer.
+    // at the end of the body.
     while (loopLength != 0) {
-        const unsigned int available = bodyEnd(p, remaining, length) - p;
         unsigned int read = 0;
         TDatacasterCarousel* carousel =
-            TDatacasterCarousel::parse(bytes + p, available, 1, &read, error);
+            TDatacasterCarousel::parse(body.mutableCurrent(), body.remaining(), 1, &read, error);
         if (carousel == nullptr) {
             SARN_LOGW("%s: TDCTTable::parse: Invalid item. Aborting!");
-            ISDBTUtils::setErrorCode(error, ERROR_INVALID_ITEM);
-            delete table;
-            return nullptr;
+            return parse::fail(error, ERROR_INVALID_ITEM);
         }
         table->carousels.push_back(carousel);
-        p += read;
+        body.skip(read);
         loopLength = static_cast<unsigned short>(loopLength - read);
-        remaining = static_cast<unsigned short>(remaining - read);
     }
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return table;
+    return parse::done(error, table);
 }
 
 void TDCTTable::addDatacasterCarousel(TDatacasterCarousel* carousel) {

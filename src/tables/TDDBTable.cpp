@@ -1,6 +1,6 @@
 #include "TDDBTable.h"
 
-#include "ISDBTUtils.h"
+#include "Parse.h"
 
 namespace Sarn {
 
@@ -12,9 +12,8 @@ TDDBTable::~TDDBTable() {}
 TDDBTable* TDDBTable::parse(unsigned char* bytes, unsigned int length, int, int,
                             unsigned short* error, TDDBTable* /*previous*/) {
     // Data blocks are handed on whole: the copy is all there is.
-    TDDBTable* table = new TDDBTable(bytes, length);
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return table;
+    std::unique_ptr<TDDBTable> table(new TDDBTable(bytes, length));
+    return parse::done(error, table);
 }
 
 }  // namespace Sarn

@@ -1,6 +1,6 @@
 #include "TDsiDiiTable.h"
 
-#include "ISDBTUtils.h"
+#include "Parse.h"
 
 namespace Sarn {
 
@@ -12,9 +12,8 @@ TDsiDiiTable::~TDsiDiiTable() {}
 TDsiDiiTable* TDsiDiiTable::parse(unsigned char* bytes, unsigned int length, int, int,
                                   unsigned short* error, TDsiDiiTable* /*previous*/) {
     // Carousel control messages are handed on whole: the copy is all there is.
-    TDsiDiiTable* table = new TDsiDiiTable(bytes, length);
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return table;
+    std::unique_ptr<TDsiDiiTable> table(new TDsiDiiTable(bytes, length));
+    return parse::done(error, table);
 }
 
 }  // namespace Sarn

@@ -1,9 +1,10 @@
 #include "TEITTable.h"
 
-#include "Bytes.h"
-#include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
+#include "Owned.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -58,10 +59,6 @@ TEventItem::TEventItem(int fullSegment, unsigned char table, unsigned char secti
       duration(0),
       runningStatus(0),
       freeCAMode(0),
-      startHour(0),
-      startMinute(0),
-      durationHours(0),
-      durationMinutes(0),
       sectionNumber(section),
       tableId(table),
       dataLength(0) {}
@@ -71,55 +68,41 @@ TEventItem::~TEventItem() {}
 TEventItem* TEventItem::parse(unsigned char* data, unsigned int len, int fullSegment,
                               unsigned char tableId, unsigned char sectionNumber,
                               unsigned int* bytesRead, unsigned short* err) {
-    if (data == nullptr)
-        len = 0;  // nothing to read
-    if (len < 12) {
-        SARN_LOGW("%s: TEventItem::parse: Descriptor length not valid: %u. Aborting!", len);
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+    bytes::Reader in(data, len);
+    if (!in.has(12)) {
+        SARN_LOGW("%s: TEventItem::parse: Descriptor length not valid: %u. Aborting!",
+                  in.remaining());
+        return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
-    TEventItem* e = new TEventItem(fullSegment, tableId, sectionNumber);
-    e->dataLength = len;
-    e->eventId = bytes::be16(data);
+    std::unique_ptr<TEventItem> e(new TEventItem(fullSegment, tableId, sectionNumber));
+    e->dataLength = in.remaining();
+    e->eventId = in.u16();
 
     // The wall-clock start is taken as UTC; an undefined start (all ones) is
     // decoded like any other value.
-    const unsigned int hour = ISDBTUtils::bcd2U8(data[4]);
-    const unsigned int minute = ISDBTUtils::bcd2U8(data[5]);
-    const unsigned int second = ISDBTUtils::bcd2U8(data[6]);
-    e->startTime =
-        ISDBTUtils::mjd2unix(bytes::be16(data + 2)) + second + minute * 60u + hour * 3600u;
-    e->startHour = static_cast<unsigned char>(hour);
-    e->startMinute = static_cast<unsigned char>(minute);
+    e->startTime = in.mjdTime();
+    e->duration = in.bcdTime();
 
-    const unsigned int hours = ISDBTUtils::bcd2U8(data[7]);
-    const unsigned int minutes = ISDBTUtils::bcd2U8(data[8]);
-    e->duration = ISDBTUtils::bcd2U8(data[9]) + minutes * 60u + hours * 3600u;
-    e->durationHours = static_cast<unsigned char>(hours);
-    e->durationMinutes = static_cast<unsigned char>(minutes);
-
-    e->runningStatus = static_cast<unsigned char>(data[10] >> 5);
+    const unsigned char status = in.peek();
+    e->runningStatus = static_cast<unsigned char>(status >> 5);
     // The free_CA_mode bit is shifted out on purpose: this library reports
     // every event as free to air (0), and receivers built on it expect that.
-    e->freeCAMode = (data[10] & 0x10) >> 5;
+    e->freeCAMode = (status & 0x10) >> 5;
 
-    const unsigned int loopLength = bytes::len12(data + 10);
-    if (loopLength > len - 12) {
+    const unsigned int loopLength = in.length12();
+    if (!in.has(loopLength)) {
         SARN_LOGW(
             "%s: TEventItem::parse: Loop length is greater than buffer length (%d > %u). "
             "Aborting!",
-            static_cast<int>(loopLength), len - 12);
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        delete e;
-        return nullptr;
+            static_cast<int>(loopLength), in.remaining());
+        return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
     // The next event starts where the descriptor walk stopped, which is short
     // of loopLength when the loop ends in a stray byte or an overrun.
-    const unsigned int consumed = e->parseDescriptorsLoop(data + 12, loopLength);
+    const unsigned int consumed = e->parseDescriptorsLoop(in.mutableCurrent(), loopLength);
     if (bytesRead != nullptr)
-        *bytesRead = 12 + consumed;
-    ISDBTUtils::setErrorCode(err, ERROR_NONE);
-    return e;
+        *bytesRead = in.position() + consumed;
+    return parse::done(err, e);
 }
 
 void TEventItem::appendJSON(std::string& out) const {
@@ -150,49 +133,44 @@ TEITTable::TEITTable(TISDBTTable::Type tableType, unsigned char* bytes, unsigned
       lastTableId(0) {}
 
 TEITTable::~TEITTable() {
-    for (auto& entry : events)
-        delete entry.second;
+    owned::deleteAll(events);
 }
 
 TEITTable* TEITTable::parse(unsigned char* bytes, unsigned int len, int fullSegment, int checkCrc,
                             int, unsigned short* err, TEITTable* previous) {
-    TEITTable* table = new TEITTable(fullSegment ? TYPE_EIT_12 : TYPE_EIT_27, bytes, len);
+    std::unique_ptr<TEITTable> table(
+        new TEITTable(fullSegment ? TYPE_EIT_12 : TYPE_EIT_27, bytes, len));
     unsigned short remaining = 0;
-    if (!table->parseCommonHeader(bytes, len, checkCrc, err, &remaining, previous)) {
-        delete table;
+    if (!table->parseCommonHeader(bytes, len, checkCrc, err, &remaining, previous))
         return nullptr;
-    }
     // Events and their descriptors are read from the table's own copy, so
     // they stay valid for as long as the table lives. The minimum length of
     // 14 covers the fixed fields after the long header.
-    unsigned char* s = table->data;
-    table->transportStreamId = bytes::be16(s + 8);
-    table->originalNetworkId = bytes::be16(s + 10);
-    table->segmentLastSectionNumber = s[12];
-    table->lastTableId = s[13];
+    bytes::Reader section(table->data, table->dataLength);
+    section.skip(8);
+    bytes::Reader fixed = section;
+    table->transportStreamId = fixed.u16();
+    table->originalNetworkId = fixed.u16();
+    table->segmentLastSectionNumber = fixed.u8();
+    table->lastTableId = fixed.u8();
 
-    const unsigned int end = bodyEnd(8, remaining, len);
-    for (unsigned int offset = 14; offset < end;) {
+    // Events run up to the CRC32, and never past the bytes handed in.
+    bytes::Reader body = section.subAtMost(remaining);
+    body.skip(6);
+    while (!body.atEnd()) {
         unsigned int read = 0;
-        TEventItem* item = TEventItem::parse(s + offset, end - offset, fullSegment, table->tableId,
-                                             table->sectionNumber, &read, err);
+        TEventItem* item = TEventItem::parse(body.mutableCurrent(), body.remaining(), fullSegment,
+                                             table->tableId, table->sectionNumber, &read, err);
         if (item == nullptr) {
             SARN_LOGW("%s: TEITTable::parse: TEITTable::parse: Invalid item. Aborting!");
-            ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
-            delete table;
-            return nullptr;
+            return parse::fail(err, ERROR_DESCRIPTOR_LENGTH);
         }
         // A repeated event_id replaces the earlier event, which nobody else
         // can hold yet.
-        auto inserted = table->events.emplace(item->eventId, item);
-        if (!inserted.second) {
-            delete inserted.first->second;
-            inserted.first->second = item;
-        }
-        offset += read;
+        owned::replace(table->events, item->eventId, item);
+        body.skip(read);
     }
-    ISDBTUtils::setErrorCode(err, ERROR_NONE);
-    return table;
+    return parse::done(err, table);
 }
 
 void TEITTable::addItem(TEventItem* item) {
@@ -201,15 +179,11 @@ void TEITTable::addItem(TEventItem* item) {
 }
 
 std::list<unsigned short> TEITTable::getEventsIDs() const {
-    std::list<unsigned short> ids;
-    for (const auto& entry : events)
-        ids.push_back(entry.first);
-    return ids;
+    return owned::keys(events);
 }
 
 TEventItem* TEITTable::getEvent(unsigned short eventId) const {
-    auto it = events.find(eventId);
-    return it == events.end() ? nullptr : it->second;
+    return owned::find(events, eventId);
 }
 
 std::string TEITTable::toJSON() const {
@@ -220,15 +194,9 @@ std::string TEITTable::toJSON() const {
     o << ",\"transport_stream_id\":" << transportStreamId
       << ",\"original_network_id\":" << originalNetworkId
       << ",\"segment_last_section_number\":" << segmentLastSectionNumber
-      << ",\"last_table_id\":" << lastTableId << ",\"event_loop\":[";
-    bool first = true;
-    for (const auto& entry : events) {
-        if (!first)
-            o << ',';
-        first = false;
-        entry.second->appendJSON(out);
-    }
-    o << "]}";
+      << ",\"last_table_id\":" << lastTableId << ",\"event_loop\":";
+    json::appendArray(o, events, [&](const auto& entry) { entry.second->appendJSON(out); });
+    o << '}';
     return out;
 }
 

@@ -1,10 +1,10 @@
 #include "TNITTable.h"
 
-#include "Bytes.h"
-#include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
 #include "Owned.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -16,44 +16,42 @@ constexpr DescriptorTagSet kNetworkTags = {0x40, 0xFE, 0x41, 0x4A, 0xFA, 0xFC, 0
 }  // namespace
 
 TTransportStreamInfo::TTransportStreamInfo()
-    : DescriptorLoop(kNetworkTags), transport_stream_id(0), original_network_id(0) {}
+    : DescriptorLoop(kNetworkTags), transportStreamId(0), originalNetworkId(0) {}
 
 TTransportStreamInfo::~TTransportStreamInfo() {}
 
 TTransportStreamInfo* TTransportStreamInfo::parse(unsigned char* bytes, unsigned int length, int,
                                                   unsigned int* bytesRead, unsigned short* error) {
     // The entry's messages have always named it TNITTransportStreamInfo.
-    if (bytes == nullptr || length < 6) {
+    bytes::Reader in(bytes, length);
+    if (!in.has(6)) {
         SARN_LOGW("%s: TNITTransportStreamInfo::parse: Item length not valid: %u. Aborting!",
                   length);
-        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+        return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
-    const unsigned int descriptorsLength = bytes::len12(bytes + 4);
+    const unsigned short transportStreamId = in.u16();
+    const unsigned short originalNetworkId = in.u16();
+    const unsigned int descriptorsLength = in.length12();
     if (descriptorsLength > length) {
         SARN_LOGW("%s: TNITTransportStreamInfo::parse: Item length not valid: %u > %u. Aborting!",
                   descriptorsLength, length);
-        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+        return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
-    TTransportStreamInfo* info = new TTransportStreamInfo();
-    info->transport_stream_id = bytes::be16(bytes);
-    info->original_network_id = bytes::be16(bytes + 2);
+    std::unique_ptr<TTransportStreamInfo> info(new TTransportStreamInfo());
+    info->transportStreamId = transportStreamId;
+    info->originalNetworkId = originalNetworkId;
     // A loop a little longer than the bytes left is clamped to them (and
     // takes them all), not refused.
-    unsigned int total = 6 + descriptorsLength;
-    if (total > length) {
+    if (!in.has(descriptorsLength))
         SARN_LOGW(
             "%s: TNITTransportStreamInfo::parse: TS descriptor length bigger than data length! (%u "
             "> %u)",
-            descriptorsLength, length - 6);
-        total = length;
-    }
-    info->parseDescriptorsLoop(bytes + 6, total - 6);
+            descriptorsLength, in.remaining());
+    bytes::Reader loop = in.subAtMost(descriptorsLength);
+    info->parseDescriptorsLoop(loop.mutableCurrent(), loop.remaining());
     if (bytesRead != nullptr)
-        *bytesRead = total;
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return info;
+        *bytesRead = in.position();
+    return parse::done(error, info);
 }
 
 TNITTable::TNITTable(unsigned char* bytes, unsigned int length)
@@ -65,57 +63,52 @@ TNITTable::~TNITTable() {
 
 TNITTable* TNITTable::parse(unsigned char* bytes, unsigned int length, int checkCrc, int,
                             unsigned short* error, TNITTable* previous) {
-    TNITTable* table = new TNITTable(bytes, length);
+    std::unique_ptr<TNITTable> table(new TNITTable(bytes, length));
     unsigned short remaining = 0;
-    if (!table->parseCommonHeader(bytes, length, checkCrc, error, &remaining, previous)) {
-        delete table;
+    if (!table->parseCommonHeader(bytes, length, checkCrc, error, &remaining, previous))
         return nullptr;
-    }
-    // Offset of the CRC32; a wrapped body counter stops at the end of the
-    // bytes handed in.
-    const unsigned int end = bodyEnd(8, remaining, length);
-    const unsigned int networkDescriptorsLength = bytes::len12(bytes + 8);
+    bytes::Reader section(bytes, length);
+    section.skip(8);
+    // network_descriptors_length lies within the minimum length, even in a
+    // section whose section_length is too short for it.
+    const unsigned int networkDescriptorsLength = bytes::Reader(section).length12();
+    // Up to the CRC32; a wrapped body counter stops at the end of the bytes
+    // handed in.
+    bytes::Reader body = section.subAtMost(remaining);
     // The network descriptors must leave room for transport_stream_loop_length.
-    if (10 + networkDescriptorsLength > end - 2) {
+    if (!body.has(4 + networkDescriptorsLength)) {
         SARN_LOGW("%s: TNITTable::parse: NetDescLen not valid: %u > %u. Aborting!",
-                  10 + networkDescriptorsLength, end - 2);
-        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
-        delete table;
-        return nullptr;
+                  10 + networkDescriptorsLength, 6 + body.remaining());
+        return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
-    const unsigned int read = table->parseDescriptorsLoop(bytes + 10, networkDescriptorsLength);
+    body.skip(2);
+    const unsigned int read =
+        table->parseDescriptorsLoop(body.mutableCurrent(), networkDescriptorsLength);
+    body.skip(networkDescriptorsLength);
     if (read != networkDescriptorsLength)
         SARN_LOGW(
             "%s: TNITTable::parse: read bytes different than network descriptors length (%d != "
             "%d)",
             static_cast<int>(read), static_cast<int>(networkDescriptorsLength));
-    unsigned int pos = 10 + networkDescriptorsLength;
 
-    const unsigned int loopLength = bytes::len12(bytes + pos);
-    pos += 2;
-    if (pos + loopLength > end) {
+    const unsigned int loopLength = body.length12();
+    if (!body.has(loopLength)) {
         SARN_LOGW("%s: TNITTable::parse: Item length not valid: %u > %u. Aborting!", loopLength,
                   static_cast<unsigned int>(remaining));
-        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
-        delete table;
-        return nullptr;
+        return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
-    for (unsigned int consumed = 0; consumed < loopLength;) {
+    for (bytes::Reader loop = body.sub(loopLength); !loop.atEnd();) {
         unsigned int bytesRead = 0;
-        TTransportStreamInfo* info =
-            TTransportStreamInfo::parse(bytes + pos, loopLength - consumed, 1, &bytesRead, error);
+        TTransportStreamInfo* info = TTransportStreamInfo::parse(
+            loop.mutableCurrent(), loop.remaining(), 1, &bytesRead, error);
         if (info == nullptr) {
             SARN_LOGW("%s: TNITTable::parse: Invalid item. Aborting!");
-            ISDBTUtils::setErrorCode(error, ERROR_INVALID_ITEM);
-            delete table;
-            return nullptr;
+            return parse::fail(error, ERROR_INVALID_ITEM);
         }
-        owned::replace(table->transportStreams, info->transport_stream_id, info);
-        pos += bytesRead;
-        consumed += bytesRead;
+        owned::replace(table->transportStreams, info->transportStreamId, info);
+        loop.skip(bytesRead);
     }
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return table;
+    return parse::done(error, table);
 }
 
 void TNITTable::addTransportStreamInfo(TTransportStreamInfo* info) {
@@ -140,19 +133,15 @@ std::string TNITTable::toJSON() const {
     json::Out o(out);
     o << "{\"networkId\":" << tableIdExtension << ",\"networkDescriptors\":";
     appendDescriptorsJSON(out);
-    o << ",\"transportStreams\":[";
-    bool first = true;
-    for (const auto& entry : transportStreams) {
+    o << ",\"transportStreams\":";
+    json::appendArray(o, transportStreams, [&](const auto& entry) {
         const TTransportStreamInfo* info = entry.second;
-        if (!first)
-            o << ',';
-        first = false;
-        o << "{\"transportStreamId\":" << info->transport_stream_id
-          << ",\"originalNetworkId\":" << info->original_network_id << ",\"transportDescriptors\":";
+        o << "{\"transportStreamId\":" << info->transportStreamId
+          << ",\"originalNetworkId\":" << info->originalNetworkId << ",\"transportDescriptors\":";
         info->appendDescriptorsJSON(out);
         o << '}';
-    }
-    o << "]}";
+    });
+    o << '}';
     return out;
 }
 

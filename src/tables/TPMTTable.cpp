@@ -1,10 +1,10 @@
 #include "TPMTTable.h"
 
-#include "Bytes.h"
-#include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
 #include "Owned.h"
+#include "Parse.h"
+#include "Reader.h"
 #include "TDataComponentDescriptor.h"
 #include "TStreamIdentifierDescriptor.h"
 
@@ -35,32 +35,33 @@ TProgramMap::~TProgramMap() {}
 
 TProgramMap* TProgramMap::parse(unsigned char* bytes, unsigned int length, int,
                                 unsigned int* bytesRead, unsigned short* error) {
-    if (bytes == nullptr || length < 5) {
+    bytes::Reader in(bytes, length);
+    if (!in.has(5)) {
         SARN_LOGW("%s: TProgramMap::parse: Item length not valid: %u. Aborting!", length);
-        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+        return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
     // stream_type, elementary_PID (13 bits), ES_info_length (12 bits).
-    const unsigned int esInfoLength = bytes::len12(bytes + 3);
-    if (5 + esInfoLength > length) {
+    const unsigned char streamType = in.u8();
+    const unsigned short elementaryPid = in.pid();
+    const unsigned int esInfoLength = in.length12();
+    if (!in.has(esInfoLength)) {
         SARN_LOGW("%s: TProgramMap::parse: ESInfoLength not valid: %u + %u > %u. Aborting!", 5u,
                   esInfoLength, length);
-        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+        return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
-    TProgramMap* map = new TProgramMap();
-    map->streamType = bytes[0];
-    map->elementaryPid = bytes::pid13(bytes + 1);
-    const unsigned int read = map->parseDescriptorsLoop(bytes + 5, esInfoLength);
+    std::unique_ptr<TProgramMap> map(new TProgramMap());
+    map->streamType = streamType;
+    map->elementaryPid = elementaryPid;
+    const unsigned int read = map->parseDescriptorsLoop(in.mutableCurrent(), esInfoLength);
+    in.skip(esInfoLength);
     if (read != esInfoLength)
         SARN_LOGW(
             "%s: TProgramMap:parse: read bytes different than network descriptors length (%d != "
             "%d)",
             static_cast<int>(read), static_cast<int>(esInfoLength));
     if (bytesRead != nullptr)
-        *bytesRead = 5 + esInfoLength;
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return map;
+        *bytesRead = in.position();
+    return parse::done(error, map);
 }
 
 TPMTTable::TPMTTable(unsigned char* bytes, unsigned int length)
@@ -74,51 +75,49 @@ TPMTTable::~TPMTTable() {
 
 TPMTTable* TPMTTable::parse(unsigned char* bytes, unsigned int length, int, int checkCrc,
                             unsigned short* error, TPMTTable* previous) {
-    TPMTTable* table = new TPMTTable(bytes, length);
+    std::unique_ptr<TPMTTable> table(new TPMTTable(bytes, length));
     unsigned short remaining = 0;
-    if (!table->parseCommonHeader(bytes, length, checkCrc, error, &remaining, previous)) {
-        delete table;
+    if (!table->parseCommonHeader(bytes, length, checkCrc, error, &remaining, previous))
         return nullptr;
-    }
+    bytes::Reader section(bytes, length);
+    section.skip(8);
+    // PCR_PID and program_info_length lie within the minimum length, even in
+    // a section whose section_length is too short for them.
+    bytes::Reader fixed = section;
+    table->pcrPid = fixed.pid();
+    const unsigned int programInfoLength = fixed.length12();
     // The streams run up to the CRC32; a wrapped body counter stops at the
     // end of the bytes handed in.
-    const unsigned int end = bodyEnd(8, remaining, length);
-    table->pcrPid = bytes::pid13(bytes + 8);
-    const unsigned int programInfoLength = bytes::len12(bytes + 10);
-    unsigned int p = 12;
-    if (p + programInfoLength > end) {
+    bytes::Reader body = section.subAtMost(remaining);
+    if (!body.has(4 + programInfoLength)) {
         SARN_LOGW(
-            "%s: TPMTTable::parse: Longer data length is required: (%u + %u) >(%u). Aborting!", p,
+            "%s: TPMTTable::parse: Longer data length is required: (%u + %u) >(%u). Aborting!", 12u,
             programInfoLength, static_cast<unsigned int>(remaining));
-        ISDBTUtils::setErrorCode(error, ERROR_DESCRIPTOR_LENGTH);
-        delete table;
-        return nullptr;
+        return parse::fail(error, ERROR_DESCRIPTOR_LENGTH);
     }
-    const unsigned int read = table->parseDescriptorsLoop(bytes + p, programInfoLength);
+    body.skip(4);
+    const unsigned int read = table->parseDescriptorsLoop(body.mutableCurrent(), programInfoLength);
+    body.skip(programInfoLength);
     if (read != programInfoLength)
         SARN_LOGW("%s: TPMTTable::parse: readBytes != l_iProgramInfoLength! (%u != %u)", read,
                   programInfoLength);
-    p += programInfoLength;
 
-    while (p < end) {
+    while (!body.atEnd()) {
         unsigned int bytesRead = 0;
-        TProgramMap* map = TProgramMap::parse(bytes + p, end - p, 1, &bytesRead, error);
+        TProgramMap* map =
+            TProgramMap::parse(body.mutableCurrent(), body.remaining(), 1, &bytesRead, error);
         if (map == nullptr) {
             SARN_LOGW("%s: TPMTTable::parse: Invalid item. Aborting!");
-            ISDBTUtils::setErrorCode(error, ERROR_INVALID_ITEM);
-            delete table;
-            return nullptr;
+            return parse::fail(error, ERROR_INVALID_ITEM);
         }
         table->programMaps.push_back(map);
-        p += bytesRead;
+        body.skip(bytesRead);
     }
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return table;
+    return parse::done(error, table);
 }
 
 void TPMTTable::addProgramMap(TProgramMap* map) {
-    if (map != nullptr)
-        programMaps.push_back(map);
+    owned::append(programMaps, map);
 }
 
 TProgramMap* TPMTTable::getProgramMap(unsigned char index) const {
@@ -171,7 +170,7 @@ std::list<ProgramData> TPMTTable::getAllPrograms() const {
 }
 
 bool TPMTTable::removeProgramMap(unsigned char index) {
-    return owned::eraseAt(programMaps, index);
+    return owned::removeAt(programMaps, index);
 }
 
 std::string TPMTTable::toJSON() const {
@@ -180,18 +179,14 @@ std::string TPMTTable::toJSON() const {
     o << "{\"programNumber\":" << tableIdExtension << ",\"pcrPid\":" << pcrPid
       << ",\"programInfoDescriptors\":";
     appendDescriptorsJSON(out);
-    o << ",\"elementaryStreams\":[";
-    bool first = true;
-    for (const TProgramMap* map : programMaps) {
-        if (!first)
-            o << ',';
-        first = false;
+    o << ",\"elementaryStreams\":";
+    json::appendArray(o, programMaps, [&](const TProgramMap* map) {
         o << "{\"streamType\":" << map->streamType << ",\"elementaryPid\":" << map->elementaryPid
           << ",\"esInfoDescriptors\":";
         map->appendDescriptorsJSON(out);
         o << '}';
-    }
-    o << "]}";
+    });
+    o << '}';
     return out;
 }
 

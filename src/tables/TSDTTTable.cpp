@@ -1,10 +1,10 @@
 // Software download trigger table with its download contents and schedules.
 #include "TSDTTTable.h"
 
-#include "Bytes.h"
-#include "ISDBTUtils.h"
 #include "Log.h"
-#include "OwnedItems.h"
+#include "Owned.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -12,23 +12,19 @@ TScheduleInfo::~TScheduleInfo() {}
 
 TScheduleInfo* TScheduleInfo::parse(unsigned char* data, unsigned int length,
                                     unsigned int* bytesRead, unsigned short* error) {
-    if (data == nullptr)
-        length = 0;
-    if (length < 8) {
-        SARN_LOGW("%s: TScheduleInfo::parse: Item length not valid: %u. Aborting!", length);
-        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+    bytes::Reader in(data, length);
+    if (!in.has(8)) {
+        SARN_LOGW("%s: TScheduleInfo::parse: Item length not valid: %u. Aborting!", in.remaining());
+        return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
     // start_time: MJD(16) and BCD hour, minute, second, taken as UTC.
     // duration: BCD hhmmss, kept as the raw 24-bit number.
-    TScheduleInfo* schedule = new TScheduleInfo();
-    schedule->startTime = ISDBTUtils::mjd2unix(bytes::be16(data)) + ISDBTUtils::bcd2U8(data[4]) +
-                          ISDBTUtils::bcd2U8(data[3]) * 60u + ISDBTUtils::bcd2U8(data[2]) * 3600u;
-    schedule->duration = bytes::be24(data + 5);
+    std::unique_ptr<TScheduleInfo> schedule(new TScheduleInfo());
+    schedule->startTime = in.mjdTime();
+    schedule->duration = in.u24();
     if (bytesRead != nullptr)
-        *bytesRead = 8;
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return schedule;
+        *bytesRead = in.position();
+    return parse::done(error, schedule);
 }
 
 // ---------------------------------------------------------------------------
@@ -50,81 +46,76 @@ TDownloadContent::~TDownloadContent() {
 
 TDownloadContent* TDownloadContent::parse(unsigned char* data, unsigned int length, int,
                                           unsigned int* bytesRead, unsigned short* error) {
-    if (data == nullptr)
-        length = 0;
-    if (length < 8) {
-        SARN_LOGW("%s: TDownloadContent::parse: Item length not valid: %u. Aborting!", length);
-        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+    bytes::Reader in(data, length);
+    if (!in.has(8)) {
+        SARN_LOGW("%s: TDownloadContent::parse: Item length not valid: %u. Aborting!",
+                  in.remaining());
+        return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
     // group(4) target_version(12) new_version(12) download_level(2)
     // version_indicator(2) content_description_length(12) reserved(4)
     // schedule_description_length(12) schedule_timeshift_information(4).
-    TDownloadContent* content = new TDownloadContent();
-    content->group = data[0] >> 4;
-    content->targetVersion = static_cast<unsigned short>(((data[0] & 0x0F) << 8) | data[1]);
-    content->newVersion = static_cast<unsigned short>((data[2] << 4) | (data[3] >> 4));
-    content->downloadLevel = (data[3] & 0x0C) >> 2;
-    content->versionIndicator = data[3] & 0x03;
+    std::unique_ptr<TDownloadContent> content(new TDownloadContent());
+    const unsigned int versions = in.u32();
+    content->group = static_cast<unsigned char>(versions >> 28);
+    content->targetVersion = static_cast<unsigned short>((versions >> 16) & 0x0FFF);
+    content->newVersion = static_cast<unsigned short>((versions >> 4) & 0x0FFF);
+    content->downloadLevel = static_cast<unsigned char>((versions >> 2) & 0x03);
+    content->versionIndicator = static_cast<unsigned char>(versions & 0x03);
+    const unsigned int lengths = in.u32();
     // The content description covers the schedules and the descriptors.
-    unsigned short contentLength = static_cast<unsigned short>((data[4] << 4) | (data[5] >> 4));
-    unsigned short scheduleLength = static_cast<unsigned short>((data[6] << 4) | (data[7] >> 4));
-    content->scheduleTimeShiftInfo = data[7] & 0x0F;
+    unsigned short contentLength = static_cast<unsigned short>(lengths >> 20);
+    unsigned short scheduleLength = static_cast<unsigned short>((lengths >> 4) & 0x0FFF);
+    content->scheduleTimeShiftInfo = static_cast<unsigned char>(lengths & 0x0F);
 
-    auto abandon = [content, error](unsigned short code) -> TDownloadContent* {
-        ISDBTUtils::setErrorCode(error, code);
-        delete content;
-        return nullptr;
-    };
-    unsigned int p = 8;
-    if (contentLength > length - p) {
+    if (!in.has(contentLength)) {
         SARN_LOGW("%s: TDownloadContent::parse: Item length not valid: %u > %u. Aborting!",
-                  static_cast<unsigned int>(contentLength), length - p);
-        return abandon(ERROR_DATA_TOO_SHORT);
+                  static_cast<unsigned int>(contentLength), in.remaining());
+        return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
     // Eight bytes per schedule. The counters run down to exactly 0: a
     // schedule length that is not a multiple of 8 or that overruns the
     // content wraps them, and the walk then ends where the bytes end: a
     // schedule short of its eight bytes makes the content too short.
     while (scheduleLength != 0) {
-        const unsigned int left = length - p;
-        if (left < 8) {
-            SARN_LOGW("%s: TDownloadContent::parse: Item length not valid: %u. Aborting!", left);
-            return abandon(ERROR_DATA_TOO_SHORT);
+        if (!in.has(8)) {
+            SARN_LOGW("%s: TDownloadContent::parse: Item length not valid: %u. Aborting!",
+                      in.remaining());
+            return parse::fail(error, ERROR_DATA_TOO_SHORT);
         }
-        TScheduleInfo* schedule = TScheduleInfo::parse(data + p, 8, nullptr, error);
+        TScheduleInfo* schedule = TScheduleInfo::parse(in.mutableCurrent(), 8, nullptr, error);
         if (schedule == nullptr) {
             SARN_LOGW("%s: TDownloadContent::parse: Invalid item. Aborting!");
-            return abandon(ERROR_INVALID_ITEM);
+            return parse::fail(error, ERROR_INVALID_ITEM);
         }
         content->schedules.push_back(schedule);
-        p += 8;
+        in.skip(8);
         scheduleLength = static_cast<unsigned short>(scheduleLength - 8);
         contentLength = static_cast<unsigned short>(contentLength - 8);
     }
     while (contentLength != 0) {
-        const unsigned int left = length - p;
-        if (left < 2) {
+        if (!in.has(2)) {
             // Not even a descriptor header is left: only a wrapped counter
             // gets here.
-            SARN_LOGW("%s: TDownloadContent::parse: Item length not valid: %u. Aborting!", left);
-            return abandon(ERROR_DATA_TOO_SHORT);
+            SARN_LOGW("%s: TDownloadContent::parse: Item length not valid: %u. Aborting!",
+                      in.remaining());
+            return parse::fail(error, ERROR_DATA_TOO_SHORT);
         }
-        const unsigned char tag = data[p];
-        const unsigned int descriptorLength = data[p + 1];
-        if (descriptorLength > left - 2) {
+        const unsigned char tag = in.peek(0);
+        const unsigned int descriptorLength = in.peek(1);
+        if (!in.has(descriptorLength + 2)) {
             SARN_LOGW("%s: TDownloadContent::parse: Item length not valid: %u > %u. Aborting!",
-                      descriptorLength, left - 2);
-            return abandon(ERROR_DATA_TOO_SHORT);
+                      descriptorLength, in.remaining() - 2);
+            return parse::fail(error, ERROR_DATA_TOO_SHORT);
         }
+        unsigned char* descriptorBytes = in.mutableCurrent();
+        in.skip(descriptorLength + 2);
         if (tag == TDownloadContentDescriptor::DESCRIPTOR_TAG) {
-            TDownloadContentDescriptor* d =
-                TDownloadContentDescriptor::parse(data + p, descriptorLength + 2, nullptr, error);
-            if (d == nullptr) {
-                // The descriptor logged its reason and left its code.
-                delete content;
+            TDownloadContentDescriptor* d = TDownloadContentDescriptor::parse(
+                descriptorBytes, descriptorLength + 2, nullptr, error);
+            // A failed descriptor logged its reason and left its code.
+            if (d == nullptr)
                 return nullptr;
-            }
             // A second descriptor replaces the first, which nobody holds yet.
             delete content->descriptor;
             content->descriptor = d;
@@ -132,13 +123,11 @@ TDownloadContent* TDownloadContent::parse(unsigned char* data, unsigned int leng
             SARN_LOGW("%s: TDownloadContent::parse: Unknown descriptor: 0x%02X. Ignored!",
                       static_cast<unsigned int>(tag));
         }
-        p += descriptorLength + 2;
         contentLength = static_cast<unsigned short>(contentLength - (descriptorLength + 2));
     }
     if (bytesRead != nullptr)
-        *bytesRead = p;
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return content;
+        *bytesRead = in.position();
+    return parse::done(error, content);
 }
 
 TISDBTDescriptor* TDownloadContent::getDescriptor(unsigned char tag) const {
@@ -178,49 +167,40 @@ TSDTTTable::~TSDTTTable() {
 
 TSDTTTable* TSDTTTable::parse(unsigned char* bytes, unsigned int length, int checkCrc, int,
                               unsigned short* error, TSDTTTable* previous) {
-    TSDTTTable* table = new TSDTTTable(bytes, length);
+    std::unique_ptr<TSDTTTable> table(new TSDTTTable(bytes, length));
     unsigned short remaining = 0;
-    if (!table->parseCommonHeader(bytes, length, checkCrc, error, &remaining, previous)) {
-        delete table;
+    if (!table->parseCommonHeader(bytes, length, checkCrc, error, &remaining, previous))
         return nullptr;
-    }
     // The body is read from the table's own copy.
-    const unsigned char* b = table->data;
+    bytes::Reader section(table->data, table->dataLength);
+    section.skip(8);
     // transport_stream_id(16) original_network_id(16) service_id(16)
     // num_of_contents(8): read even when section_length is too small for
     // them, as long as the bytes are there.
-    if (!bytes::fits(8, 7, length)) {
+    if (!section.has(7)) {
         SARN_LOGW("%s: TSDTTTable::parse: Item length not valid: %u. Aborting!", length);
-        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
-        delete table;
-        return nullptr;
+        return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
-    table->transportStreamId = bytes::be16(b + 8);
-    table->originalNetworkId = bytes::be16(b + 10);
-    table->serviceId = bytes::be16(b + 12);
-    unsigned int count = b[14];
-    remaining = static_cast<unsigned short>(remaining - 7);
-    unsigned int p = 15;
+    table->transportStreamId = section.u16();
+    table->originalNetworkId = section.u16();
+    table->serviceId = section.u16();
+    unsigned int count = section.u8();
+    // Each content gets the rest of the body; a counter wrapped by a short
+    // section_length still stops at the end of the buffer.
+    bytes::Reader body = section.subAtMost(static_cast<unsigned short>(remaining - 7));
     for (; count != 0; --count) {
-        // Each content gets the rest of the body; a counter wrapped by a
-        // short section_length still stops at the end of the buffer.
-        const unsigned int available = bodyEnd(p, remaining, length) - p;
         unsigned int read = 0;
         TDownloadContent* content =
-            TDownloadContent::parse(table->data + p, available, 1, &read, error);
+            TDownloadContent::parse(body.mutableCurrent(), body.remaining(), 1, &read, error);
         if (content == nullptr) {
             SARN_LOGW("%s: TSDTTTable::parse: Invalid item. Aborting!");
-            ISDBTUtils::setErrorCode(error, ERROR_INVALID_ITEM);
-            delete table;
-            return nullptr;
+            return parse::fail(error, ERROR_INVALID_ITEM);
         }
         table->contents.push_back(content);
-        p += read;
-        remaining = static_cast<unsigned short>(remaining - read);
+        body.skip(read);
     }
     // Bytes after the last content are not looked at.
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return table;
+    return parse::done(error, table);
 }
 
 void TSDTTTable::addDownloadContent(TDownloadContent* content) {

@@ -1,10 +1,10 @@
 #include "TSDTTable.h"
 
-#include "Bytes.h"
-#include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
 #include "Owned.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -14,53 +14,54 @@ namespace {
 constexpr DescriptorTagSet kServiceTags = {0x48, 0x47, 0x49, 0x4A, 0xC1, 0xCF,
                                            0xDE, 0x4B, 0x4C, 0x51, 0x53};
 
-// The service loop starts after original_network_id and a reserved byte.
-constexpr unsigned int kServiceLoopStart = 11;
-
 }  // namespace
 
 TServiceDescription::TServiceDescription()
     : DescriptorLoop(kServiceTags),
-      service_id(0),
+      serviceId(0),
       eitSchedule(0),
       eitPresentFollowing(0),
-      running_status(0),
-      free_CA_mode(0) {}
+      runningStatus(0),
+      freeCAMode(0) {}
 
 TServiceDescription::~TServiceDescription() {}
 
 TServiceDescription* TServiceDescription::parse(unsigned char* bytes, unsigned int length, int,
                                                 unsigned int* bytesRead, unsigned short* error) {
-    if (bytes == nullptr || length < 5) {
+    bytes::Reader in(bytes, length);
+    if (!in.has(5)) {
         SARN_LOGW("%s: TServiceDescription::parse: Item length not valid: %u. Aborting!", length);
-        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+        return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
-    const unsigned int loopLength = bytes::len12(bytes + 3);
-    if (loopLength > length - 5) {
+    // service_id, reserved bits and the two EIT flags, then running_status
+    // (3 bits) and free_CA_mode (1) ahead of descriptors_loop_length (12).
+    const unsigned short serviceId = in.u16();
+    const unsigned char flags = in.u8();
+    const unsigned char status = in.peek();
+    const unsigned int loopLength = in.length12();
+    if (!in.has(loopLength)) {
         SARN_LOGW("%s: TServiceDescription::parse: Item length not valid: %u > %u. Aborting!",
-                  loopLength, length - 5);
-        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+                  loopLength, in.remaining());
+        return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
-    TServiceDescription* entry = new TServiceDescription();
-    entry->service_id = bytes::be16(bytes);
-    entry->eitSchedule = (bytes[2] & 0x02) != 0 ? 1 : 0;
-    entry->eitPresentFollowing = bytes[2] & 0x01;
-    entry->running_status = static_cast<unsigned char>(bytes[3] >> 5);
-    entry->free_CA_mode = static_cast<unsigned char>((bytes[3] & 0x10) >> 4);
-    const unsigned int read = entry->parseDescriptorsLoop(bytes + 5, loopLength);
+    std::unique_ptr<TServiceDescription> entry(new TServiceDescription());
+    entry->serviceId = serviceId;
+    entry->eitSchedule = (flags & 0x02) != 0 ? 1 : 0;
+    entry->eitPresentFollowing = flags & 0x01;
+    entry->runningStatus = static_cast<unsigned char>(status >> 5);
+    entry->freeCAMode = static_cast<unsigned char>((status & 0x10) >> 4);
+    const unsigned int read = entry->parseDescriptorsLoop(in.mutableCurrent(), loopLength);
+    in.skip(loopLength);
     if (read != loopLength)
         SARN_LOGW("%s: TServiceDescription::parse: readbytes != desc loop length (%d != %d)",
                   static_cast<int>(read), static_cast<int>(loopLength));
     if (bytesRead != nullptr)
-        *bytesRead = 5 + loopLength;
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return entry;
+        *bytesRead = in.position();
+    return parse::done(error, entry);
 }
 
 TSDTTable::TSDTTable(unsigned char* bytes, unsigned int length)
-    : TISDBTVersionedTable(TYPE_SDT, 15, 0x42, bytes, length), original_network_id(0) {}
+    : TISDBTVersionedTable(TYPE_SDT, 15, 0x42, bytes, length), originalNetworkId(0) {}
 
 TSDTTable::~TSDTTable() {
     owned::deleteAll(services);
@@ -68,35 +69,31 @@ TSDTTable::~TSDTTable() {
 
 TSDTTable* TSDTTable::parse(unsigned char* bytes, unsigned int length, int, int checkCrc,
                             unsigned short* error, TSDTTable* previous) {
-    TSDTTable* table = new TSDTTable(bytes, length);
+    std::unique_ptr<TSDTTable> table(new TSDTTable(bytes, length));
     unsigned short remaining = 0;
-    if (!table->parseCommonHeader(bytes, length, checkCrc, error, &remaining, previous)) {
-        delete table;
+    if (!table->parseCommonHeader(bytes, length, checkCrc, error, &remaining, previous))
         return nullptr;
-    }
-    table->original_network_id = bytes::be16(bytes + 8);
+    // original_network_id and a reserved byte lie within the minimum length.
+    bytes::Reader section(bytes, length);
+    section.skip(8);
+    table->originalNetworkId = section.u16();
+    section.skip(1);
     // Bytes of the service loop, counted in 16 bits: a body shorter than
     // original_network_id and the reserved byte wraps the count, which is
     // then bounded by the bytes handed in.
-    unsigned short count = static_cast<unsigned short>(remaining - 3);
-    if (!bytes::fits(kServiceLoopStart, count, length))
-        count = static_cast<unsigned short>(length - kServiceLoopStart);
-    unsigned int pos = kServiceLoopStart;
-    while (count != 0) {
+    bytes::Reader loop = section.subAtMost(static_cast<unsigned short>(remaining - 3));
+    while (!loop.atEnd()) {
         unsigned int n = 0;
-        TServiceDescription* entry = TServiceDescription::parse(bytes + pos, count, 1, &n, error);
+        TServiceDescription* entry =
+            TServiceDescription::parse(loop.mutableCurrent(), loop.remaining(), 1, &n, error);
         if (entry == nullptr) {
             SARN_LOGW("%s: TSDTTable::parse: Invalid item. Aborting!");
-            ISDBTUtils::setErrorCode(error, ERROR_INVALID_ITEM);
-            delete table;
-            return nullptr;
+            return parse::fail(error, ERROR_INVALID_ITEM);
         }
-        owned::replace(table->services, entry->service_id, entry);
-        pos += n;
-        count = static_cast<unsigned short>(count - n);
+        owned::replace(table->services, entry->serviceId, entry);
+        loop.skip(n);
     }
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return table;
+    return parse::done(error, table);
 }
 
 void TSDTTable::addServiceDescription(TServiceDescription* entry) {
@@ -120,21 +117,17 @@ std::string TSDTTable::toJSON() const {
     std::string out;
     json::Out o(out);
     o << "{\"transportStreamId\":" << tableIdExtension
-      << ",\"originalNetworkId\":" << original_network_id << ",\"services\":[";
-    bool first = true;
-    for (const auto& item : services) {
+      << ",\"originalNetworkId\":" << originalNetworkId << ",\"services\":";
+    json::appendArray(o, services, [&](const auto& item) {
         const TServiceDescription* entry = item.second;
-        if (!first)
-            o << ',';
-        first = false;
-        o << "{\"serviceId\":" << entry->service_id << ",\"eitScheduleFlag\":" << entry->eitSchedule
+        o << "{\"serviceId\":" << entry->serviceId << ",\"eitScheduleFlag\":" << entry->eitSchedule
           << ",\"eitPresentFollowingFlag\":" << entry->eitPresentFollowing
-          << ",\"runningStatus\":" << entry->running_status
-          << ",\"freeCaMode\":" << entry->free_CA_mode << ",\"serviceDescriptors\":";
+          << ",\"runningStatus\":" << entry->runningStatus
+          << ",\"freeCaMode\":" << entry->freeCAMode << ",\"serviceDescriptors\":";
         entry->appendDescriptorsJSON(out);
         o << '}';
-    }
-    o << "]}";
+    });
+    o << '}';
     return out;
 }
 

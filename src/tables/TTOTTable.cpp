@@ -1,9 +1,9 @@
 #include "TTOTTable.h"
 
-#include "Bytes.h"
-#include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -23,32 +23,26 @@ TTOTTable::~TTOTTable() {}
 
 TTOTTable* TTOTTable::parse(unsigned char* bytes, unsigned int length, int checkCrc,
                             int parseDescriptors, unsigned short* error, TTOTTable*) {
-    TTOTTable* table = new TTOTTable(bytes, length);
-    unsigned short remaining = 0;
-    if (!table->parseCommonHeader(bytes, length, checkCrc, error, &remaining, nullptr)) {
-        delete table;
+    std::unique_ptr<TTOTTable> table(new TTOTTable(bytes, length));
+    if (!table->parseCommonHeader(bytes, length, checkCrc, error, nullptr, nullptr))
         return nullptr;
-    }
-    // From here on the table's own copy is read.
-    const unsigned char* d = table->data;
+    // From here on the table's own copy is read; the minimum length of 14
+    // covers the fixed fields.
+    bytes::Reader in(table->data, table->dataLength);
+    in.skip(3);
     // JST_time / UTC-3 time: 16-bit MJD, then BCD hh mm ss.
-    table->unixTime = static_cast<int>(ISDBTUtils::mjd2unix(bytes::be16(d + 3)) +
-                                       ISDBTUtils::bcd2U8(d[5]) * 3600u +
-                                       ISDBTUtils::bcd2U8(d[6]) * 60u + ISDBTUtils::bcd2U8(d[7]));
+    table->unixTime = static_cast<int>(in.mjdTime());
     if (parseDescriptors != 0) {
-        const unsigned int loopLength = bytes::len12(d + 8);
-        unsigned int end = 10 + loopLength;
+        const unsigned int loopLength = in.length12();
         // A loop running past the section is read up to the end of the
         // bytes handed in (the CRC bytes included) rather than refused.
-        if (end > length) {
+        if (!in.has(loopLength))
             SARN_LOGW("%s: TTOTTable::parse: descriptor length bigger than data length! (%u > %u)",
-                      loopLength, length - 10);
-            end = length;
-        }
-        table->parseDescriptorsLoop(table->data + 10, end - 10);
+                      loopLength, in.remaining());
+        bytes::Reader loop = in.subAtMost(loopLength);
+        table->parseDescriptorsLoop(loop.mutableCurrent(), loop.remaining());
     }
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return table;
+    return parse::done(error, table);
 }
 
 std::string TTOTTable::toJSON() const {
