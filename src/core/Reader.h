@@ -94,6 +94,24 @@ class Reader {
         return used;
     }
 
+    /**
+     * As string(), except that a string longer than what is left is handed
+     * to ParserUtils::parseStr all the same, which refuses it with its own
+     * warning line; for the fields whose refusal has always been logged.
+     * On a reader that has already failed: -1, without a line.
+     */
+    int loggedString(std::string& out, unsigned int n) {
+        if (failed)
+            return -1;
+        const int used = ParserUtils::parseStr(mutableCurrent(), out, n, size - pos);
+        if (used < 0) {
+            failed = true;
+            return -1;
+        }
+        pos += static_cast<unsigned int>(used);
+        return used;
+    }
+
     /** Marks the reader failed (a value read was out of range for the format). */
     void fail() { failed = true; }
 
