@@ -95,10 +95,8 @@ class Reader {
     }
 
     /**
-     * As string(), except that a string longer than what is left is handed
-     * to ParserUtils::parseStr all the same, which refuses it with its own
-     * warning line; for the fields whose refusal has always been logged.
-     * On a reader that has already failed: -1, without a line.
+     * As string(), but a string longer than what is left still goes to
+     * ParserUtils::parseStr, whose own log line reports the shortage.
      */
     int loggedString(std::string& out, unsigned int n) {
         if (failed)
@@ -110,6 +108,22 @@ class Reader {
         }
         pos += static_cast<unsigned int>(used);
         return used;
+    }
+
+    /**
+     * n bytes copied through ParserUtils::parseByteArray into target (an owned
+     * array, freed with delete[]), with that function's log lines: true when
+     * target holds them. When fewer than n bytes are left nothing is read,
+     * target is left alone and the reader fails.
+     */
+    bool byteArray(unsigned char*& target, unsigned char n) {
+        if (!has(n)) {
+            failed = true;
+            return false;
+        }
+        ParserUtils::parseByteArray(mutableCurrent(), target, n);
+        pos += n;
+        return target != nullptr;
     }
 
     /** Marks the reader failed (a value read was out of range for the format). */

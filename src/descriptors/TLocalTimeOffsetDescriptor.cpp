@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "ISDBTUtils.h"
+#include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
 #include "Owned.h"
@@ -93,8 +94,8 @@ TLocalTimeOffsetDescriptor* TLocalTimeOffsetDescriptor::parse(unsigned char* byt
     r.skip(2);
     unsigned int n = 0;
     while (!r.atEnd()) {
-        TLocalTimeOffsetDescriptorItem* item =
-            TLocalTimeOffsetDescriptorItem::parse(r.mutableCurrent(), r.remaining(), &n, error);
+        std::unique_ptr<TLocalTimeOffsetDescriptorItem> item =
+            nextItem<TLocalTimeOffsetDescriptorItem>(r, error, &n);
         if (item == nullptr) {
             SARN_LOGW(
                 "%s: TLocalTimeOffsetDescriptor::parse: Descriptor length not valid: %u. "
@@ -102,8 +103,8 @@ TLocalTimeOffsetDescriptor* TLocalTimeOffsetDescriptor::parse(unsigned char* byt
                 length);
             return parse::fail(error, ERROR_DESCRIPTOR_LENGTH);
         }
-        owned::replace(d->items, item->getCountryCode(), item);
-        r.skip(n);
+        const std::string code = item->getCountryCode();
+        owned::replace(d->items, code, item.release());
     }
     // The last entry's size.
     if (bytesRead != nullptr)

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
 #include "Parse.h"
@@ -65,17 +66,10 @@ TParentalRatingDescriptor* TParentalRatingDescriptor::parse(unsigned char* data,
     // exactly the descriptor.
     bytes::Reader r(data, len);
     r.skip(2);
-    while (!r.atEnd()) {
-        unsigned int itemRead = 0;
-        TParentalRatingDescriptorItem* item =
-            TParentalRatingDescriptorItem::parse(r.mutableCurrent(), r.remaining(), &itemRead, err);
-        if (item == nullptr) {
-            SARN_LOGW("%s: TParentalRatingDescriptor::parse: Invalid item. Aborting!");
-            return parse::fail(err, ERROR_DESCRIPTOR_LENGTH);
-        }
-        d->items.push_back(item);
-        r.skip(itemRead);
-    }
+    if (!readItems<TParentalRatingDescriptorItem>(
+            r, "TParentalRatingDescriptor", nullptr, err,
+            [&d](TParentalRatingDescriptorItem* item) { d->items.push_back(item); }))
+        return nullptr;
     // The items only, without the two header bytes.
     if (bytesRead != nullptr)
         *bytesRead = r.position() - 2;

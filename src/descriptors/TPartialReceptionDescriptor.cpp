@@ -29,8 +29,7 @@ TPartialReceptionDescriptor* TPartialReceptionDescriptor::parse(unsigned char* b
     const unsigned int payload = r.remaining();
     if (payload != 0) {
         d->serviceIdCount = static_cast<unsigned char>(payload / 2);
-        d->serviceIds =
-            fields::readBe16Array(r.bytes(2u * d->serviceIdCount), d->serviceIdCount, payload);
+        d->serviceIds = fields::readBe16Array(r, d->serviceIdCount, payload);
     }
     if (bytesRead != nullptr)
         *bytesRead = payload;

@@ -2,8 +2,10 @@
 
 #include <memory>
 
+#include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
+#include "Owned.h"
 #include "Parse.h"
 #include "Reader.h"
 
@@ -48,24 +50,15 @@ TServiceListDescriptor* TServiceListDescriptor::parse(unsigned char* bytes, unsi
     std::unique_ptr<TServiceListDescriptor> d(new TServiceListDescriptor(bytes, length));
     bytes::Reader r(bytes, length);
     r.skip(2);
-    unsigned int n = 0;
-    while (!r.atEnd()) {
-        TServiceListDescriptorItem* item =
-            TServiceListDescriptorItem::parse(r.mutableCurrent(), r.remaining(), &n, error);
-        if (item == nullptr) {
-            SARN_LOGW("%s: TServiceListDescriptor::parse: Invalid item. Aborting!");
-            return parse::fail(error, ERROR_DESCRIPTOR_LENGTH);
-        }
-        // A repeated service_id replaces the earlier entry, which nobody else
-        // can hold yet.
-        auto inserted = d->items.emplace(item->getServiceID(), nullptr);
-        delete inserted.first->second;
-        inserted.first->second = item;
-        r.skip(n);
-    }
-    // The last entry's size.
-    if (bytesRead != nullptr)
-        *bytesRead = n;
+    // *bytesRead receives the last entry's size.
+    const bool read = readItems<TServiceListDescriptorItem>(
+        r, "TServiceListDescriptor", bytesRead, error, [&d](TServiceListDescriptorItem* item) {
+            // A repeated service_id replaces the earlier entry, which nobody
+            // else can hold yet.
+            owned::replace(d->items, item->getServiceID(), item);
+        });
+    if (!read)
+        return nullptr;
     return parse::done(error, d);
 }
 

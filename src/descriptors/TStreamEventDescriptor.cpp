@@ -36,8 +36,7 @@ TStreamEventDescriptor* TStreamEventDescriptor::parse(unsigned char* bytes, unsi
     d->eventNptL = r.u32();
     // The size is kept in one byte, like descriptor_length; the copy never
     // holds more than that byte says.
-    d->privateDataSize = static_cast<unsigned char>(r.remaining());
-    d->privateData = fields::copyBytes(r.bytes(d->privateDataSize), d->privateDataSize);
+    d->privateData = fields::copyRest8(r, d->privateDataSize);
     if (bytesRead != nullptr)
         *bytesRead = length - 2;
     return parse::done(error, d);

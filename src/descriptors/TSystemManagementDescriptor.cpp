@@ -38,9 +38,7 @@ TSystemManagementDescriptor* TSystemManagementDescriptor::parse(unsigned char* b
     d->additionalBroadcastingIdentification = d->systemManagementId & 0xFF;
     // Additional identification info runs to the end of the bytes handed in;
     // its size is kept in 8 bits.
-    d->additionalIdentificationInfoSize = static_cast<unsigned char>(r.remaining());
-    d->additionalIdentificationInfo = fields::copyBytes(
-        r.bytes(d->additionalIdentificationInfoSize), d->additionalIdentificationInfoSize);
+    d->additionalIdentificationInfo = fields::copyRest8(r, d->additionalIdentificationInfoSize);
     if (bytesRead != nullptr)
         *bytesRead = length - 2;
     return parse::done(error, d);

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
 #include "Owned.h"
@@ -68,15 +69,13 @@ TTSInformationDescriptor* TTSInformationDescriptor::parse(unsigned char* bytes, 
         return parse::fail(error, ERROR_FIELD_PARSE);
     }
     for (unsigned int i = 0; i < typeCount && !r.atEnd(); ++i) {
-        unsigned int n = 0;
-        TTSInformationDescriptorItem* item =
-            TTSInformationDescriptorItem::parse(r.mutableCurrent(), r.remaining(), &n, error);
+        std::unique_ptr<TTSInformationDescriptorItem> item =
+            nextItem<TTSInformationDescriptorItem>(r, error);
         if (item == nullptr) {
             SARN_LOGW("%s: TTSInformationDescriptor::parse: Invalid item. Aborting!");
             return parse::fail(error, ERROR_DESCRIPTOR_LENGTH);
         }
-        d->transmissionTypes.push_back(item);
-        r.skip(n);
+        d->transmissionTypes.push_back(item.release());
     }
     const size_t count = d->transmissionTypes.size();
     d->txInformation = count >= 1 && count <= 3 ? static_cast<unsigned char>(count) : 0;

@@ -40,7 +40,7 @@ TTerrestrialDeliverySystemDescriptor* TTerrestrialDeliverySystemDescriptor::pars
     const unsigned int rest = r.remaining();
     if (rest != 0) {
         d->frequencyCounter = static_cast<unsigned char>(rest / 2);
-        d->frequencies = fields::readBe16Array(r.bytes(rest / 2 * 2), rest / 2, rest);
+        d->frequencies = fields::readBe16Array(r, rest / 2, rest);
     }
     if (bytesRead != nullptr)
         *bytesRead = length - 2;
