@@ -1,7 +1,5 @@
 #include "THierarchicalTransmissionDescriptor.h"
 
-#include <memory>
-
 #include "Parse.h"
 #include "Reader.h"
 

@@ -1,7 +1,5 @@
 #include "TLocalTimeOffsetDescriptor.h"
 
-#include <memory>
-
 #include "ISDBTUtils.h"
 #include "ItemLoop.h"
 #include "Json.h"

@@ -1,7 +1,5 @@
 #include "TNPTEndpointDescriptor.h"
 
-#include <memory>
-
 #include "Parse.h"
 #include "Reader.h"
 

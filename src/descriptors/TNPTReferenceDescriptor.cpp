@@ -1,7 +1,5 @@
 #include "TNPTReferenceDescriptor.h"
 
-#include <memory>
-
 #include "Parse.h"
 #include "Reader.h"
 

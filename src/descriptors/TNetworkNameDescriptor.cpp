@@ -1,7 +1,5 @@
 #include "TNetworkNameDescriptor.h"
 
-#include <memory>
-
 #include "Json.h"
 #include "Log.h"
 #include "Parse.h"

@@ -1,7 +1,5 @@
 #include "TPartialReceptionDescriptor.h"
 
-#include <memory>
-
 #include "DescriptorFields.h"
 #include "Parse.h"
 #include "Reader.h"

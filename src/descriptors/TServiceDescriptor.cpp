@@ -1,7 +1,5 @@
 #include "TServiceDescriptor.h"
 
-#include <memory>
-
 #include "Json.h"
 #include "Log.h"
 #include "Parse.h"

@@ -1,7 +1,5 @@
 #include "TServiceListDescriptor.h"
 
-#include <memory>
-
 #include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"

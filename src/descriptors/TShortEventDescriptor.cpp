@@ -1,7 +1,5 @@
 #include "TShortEventDescriptor.h"
 
-#include <memory>
-
 #include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"

@@ -1,7 +1,5 @@
 #include "TStreamIdentifierDescriptor.h"
 
-#include <memory>
-
 #include "Json.h"
 #include "Parse.h"
 #include "Reader.h"

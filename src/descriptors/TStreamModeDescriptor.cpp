@@ -1,7 +1,5 @@
 #include "TStreamModeDescriptor.h"
 
-#include <memory>
-
 #include "Parse.h"
 #include "Reader.h"
 

@@ -1,7 +1,5 @@
 #include "TSystemManagementDescriptor.h"
 
-#include <memory>
-
 #include "DescriptorFields.h"
 #include "Parse.h"
 #include "Reader.h"

@@ -1,7 +1,5 @@
 #include "TTerrestrialDeliverySystemDescriptor.h"
 
-#include <memory>
-
 #include "DescriptorFields.h"
 #include "Parse.h"
 #include "Reader.h"

@@ -1,7 +1,5 @@
 #include "TTimeShiftedServiceDescriptor.h"
 
-#include <memory>
-
 #include "Parse.h"
 #include "Reader.h"
 

@@ -1,7 +1,5 @@
 #include "TVideoDecodeControlDescriptor.h"
 
-#include <memory>
-
 #include "Json.h"
 #include "Parse.h"
 #include "Reader.h"
