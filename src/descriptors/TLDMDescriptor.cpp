@@ -22,7 +22,7 @@ TLDMDescriptor* TLDMDescriptor::parse(unsigned char* bytes, unsigned int length,
     r.skip(2);
     if (r.has(1))
         d->messageId = r.u8();
-    r.skip(1);
+    r.skip(1);  // byte 3 is not read
     if (!r.has(2))
         return d.release();
     int count = r.u16();
