@@ -19,23 +19,23 @@ class TLocalTimeOffsetDescriptorItem {
 
     /** The three-letter country code (ISO 3166 alpha-3, e.g. "BRA"). */
     std::string getCountryCode() const { return countryCode; }
-    unsigned char getCountryRegionID() const { return country_region_id; }
+    unsigned char getCountryRegionID() const { return countryRegionId; }
     /** 0: local time is ahead of UTC; 1: behind. */
-    unsigned short getLocalTimeOffsetPolarity() const { return local_time_offset_polarity; }
+    unsigned short getLocalTimeOffsetPolarity() const { return localTimeOffsetPolarity; }
     /** Seconds. */
-    unsigned short getLocalTimeOffset() const { return local_time_offset; }
+    unsigned short getLocalTimeOffset() const { return localTimeOffset; }
     /** Seconds since 1970-01-01 00:00:00, the broadcast time taken as UTC. */
-    unsigned int getTimeOfChange() const { return time_of_change; }
+    unsigned int getTimeOfChange() const { return timeOfChange; }
     /** Seconds. */
-    unsigned short getNextTimeOffset() const { return next_time_offset; }
+    unsigned short getNextTimeOffset() const { return nextTimeOffset; }
 
   private:
     char countryCode[4];
-    unsigned char country_region_id;
-    unsigned short local_time_offset_polarity;
-    unsigned short local_time_offset;
-    unsigned int time_of_change;
-    unsigned short next_time_offset;
+    unsigned char countryRegionId;
+    unsigned short localTimeOffsetPolarity;
+    unsigned short localTimeOffset;
+    unsigned int timeOfChange;
+    unsigned short nextTimeOffset;
 };
 
 }  // namespace Sarn

@@ -21,14 +21,14 @@ class TServiceDescriptor : public TISDBTDescriptor {
     TServiceDescriptor(unsigned char* data, unsigned int length);
     ~TServiceDescriptor() override;
 
-    unsigned char getServiceType() const { return service_type; }
+    unsigned char getServiceType() const { return serviceType; }
     std::string getServiceProviderName() const { return serviceProvider; }
     std::string getServiceName() const { return serviceName; }
 
     std::string toJSON() const override;
 
   private:
-    unsigned char service_type;
+    unsigned char serviceType;
     std::string serviceProvider;
     std::string serviceName;
 };

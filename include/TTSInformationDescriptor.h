@@ -24,7 +24,7 @@ class TTSInformationDescriptor : public TISDBTDescriptor {
     TTSInformationDescriptor& operator=(const TTSInformationDescriptor&) = delete;
     ~TTSInformationDescriptor() override;
 
-    unsigned char getRemoteControlKeyID() const { return remote_control_key_id; }
+    unsigned char getRemoteControlKeyID() const { return remoteControlKeyId; }
     /** The number of transmission types parsed when 1 to 3, else 0. */
     unsigned char getTxInformation() const { return txInformation; }
     std::string getTransportStreamName() const { return transportStreamName; }
@@ -40,7 +40,7 @@ class TTSInformationDescriptor : public TISDBTDescriptor {
     std::string toJSON() const override;
 
   private:
-    unsigned char remote_control_key_id;
+    unsigned char remoteControlKeyId;
     std::string transportStreamName;
     unsigned char txInformation;
     std::vector<TTSInformationDescriptorItem*> transmissionTypes;

@@ -17,18 +17,18 @@ class TTSInformationDescriptorItem {
     TTSInformationDescriptorItem& operator=(const TTSInformationDescriptorItem&) = delete;
     virtual ~TTSInformationDescriptorItem();
 
-    unsigned char getTransmissionTypeInfo() const { return transmission_type_info; }
+    unsigned char getTransmissionTypeInfo() const { return transmissionTypeInfo; }
     /** The top two bits: the transmission parameter type (layer). */
-    unsigned char getTransmissionParameterType() const { return transmission_type_info >> 6; }
+    unsigned char getTransmissionParameterType() const { return transmissionTypeInfo >> 6; }
     /** Bits 5-4: the modulation system. */
-    unsigned char getModulationSystem() const { return (transmission_type_info & 0x30) >> 4; }
-    unsigned char getNumberOfServices() const { return number_of_services; }
+    unsigned char getModulationSystem() const { return (transmissionTypeInfo & 0x30) >> 4; }
+    unsigned char getNumberOfServices() const { return numberOfServices; }
     /** getNumberOfServices() service_ids; ids the bytes did not reach read 0. */
     unsigned short* getServices() const { return services; }
 
   private:
-    unsigned char transmission_type_info;
-    unsigned char number_of_services;
+    unsigned char transmissionTypeInfo;
+    unsigned char numberOfServices;
     unsigned short* services;
 };
 

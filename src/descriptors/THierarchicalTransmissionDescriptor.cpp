@@ -1,6 +1,7 @@
 #include "THierarchicalTransmissionDescriptor.h"
 
-#include "Bytes.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -14,12 +15,15 @@ THierarchicalTransmissionDescriptor* THierarchicalTransmissionDescriptor::parse(
     unsigned char* bytes, unsigned int length, unsigned int* bytesRead, unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 3, 0xC0))
         return nullptr;
-    THierarchicalTransmissionDescriptor* d = new THierarchicalTransmissionDescriptor(bytes, length);
-    d->qualityLevel = bytes[2] & 1;
-    d->referencePid = bytes::pid13(bytes + 3);
+    std::unique_ptr<THierarchicalTransmissionDescriptor> d(
+        new THierarchicalTransmissionDescriptor(bytes, length));
+    bytes::Reader r(bytes, length);
+    r.skip(2);
+    d->qualityLevel = r.u8() & 1;
+    d->referencePid = r.pid();
     if (bytesRead != nullptr)
         *bytesRead = 3;
-    return d;
+    return parse::done(error, d);
 }
 
 }  // namespace Sarn

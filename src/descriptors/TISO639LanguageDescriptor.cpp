@@ -1,9 +1,9 @@
 #include "TISO639LanguageDescriptor.h"
 
-#include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
-#include "ParserUtils.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -19,26 +19,25 @@ TISO639LanguageDescriptor* TISO639LanguageDescriptor::parse(unsigned char* bytes
                                                             unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 0, 0x0A))
         return nullptr;
-    TISO639LanguageDescriptor* d = new TISO639LanguageDescriptor(bytes, length);
+    std::unique_ptr<TISO639LanguageDescriptor> d(new TISO639LanguageDescriptor(bytes, length));
     // The entries are counted from the bytes handed in; inside a descriptor
     // loop that is exactly descriptor_length.
-    const unsigned int payload = length - 2;
-    if (payload < 4)
-        return d;
-    d->items = new Item[payload / 4];
-    for (unsigned int p = 2, r = payload; r >= 4; p += 4, r -= 4) {
+    bytes::Reader r(bytes, length);
+    r.skip(2);
+    if (r.remaining() < 4)
+        return parse::done(error, d);
+    d->items = new Item[r.remaining() / 4];
+    while (r.remaining() >= 4) {
         Item& item = d->items[d->loopSize];
-        if (ParserUtils::parseStr(bytes + p, item.languageCode, 3, r) != 3) {
+        if (r.string(item.languageCode, 3) != 3) {
             SARN_LOGW(
                 "%s: TISO639LanguageDescriptor:: parse: ERROR: parsing Language Code. Aborting!");
-            ISDBTUtils::setErrorCode(error, ERROR_FIELD_PARSE);
-            delete d;
-            return nullptr;
+            return parse::fail(error, ERROR_FIELD_PARSE);
         }
-        item.audioType = bytes[p + 3];
+        item.audioType = r.u8();
         ++d->loopSize;
     }
-    return d;
+    return parse::done(error, d);
 }
 
 std::string TISO639LanguageDescriptor::toJSON() const {

@@ -1,6 +1,6 @@
 #include "TLCMDescriptor.h"
 
-#include "Bytes.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -25,20 +25,23 @@ TLCMDescriptor* TLCMDescriptor::parse(unsigned char* bytes, unsigned int length,
                                       unsigned short*) {
     // Fewer than two bytes carry no message at all: such a descriptor is
     // taken as an empty one. From two bytes on the whole fixed part (15
-    // bytes) must be there.
+    // bytes) must be there. Neither the tag nor descriptor_length is checked,
+    // and the error code is never written.
     if (length < 2)
         return new TLCMDescriptor(bytes, length);
-    if (length < 15 || bytes == nullptr)
+    bytes::Reader r(bytes, length);
+    if (!r.has(15))
         return nullptr;
     TLCMDescriptor* d = new TLCMDescriptor(bytes, length);
-    d->messageId = bytes[2];
-    d->messageLength = bytes::be16(bytes + 3);
-    d->resolution = bytes[5] & 0x0F;
-    d->dph = bytes::be16(bytes + 6);
-    d->dpv = bytes::be16(bytes + 8);
-    d->dfw = bytes::be16(bytes + 10);
-    d->dfh = bytes::be16(bytes + 12);
-    d->librasContentType = bytes[14];
+    r.skip(2);
+    d->messageId = r.u8();
+    d->messageLength = r.u16();
+    d->resolution = r.u8() & 0x0F;
+    d->dph = r.u16();
+    d->dpv = r.u16();
+    d->dfw = r.u16();
+    d->dfh = r.u16();
+    d->librasContentType = r.u8();
     return d;
 }
 

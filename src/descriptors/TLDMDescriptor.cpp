@@ -1,7 +1,8 @@
 #include "TLDMDescriptor.h"
 
-#include "Bytes.h"
-#include "ParserUtils.h"
+#include <memory>
+
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -12,35 +13,33 @@ TLDMDescriptor::~TLDMDescriptor() {}
 
 TLDMDescriptor* TLDMDescriptor::parse(unsigned char* bytes, unsigned int length, unsigned int*,
                                       unsigned short*) {
-    TLDMDescriptor* d = new TLDMDescriptor(bytes, length);
+    // Neither the tag nor descriptor_length is checked, and the error code is
+    // never written, not even when a gloss is refused.
+    std::unique_ptr<TLDMDescriptor> d(new TLDMDescriptor(bytes, length));
     // Fields missing from a short descriptor are left at zero and the walk
     // stops at the end of the bytes handed in.
-    const unsigned int available = bytes != nullptr ? length : 0;
-    if (available > 2)
-        d->messageId = bytes[2];
-    unsigned int p = 4;  // byte 3 is skipped
-    if (!bytes::fits(p, 2, available))
-        return d;
-    int count = bytes::be16(bytes + p);
-    p += 2;
+    bytes::Reader r(bytes, length);
+    r.skip(2);
+    if (r.has(1))
+        d->messageId = r.u8();
+    r.skip(1);  // byte 3 is not read
+    if (!r.has(2))
+        return d.release();
+    int count = r.u16();
     // count shrinks by each gloss's length while i counts entries: the walk
     // ends when the entries read reach the declared count less the bytes of
     // the glosses read so far. Receivers depend on this bound.
-    for (int i = 0; i < count && p < available; ++i) {
-        const unsigned int n = bytes[p++];
+    for (int i = 0; i < count && !r.atEnd(); ++i) {
+        const unsigned int n = r.u8();
         if (n == 0)
             continue;
-        const unsigned int left = available - p;
         std::string text;
-        if (ParserUtils::parseStr(bytes + p, text, n, n < left ? n : left) != static_cast<int>(n)) {
-            delete d;
+        if (r.loggedString(text, n) != static_cast<int>(n))
             return nullptr;
-        }
         d->glosas.push_back(std::move(text));
         count -= static_cast<int>(n);
-        p += n;
     }
-    return d;
+    return d.release();
 }
 
 }  // namespace Sarn

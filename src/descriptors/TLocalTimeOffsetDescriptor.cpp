@@ -1,10 +1,12 @@
 #include "TLocalTimeOffsetDescriptor.h"
 
-#include "Bytes.h"
 #include "ISDBTUtils.h"
+#include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
 #include "Owned.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -14,9 +16,11 @@ namespace {
 // as it stands, without shifting it down first: exact for single-digit hours
 // and minutes, which is what the broadcasters send. The 16-bit field keeps
 // the low bits of anything larger.
-unsigned short offsetSeconds(const unsigned char* hhmm) {
-    const unsigned int hours = (hhmm[0] & 0xF0) * 10u + (hhmm[0] & 0x0F);
-    const unsigned int minutes = (hhmm[1] & 0xF0) * 10u + (hhmm[1] & 0x0F);
+unsigned short offsetSeconds(unsigned short hhmm) {
+    const unsigned int hh = hhmm >> 8;
+    const unsigned int mm = hhmm & 0xFFu;
+    const unsigned int hours = (hh & 0xF0) * 10u + (hh & 0x0F);
+    const unsigned int minutes = (mm & 0xF0) * 10u + (mm & 0x0F);
     return static_cast<unsigned short>(hours * 3600 + minutes * 60);
 }
 
@@ -31,11 +35,11 @@ void appendOffset(json::Out& o, unsigned short seconds) {
 
 TLocalTimeOffsetDescriptorItem::TLocalTimeOffsetDescriptorItem()
     : countryCode{0, 0, 0, 0},
-      country_region_id(0),
-      local_time_offset_polarity(1),
-      local_time_offset(0),
-      time_of_change(0),
-      next_time_offset(0) {}
+      countryRegionId(0),
+      localTimeOffsetPolarity(1),
+      localTimeOffset(0),
+      timeOfChange(0),
+      nextTimeOffset(0) {}
 
 TLocalTimeOffsetDescriptorItem::~TLocalTimeOffsetDescriptorItem() {}
 
@@ -43,29 +47,31 @@ TLocalTimeOffsetDescriptorItem* TLocalTimeOffsetDescriptorItem::parse(unsigned c
                                                                       unsigned int length,
                                                                       unsigned int* bytesRead,
                                                                       unsigned short* error) {
-    if (bytes == nullptr || length < 13) {
+    bytes::Reader r(bytes, length);
+    if (!r.has(13)) {
         SARN_LOGW(
             "%s: TLocalTimeOffsetDescriptorItem::parse: Descriptor length not valid: %u. "
             "Aborting!",
             length);
-        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+        return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
-    TLocalTimeOffsetDescriptorItem* item = new TLocalTimeOffsetDescriptorItem();
+    std::unique_ptr<TLocalTimeOffsetDescriptorItem> item(new TLocalTimeOffsetDescriptorItem());
+    // The code's bytes are kept as they come, control codes included.
     for (int i = 0; i < 3; ++i)
-        item->countryCode[i] = static_cast<char>(bytes[i]);
-    item->country_region_id = static_cast<unsigned char>((bytes[3] & 0xFC) >> 2);
-    item->local_time_offset_polarity = bytes[3] & 0x01;
-    item->local_time_offset = offsetSeconds(bytes + 4);
+        item->countryCode[i] = static_cast<char>(r.u8());
+    const unsigned char region = r.u8();
+    item->countryRegionId = static_cast<unsigned char>((region & 0xFC) >> 2);
+    item->localTimeOffsetPolarity = region & 0x01;
+    item->localTimeOffset = offsetSeconds(r.u16());
     // time_of_change: 16-bit MJD and BCD hh mm ss.
-    item->time_of_change = ISDBTUtils::mjd2unix(bytes::be16(bytes + 6)) +
-                           ISDBTUtils::bcd2U8(bytes[8]) * 3600u +
-                           ISDBTUtils::bcd2U8(bytes[9]) * 60u + ISDBTUtils::bcd2U8(bytes[10]);
-    item->next_time_offset = offsetSeconds(bytes + 11);
+    const unsigned int day = ISDBTUtils::mjd2unix(r.u16());
+    const unsigned int hours = ISDBTUtils::bcd2U8(r.u8());
+    const unsigned int minutes = ISDBTUtils::bcd2U8(r.u8());
+    item->timeOfChange = day + hours * 3600u + minutes * 60u + ISDBTUtils::bcd2U8(r.u8());
+    item->nextTimeOffset = offsetSeconds(r.u16());
     if (bytesRead != nullptr)
         *bytesRead = 13;
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return item;
+    return parse::done(error, item);
 }
 
 TLocalTimeOffsetDescriptor::TLocalTimeOffsetDescriptor(unsigned char* bytes, unsigned int length)
@@ -81,26 +87,27 @@ TLocalTimeOffsetDescriptor* TLocalTimeOffsetDescriptor::parse(unsigned char* byt
                                                               unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 11, 0x58))
         return nullptr;
-    TLocalTimeOffsetDescriptor* d = new TLocalTimeOffsetDescriptor(bytes, length);
+    std::unique_ptr<TLocalTimeOffsetDescriptor> d(new TLocalTimeOffsetDescriptor(bytes, length));
+    bytes::Reader r(bytes, length);
+    r.skip(2);
     unsigned int n = 0;
-    for (unsigned int pos = 2; pos < length; pos += n) {
-        TLocalTimeOffsetDescriptorItem* item =
-            TLocalTimeOffsetDescriptorItem::parse(bytes + pos, length - pos, &n, error);
+    while (!r.atEnd()) {
+        std::unique_ptr<TLocalTimeOffsetDescriptorItem> item =
+            nextItem<TLocalTimeOffsetDescriptorItem>(r, error, &n);
         if (item == nullptr) {
             SARN_LOGW(
                 "%s: TLocalTimeOffsetDescriptor::parse: Descriptor length not valid: %u. "
                 "Aborting!",
                 length);
-            ISDBTUtils::setErrorCode(error, ERROR_DESCRIPTOR_LENGTH);
-            delete d;
-            return nullptr;
+            return parse::fail(error, ERROR_DESCRIPTOR_LENGTH);
         }
-        owned::replace(d->items, item->getCountryCode(), item);
+        const std::string code = item->getCountryCode();
+        owned::replace(d->items, code, item.release());
     }
+    // The last entry's size.
     if (bytesRead != nullptr)
         *bytesRead = n;
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return d;
+    return parse::done(error, d);
 }
 
 void TLocalTimeOffsetDescriptor::add(TLocalTimeOffsetDescriptorItem* item) {

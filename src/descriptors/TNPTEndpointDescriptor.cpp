@@ -1,6 +1,7 @@
 #include "TNPTEndpointDescriptor.h"
 
-#include "Bytes.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -19,12 +20,15 @@ TNPTEndpointDescriptor* TNPTEndpointDescriptor::parse(unsigned char* bytes, unsi
     if (!parseCommonHeader(bytes, length, error, 14, DESCRIPTOR_TAG))
         return nullptr;
     // reserved(15) start_NPT(33), reserved(31) stop_NPT(33).
-    TNPTEndpointDescriptor* d = new TNPTEndpointDescriptor(bytes, length);
-    d->startNptH = bytes[3] & 0x01;
-    d->startNptL = bytes::be32(bytes + 4);
-    d->stopNptH = bytes[11] & 0x01;
-    d->stopNptL = bytes::be32(bytes + 12);
-    return d;
+    std::unique_ptr<TNPTEndpointDescriptor> d(new TNPTEndpointDescriptor(bytes, length));
+    bytes::Reader r(bytes, length);
+    r.skip(3);
+    d->startNptH = r.u8() & 0x01;
+    d->startNptL = r.u32();
+    r.skip(3);
+    d->stopNptH = r.u8() & 0x01;
+    d->stopNptL = r.u32();
+    return parse::done(error, d);
 }
 
 }  // namespace Sarn

@@ -1,6 +1,7 @@
 #include "TNPTReferenceDescriptor.h"
 
-#include "Bytes.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -24,16 +25,20 @@ TNPTReferenceDescriptor* TNPTReferenceDescriptor::parse(unsigned char* bytes, un
         return nullptr;
     // post_discontinuity_indicator(1) content_id(7), reserved(7) STC_reference(33),
     // reserved(31) NPT_reference(33), scale_numerator(16), scale_denominator(16).
-    TNPTReferenceDescriptor* d = new TNPTReferenceDescriptor(bytes, length);
-    d->postDiscontinuityIndicator = bytes[2] >> 7;
-    d->contentId = bytes[2] & 0x7F;
-    d->stcReferenceH = bytes[3] & 0x01;
-    d->stcReferenceL = bytes::be32(bytes + 4);
-    d->nptReferenceH = bytes[11] & 0x01;
-    d->nptReferenceL = bytes::be32(bytes + 12);
-    d->scaleNumerator = bytes::be16(bytes + 16);
-    d->scaleDenominator = bytes::be16(bytes + 18);
-    return d;
+    std::unique_ptr<TNPTReferenceDescriptor> d(new TNPTReferenceDescriptor(bytes, length));
+    bytes::Reader r(bytes, length);
+    r.skip(2);
+    const unsigned char first = r.u8();
+    d->postDiscontinuityIndicator = first >> 7;
+    d->contentId = first & 0x7F;
+    d->stcReferenceH = r.u8() & 0x01;
+    d->stcReferenceL = r.u32();
+    r.skip(3);
+    d->nptReferenceH = r.u8() & 0x01;
+    d->nptReferenceL = r.u32();
+    d->scaleNumerator = r.u16();
+    d->scaleDenominator = r.u16();
+    return parse::done(error, d);
 }
 
 }  // namespace Sarn

@@ -1,9 +1,9 @@
 #include "TNetworkNameDescriptor.h"
 
-#include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
-#include "ParserUtils.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -17,20 +17,18 @@ TNetworkNameDescriptor* TNetworkNameDescriptor::parse(unsigned char* bytes, unsi
                                                       unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 0, 0x40))
         return nullptr;
-    TNetworkNameDescriptor* d = new TNetworkNameDescriptor(bytes, length);
+    std::unique_ptr<TNetworkNameDescriptor> d(new TNetworkNameDescriptor(bytes, length));
     // The name fills the payload; it has no length byte of its own.
-    const unsigned int payload = length - 2;
-    if (ParserUtils::parseStr(bytes + 2, d->networkName, payload, payload) !=
-        static_cast<int>(payload)) {
+    bytes::Reader r(bytes, length);
+    r.skip(2);
+    const unsigned int payload = r.remaining();
+    if (r.string(d->networkName, payload) != static_cast<int>(payload)) {
         SARN_LOGW("%s: TNetworkNameDescriptor:: parse: ERROR: parsing Network Name. Aborting!");
-        ISDBTUtils::setErrorCode(error, ERROR_FIELD_PARSE);
-        delete d;
-        return nullptr;
+        return parse::fail(error, ERROR_FIELD_PARSE);
     }
     if (bytesRead != nullptr)
         *bytesRead = payload;
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return d;
+    return parse::done(error, d);
 }
 
 std::string TNetworkNameDescriptor::toJSON() const {

@@ -1,9 +1,10 @@
 #include "TParentalRatingDescriptor.h"
 
-#include "ISDBTUtils.h"
+#include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
-#include "ParserUtils.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -17,29 +18,25 @@ TParentalRatingDescriptorItem* TParentalRatingDescriptorItem::parse(unsigned cha
                                                                     unsigned int len,
                                                                     unsigned int* bytesRead,
                                                                     unsigned short* err) {
-    if (data == nullptr)
-        len = 0;  // nothing to read
-    if (len < 4) {
+    bytes::Reader r(data, len);  // no data: nothing to read
+    if (!r.has(4)) {
         SARN_LOGW(
             "%s: TParentalRatingDescriptorItem::parse: Descriptor length not valid: %u. Aborting!",
-            len);
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+            r.remaining());
+        return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
-    TParentalRatingDescriptorItem* item = new TParentalRatingDescriptorItem();
-    if (ParserUtils::parseStr(data, item->countryCode, 3, len) != 3) {
+    std::unique_ptr<TParentalRatingDescriptorItem> item(new TParentalRatingDescriptorItem());
+    if (r.string(item->countryCode, 3) != 3) {
         SARN_LOGW(
             "%s: TParentalRatingDescriptorItem:: parse: ERROR: parsing Language Code. Aborting!");
-        ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
-        delete item;
-        return nullptr;
+        return parse::fail(err, ERROR_FIELD_PARSE);
     }
-    item->rating = static_cast<unsigned char>(data[3] & 0x0F);
-    item->ratingContent = static_cast<unsigned char>(data[3] >> 4);
+    const unsigned char rating = r.u8();
+    item->rating = static_cast<unsigned char>(rating & 0x0F);
+    item->ratingContent = static_cast<unsigned char>(rating >> 4);
     if (bytesRead != nullptr)
         *bytesRead = 4;
-    ISDBTUtils::setErrorCode(err, ERROR_NONE);
-    return item;
+    return parse::done(err, item);
 }
 
 // ---------------------------------------------------------------------------
@@ -62,30 +59,19 @@ TParentalRatingDescriptor* TParentalRatingDescriptor::parse(unsigned char* data,
             "%s: TParentalRatingDescriptor::parse: parseCommonHeader: Invalid item. Aborting!");
         return nullptr;
     }
-    TParentalRatingDescriptor* d = new TParentalRatingDescriptor(data, len);
+    std::unique_ptr<TParentalRatingDescriptor> d(new TParentalRatingDescriptor(data, len));
     // Items run to the end of the bytes handed in; a generic loop hands in
     // exactly the descriptor.
-    unsigned int pos = 2;
-    unsigned int total = 0;
-    while (pos < len) {
-        unsigned int itemRead = 0;
-        TParentalRatingDescriptorItem* item =
-            TParentalRatingDescriptorItem::parse(data + pos, len - pos, &itemRead, err);
-        if (item == nullptr) {
-            SARN_LOGW("%s: TParentalRatingDescriptor::parse: Invalid item. Aborting!");
-            ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
-            delete d;
-            return nullptr;
-        }
-        d->items.push_back(item);
-        pos += itemRead;
-        total += itemRead;
-    }
+    bytes::Reader r(data, len);
+    r.skip(2);
+    if (!readItems<TParentalRatingDescriptorItem>(
+            r, "TParentalRatingDescriptor", nullptr, err,
+            [&d](TParentalRatingDescriptorItem* item) { d->items.push_back(item); }))
+        return nullptr;
     // The items only, without the two header bytes.
     if (bytesRead != nullptr)
-        *bytesRead = total;
-    ISDBTUtils::setErrorCode(err, ERROR_NONE);
-    return d;
+        *bytesRead = r.position() - 2;
+    return parse::done(err, d);
 }
 
 void TParentalRatingDescriptor::add(TParentalRatingDescriptorItem** item) {

@@ -1,6 +1,8 @@
 #include "TPartialReceptionDescriptor.h"
 
 #include "DescriptorFields.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -17,17 +19,19 @@ TPartialReceptionDescriptor* TPartialReceptionDescriptor::parse(unsigned char* b
                                                                 unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 0, 0xFB))
         return nullptr;
-    TPartialReceptionDescriptor* d = new TPartialReceptionDescriptor(bytes, length);
+    std::unique_ptr<TPartialReceptionDescriptor> d(new TPartialReceptionDescriptor(bytes, length));
     // Two bytes per service_id up to the end of the bytes handed in; the count
-    // is kept in 8 bits.
-    const unsigned int payload = length - 2;
+    // is kept in 8 bits (and only that many are read).
+    bytes::Reader r(bytes, length);
+    r.skip(2);
+    const unsigned int payload = r.remaining();
     if (payload != 0) {
         d->serviceIdCount = static_cast<unsigned char>(payload / 2);
-        d->serviceIds = fields::readBe16Array(bytes + 2, d->serviceIdCount, payload);
+        d->serviceIds = fields::readBe16Array(r, d->serviceIdCount, payload);
     }
     if (bytesRead != nullptr)
         *bytesRead = payload;
-    return d;
+    return parse::done(error, d);
 }
 
 std::string TPartialReceptionDescriptor::toJSON() const {

@@ -1,14 +1,14 @@
 #include "TServiceDescriptor.h"
 
-#include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
-#include "ParserUtils.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
 TServiceDescriptor::TServiceDescriptor(unsigned char* bytes, unsigned int length)
-    : TISDBTDescriptor(0x48, bytes, length), service_type(0) {}
+    : TISDBTDescriptor(0x48, bytes, length), serviceType(0) {}
 
 TServiceDescriptor::~TServiceDescriptor() {}
 
@@ -16,46 +16,43 @@ TServiceDescriptor* TServiceDescriptor::parse(unsigned char* bytes, unsigned int
                                               unsigned int* bytesRead, unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 3, 0x48))
         return nullptr;
-    TServiceDescriptor* d = new TServiceDescriptor(bytes, length);
-    d->service_type = bytes[2];
+    std::unique_ptr<TServiceDescriptor> d(new TServiceDescriptor(bytes, length));
+    bytes::Reader names(bytes, length);
+    names.skip(2);
+    d->serviceType = names.u8();
     // service_provider_name_length + name, then service_name_length + name.
-    const int provider = ParserUtils::parseStr(bytes + 3, d->serviceProvider, 0, length - 3);
-    if (provider < 0) {
+    bytes::Reader provider = names;
+    const int providerSize = provider.string(d->serviceProvider, 0);
+    if (providerSize < 0) {
         SARN_LOGW(
             "%s: TServiceDescriptor:: parse: ERROR: parsing Service Provider Name. Aborting!");
-        ISDBTUtils::setErrorCode(error, ERROR_FIELD_PARSE);
-        delete d;
-        return nullptr;
+        return parse::fail(error, ERROR_FIELD_PARSE);
     }
-    // The count is kept in 8 bits; it never exceeds the bytes after byte 3.
-    const unsigned char c1 = static_cast<unsigned char>(provider);
-    const unsigned int rest = length - 3 - c1;
-    if (rest == 0) {
+    // The service name starts that many bytes further, the count kept in 8
+    // bits; it never exceeds the bytes after service_type.
+    const unsigned char c1 = static_cast<unsigned char>(providerSize);
+    names.skip(c1);
+    if (names.remaining() == 0) {
         SARN_LOGW(
             "%s: TServiceDescriptor::parse: Longer data length is required: %u < %u. "
             "Aborting!",
-            rest, 1u);
-        ISDBTUtils::setErrorCode(error, ERROR_DESCRIPTOR_LENGTH);
-        delete d;
-        return nullptr;
+            names.remaining(), 1u);
+        return parse::fail(error, ERROR_DESCRIPTOR_LENGTH);
     }
-    const int name = ParserUtils::parseStr(bytes + 3 + c1, d->serviceName, 0, rest);
+    const int name = names.string(d->serviceName, 0);
     if (name < 0) {
         SARN_LOGW("%s: TServiceDescriptor:: parse: ERROR: parsing Service Name. Aborting!");
-        ISDBTUtils::setErrorCode(error, ERROR_FIELD_PARSE);
-        delete d;
-        return nullptr;
+        return parse::fail(error, ERROR_FIELD_PARSE);
     }
     // Only the two names are counted, not the three leading bytes.
     if (bytesRead != nullptr)
         *bytesRead = static_cast<unsigned char>(c1 + name);
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return d;
+    return parse::done(error, d);
 }
 
 std::string TServiceDescriptor::toJSON() const {
     std::string out;
-    json::Out(out) << "\"name\":\"serviceDescriptor\",\"serviceType\":" << service_type
+    json::Out(out) << "\"name\":\"serviceDescriptor\",\"serviceType\":" << serviceType
                    << ",\"serviceProvider\":\"" << serviceProvider << "\",\"serviceName\":\""
                    << serviceName << '"';
     return out;

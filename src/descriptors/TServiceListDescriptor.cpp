@@ -1,9 +1,11 @@
 #include "TServiceListDescriptor.h"
 
-#include "Bytes.h"
-#include "ISDBTUtils.h"
+#include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
+#include "Owned.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -15,17 +17,19 @@ TServiceListDescriptorItem* TServiceListDescriptorItem::parse(unsigned char* byt
                                                               unsigned short* error) {
     // An entry is service_id (2) and service_type (1). A remainder of one or
     // two bytes cannot hold one and is refused alike.
-    if (bytes == nullptr || length < 3) {
+    bytes::Reader r(bytes, length);
+    if (!r.has(3)) {
         SARN_LOGW(
             "%s: TServiceListDescriptorItem::parse: Descriptor length not valid: %u. Aborting!",
             length);
-        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+        return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
+    const unsigned short serviceId = r.u16();
+    std::unique_ptr<TServiceListDescriptorItem> item(
+        new TServiceListDescriptorItem(serviceId, r.u8()));
     if (bytesRead != nullptr)
         *bytesRead = 3;
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return new TServiceListDescriptorItem(bytes::be16(bytes), bytes[2]);
+    return parse::done(error, item);
 }
 
 TServiceListDescriptor::TServiceListDescriptor(unsigned char* bytes, unsigned int length)
@@ -41,31 +45,19 @@ TServiceListDescriptor* TServiceListDescriptor::parse(unsigned char* bytes, unsi
                                                       unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 2, 0x41))
         return nullptr;
-    TServiceListDescriptor* d = new TServiceListDescriptor(bytes, length);
-    unsigned int p = 2;
-    unsigned int remaining = length - 2;
-    unsigned int n = 0;
-    while (remaining != 0) {
-        TServiceListDescriptorItem* item =
-            TServiceListDescriptorItem::parse(bytes + p, remaining, &n, error);
-        if (item == nullptr) {
-            SARN_LOGW("%s: TServiceListDescriptor::parse: Invalid item. Aborting!");
-            ISDBTUtils::setErrorCode(error, ERROR_DESCRIPTOR_LENGTH);
-            delete d;
-            return nullptr;
-        }
-        // A repeated service_id replaces the earlier entry, which nobody else
-        // can hold yet.
-        auto inserted = d->items.emplace(item->getServiceID(), nullptr);
-        delete inserted.first->second;
-        inserted.first->second = item;
-        remaining -= n;
-        p += n;
-    }
-    if (bytesRead != nullptr)
-        *bytesRead = n;
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return d;
+    std::unique_ptr<TServiceListDescriptor> d(new TServiceListDescriptor(bytes, length));
+    bytes::Reader r(bytes, length);
+    r.skip(2);
+    // *bytesRead receives the last entry's size.
+    const bool read = readItems<TServiceListDescriptorItem>(
+        r, "TServiceListDescriptor", bytesRead, error, [&d](TServiceListDescriptorItem* item) {
+            // A repeated service_id replaces the earlier entry, which nobody
+            // else can hold yet.
+            owned::replace(d->items, item->getServiceID(), item);
+        });
+    if (!read)
+        return nullptr;
+    return parse::done(error, d);
 }
 
 void TServiceListDescriptor::add(TServiceListDescriptorItem* item) {

@@ -3,7 +3,8 @@
 #include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
-#include "ParserUtils.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -17,51 +18,48 @@ TShortEventDescriptor* TShortEventDescriptor::parse(unsigned char* data, unsigne
     // tag, length, ISO 639 code (3), event_name_length, name, text_length, text
     if (!parseCommonHeader(data, len, err, 5, 0x4D))
         return nullptr;
-    TShortEventDescriptor* d = new TShortEventDescriptor(data, len);
+    std::unique_ptr<TShortEventDescriptor> d(new TShortEventDescriptor(data, len));
+    bytes::Reader r(data, len);
+    r.skip(1);
+    // The whole descriptor, announced before any of it is read.
+    const unsigned int whole = r.u8() + 2u;
     if (bytesRead != nullptr)
-        *bytesRead = data[1] + 2u;
+        *bytesRead = whole;
 
-    if (ParserUtils::parseStr(data + 2, d->languageCode, 3, len - 2) != 3) {
+    if (r.string(d->languageCode, 3) != 3) {
         SARN_LOGW("%s: TShortEventDescriptor:: parse: ERROR: parsing Language Code. Aborting!");
-        ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
-        delete d;
-        return nullptr;
+        return parse::fail(err, ERROR_FIELD_PARSE);
     }
     // The header check guarantees seven bytes: event_name_length is there.
-    const int nameLength = data[5];
-    unsigned int pos = 6;
-    if (pos < len && nameLength > 0) {
-        const int n = ParserUtils::parseStr(data + pos, d->eventName, nameLength, len - pos);
+    // The two texts run to the end of the bytes handed in at most; one that
+    // goes further is refused (and logged by the string reader too).
+    const int nameLength = r.u8();
+    if (!r.atEnd() && nameLength > 0) {
+        const int n = r.loggedString(d->eventName, static_cast<unsigned int>(nameLength));
         if (n != nameLength) {
             SARN_LOGW(
                 "%s: TShortEventDescriptor:: parse: ERROR: parsing Event name. Aborting! "
                 "l_iStrLength: %d event_name_lentgth: %d",
                 n, nameLength);
-            ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
-            delete d;
-            return nullptr;
+            return parse::fail(err, ERROR_FIELD_PARSE);
         }
-        pos += static_cast<unsigned int>(n);
     }
     // A descriptor that ends right after the name simply has no description.
-    if (pos < len) {
-        const int textLength = data[pos++];
-        if (pos < len && textLength >= 1) {
+    if (!r.atEnd()) {
+        const int textLength = r.u8();
+        if (!r.atEnd() && textLength >= 1) {
             const int m =
-                ParserUtils::parseStr(data + pos, d->eventDescription, textLength, len - pos);
+                r.loggedString(d->eventDescription, static_cast<unsigned int>(textLength));
             if (m != textLength) {
                 SARN_LOGW(
                     "%s: TShortEventDescriptor:: parse: ERROR: parsing Event description. "
                     "Aborting! l_iStrLength: %d event_descr_length: %d",
                     m, textLength);
-                ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
-                delete d;
-                return nullptr;
+                return parse::fail(err, ERROR_FIELD_PARSE);
             }
         }
     }
-    ISDBTUtils::setErrorCode(err, ERROR_NONE);
-    return d;
+    return parse::done(err, d);
 }
 
 std::string TShortEventDescriptor::toJSON() const {

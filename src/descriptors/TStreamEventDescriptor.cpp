@@ -1,8 +1,8 @@
 #include "TStreamEventDescriptor.h"
 
-#include <cstring>
-
-#include "Bytes.h"
+#include "DescriptorFields.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -25,20 +25,19 @@ TStreamEventDescriptor* TStreamEventDescriptor::parse(unsigned char* bytes, unsi
         return nullptr;
     // event_id(16), reserved(31) eventNPT(33), then private data up to the end
     // of the bytes given (the section table gives exactly the descriptor).
-    TStreamEventDescriptor* d = new TStreamEventDescriptor(bytes, length);
-    d->eventId = bytes::be16(bytes + 2);
-    d->eventNptH = bytes[7] & 0x01;
-    d->eventNptL = bytes::be32(bytes + 8);
+    std::unique_ptr<TStreamEventDescriptor> d(new TStreamEventDescriptor(bytes, length));
+    bytes::Reader r(bytes, length);
+    r.skip(2);
+    d->eventId = r.u16();
+    r.skip(3);
+    d->eventNptH = r.u8() & 0x01;
+    d->eventNptL = r.u32();
     // The size is kept in one byte, like descriptor_length; the copy never
-    // holds more than that byte says, so it stays inside the bytes given.
-    d->privateDataSize = static_cast<unsigned char>(length - 12);
-    if (d->privateDataSize != 0) {
-        d->privateData = new unsigned char[d->privateDataSize];
-        std::memcpy(d->privateData, bytes + 12, d->privateDataSize);
-    }
+    // holds more than that byte says.
+    d->privateData = fields::copyRest8(r, d->privateDataSize);
     if (bytesRead != nullptr)
         *bytesRead = length - 2;
-    return d;
+    return parse::done(error, d);
 }
 
 }  // namespace Sarn

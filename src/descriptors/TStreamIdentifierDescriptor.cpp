@@ -1,7 +1,8 @@
 #include "TStreamIdentifierDescriptor.h"
 
-#include "ISDBTUtils.h"
 #include "Json.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -16,12 +17,13 @@ TStreamIdentifierDescriptor* TStreamIdentifierDescriptor::parse(unsigned char* b
                                                                 unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 1, 0x52))
         return nullptr;
-    TStreamIdentifierDescriptor* d = new TStreamIdentifierDescriptor(bytes, length);
-    d->componentTag = bytes[2];
+    std::unique_ptr<TStreamIdentifierDescriptor> d(new TStreamIdentifierDescriptor(bytes, length));
+    bytes::Reader r(bytes, length);
+    r.skip(2);
+    d->componentTag = r.u8();
     if (bytesRead != nullptr)
         *bytesRead = 1;
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return d;
+    return parse::done(error, d);
 }
 
 std::string TStreamIdentifierDescriptor::toJSON() const {

@@ -1,5 +1,8 @@
 #include "TStreamModeDescriptor.h"
 
+#include "Parse.h"
+#include "Reader.h"
+
 namespace Sarn {
 
 TStreamModeDescriptor::TStreamModeDescriptor(unsigned char* bytes, unsigned int length)
@@ -13,9 +16,11 @@ TStreamModeDescriptor* TStreamModeDescriptor::parse(unsigned char* bytes, unsign
     // stream_mode(8) and one reserved byte.
     if (!parseCommonHeader(bytes, length, error, 2, DESCRIPTOR_TAG))
         return nullptr;
-    TStreamModeDescriptor* d = new TStreamModeDescriptor(bytes, length);
-    d->streamMode = bytes[2];
-    return d;
+    std::unique_ptr<TStreamModeDescriptor> d(new TStreamModeDescriptor(bytes, length));
+    bytes::Reader r(bytes, length);
+    r.skip(2);
+    d->streamMode = r.u8();
+    return parse::done(error, d);
 }
 
 }  // namespace Sarn

@@ -1,6 +1,8 @@
 #include "TSystemManagementDescriptor.h"
 
 #include "DescriptorFields.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -23,20 +25,21 @@ TSystemManagementDescriptor* TSystemManagementDescriptor::parse(unsigned char* b
                                                                 unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 2, 0xFE))
         return nullptr;
-    TSystemManagementDescriptor* d = new TSystemManagementDescriptor(bytes, length);
-    d->systemManagementId = bytes::be16(bytes + 2);
+    std::unique_ptr<TSystemManagementDescriptor> d(new TSystemManagementDescriptor(bytes, length));
+    bytes::Reader r(bytes, length);
+    r.skip(2);
+    d->systemManagementId = r.u16();
+    const unsigned int broadcasting = d->systemManagementId >> 8;
     // The flag is kept in place (0, 64, 128 or 192), not shifted down.
-    d->broadcastingFlag = bytes[2] & 0xC0;
-    d->broadcastingIdentifier = bytes[2] & 0x3F;
-    d->additionalBroadcastingIdentification = bytes[3];
+    d->broadcastingFlag = broadcasting & 0xC0;
+    d->broadcastingIdentifier = broadcasting & 0x3F;
+    d->additionalBroadcastingIdentification = d->systemManagementId & 0xFF;
     // Additional identification info runs to the end of the bytes handed in;
     // its size is kept in 8 bits.
-    d->additionalIdentificationInfoSize = static_cast<unsigned char>(length - 4);
-    d->additionalIdentificationInfo =
-        fields::copyBytes(bytes + 4, d->additionalIdentificationInfoSize);
+    d->additionalIdentificationInfo = fields::copyRest8(r, d->additionalIdentificationInfoSize);
     if (bytesRead != nullptr)
         *bytesRead = length - 2;
-    return d;
+    return parse::done(error, d);
 }
 
 std::string TSystemManagementDescriptor::toJSON() const {

@@ -1,52 +1,48 @@
 #include "TTSInformationDescriptor.h"
 
-#include "Bytes.h"
-#include "ISDBTUtils.h"
+#include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
 #include "Owned.h"
-#include "ParserUtils.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
 TTSInformationDescriptorItem::TTSInformationDescriptorItem()
-    : transmission_type_info(0), number_of_services(0), services(nullptr) {}
+    : transmissionTypeInfo(0), numberOfServices(0), services(nullptr) {}
 
 TTSInformationDescriptorItem::~TTSInformationDescriptorItem() {
     delete[] services;
-    services = nullptr;
-    number_of_services = 0;
 }
 
 TTSInformationDescriptorItem* TTSInformationDescriptorItem::parse(unsigned char* bytes,
                                                                   unsigned int length,
                                                                   unsigned int* bytesRead,
                                                                   unsigned short* error) {
-    if (bytes == nullptr || length < 2) {
+    bytes::Reader r(bytes, length);
+    if (!r.has(2)) {
         SARN_LOGW("%s: TTSInformationDescriptorItem::parse: Item length not valid: %u. Aborting!",
                   length);
-        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+        return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
-    TTSInformationDescriptorItem* item = new TTSInformationDescriptorItem();
-    item->transmission_type_info = bytes[0];
-    item->number_of_services = bytes[1];
-    unsigned int pos = 2;
-    if (item->number_of_services != 0) {
+    std::unique_ptr<TTSInformationDescriptorItem> item(new TTSInformationDescriptorItem());
+    item->transmissionTypeInfo = r.u8();
+    item->numberOfServices = r.u8();
+    if (item->numberOfServices != 0) {
         // Announced services that the bytes do not reach stay 0; the count
         // is kept as announced.
-        item->services = new unsigned short[item->number_of_services]();
-        for (unsigned int i = 0; i < item->number_of_services && pos + 1 < length; ++i, pos += 2)
-            item->services[i] = bytes::be16(bytes + pos);
+        item->services = new unsigned short[item->numberOfServices]();
+        for (unsigned int i = 0; i < item->numberOfServices && r.has(2); ++i)
+            item->services[i] = r.u16();
     }
     if (bytesRead != nullptr)
-        *bytesRead = pos;
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return item;
+        *bytesRead = r.position();
+    return parse::done(error, item);
 }
 
 TTSInformationDescriptor::TTSInformationDescriptor(unsigned char* bytes, unsigned int length)
-    : TISDBTDescriptor(0xCD, bytes, length), remote_control_key_id(0), txInformation(0) {}
+    : TISDBTDescriptor(0xCD, bytes, length), remoteControlKeyId(0), txInformation(0) {}
 
 TTSInformationDescriptor::~TTSInformationDescriptor() {
     owned::deleteAll(transmissionTypes);
@@ -57,41 +53,33 @@ TTSInformationDescriptor* TTSInformationDescriptor::parse(unsigned char* bytes, 
                                                           unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 2, 0xCD))
         return nullptr;
-    TTSInformationDescriptor* d = new TTSInformationDescriptor(bytes, length);
-    d->remote_control_key_id = bytes[2];
+    std::unique_ptr<TTSInformationDescriptor> d(new TTSInformationDescriptor(bytes, length));
+    bytes::Reader r(bytes, length);
+    r.skip(2);
+    d->remoteControlKeyId = r.u8();
     // length_of_ts_name (6 bits) and transmission_type_count (2 bits).
-    const unsigned int nameLength = bytes[3] >> 2;
-    const unsigned int typeCount = bytes[3] & 0x03;
-    unsigned int pos = 4;
-    if (nameLength != 0) {
-        if (ParserUtils::parseStr(bytes + 4, d->transportStreamName, nameLength, length - 4) !=
-            static_cast<int>(nameLength)) {
-            SARN_LOGW("%s: TTSInformationDescriptor:: parse: ERROR: parsing TS Name. Aborting!");
-            ISDBTUtils::setErrorCode(error, ERROR_FIELD_PARSE);
-            delete d;
-            return nullptr;
-        }
-        pos += nameLength;
+    const unsigned char counts = r.u8();
+    const unsigned int nameLength = counts >> 2;
+    const unsigned int typeCount = counts & 0x03;
+    if (nameLength != 0 &&
+        r.loggedString(d->transportStreamName, nameLength) != static_cast<int>(nameLength)) {
+        SARN_LOGW("%s: TTSInformationDescriptor:: parse: ERROR: parsing TS Name. Aborting!");
+        return parse::fail(error, ERROR_FIELD_PARSE);
     }
-    for (unsigned int i = 0; i < typeCount && pos < length; ++i) {
-        unsigned int n = 0;
-        TTSInformationDescriptorItem* item =
-            TTSInformationDescriptorItem::parse(bytes + pos, length - pos, &n, error);
+    for (unsigned int i = 0; i < typeCount && !r.atEnd(); ++i) {
+        std::unique_ptr<TTSInformationDescriptorItem> item =
+            nextItem<TTSInformationDescriptorItem>(r, error);
         if (item == nullptr) {
             SARN_LOGW("%s: TTSInformationDescriptor::parse: Invalid item. Aborting!");
-            ISDBTUtils::setErrorCode(error, ERROR_DESCRIPTOR_LENGTH);
-            delete d;
-            return nullptr;
+            return parse::fail(error, ERROR_DESCRIPTOR_LENGTH);
         }
-        d->transmissionTypes.push_back(item);
-        pos += n;
+        d->transmissionTypes.push_back(item.release());
     }
     const size_t count = d->transmissionTypes.size();
     d->txInformation = count >= 1 && count <= 3 ? static_cast<unsigned char>(count) : 0;
     if (bytesRead != nullptr)
-        *bytesRead = pos;
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return d;
+        *bytesRead = r.position();
+    return parse::done(error, d);
 }
 
 void TTSInformationDescriptor::addTransmissionType(TTSInformationDescriptorItem* item) {
@@ -111,7 +99,7 @@ bool TTSInformationDescriptor::removeTransmissionType(unsigned char index) {
 std::string TTSInformationDescriptor::toJSON() const {
     std::string out;
     json::Out o(out);
-    o << "\"name\":\"tsInformationDescriptor\",\"remoteControlKeyId\":" << remote_control_key_id
+    o << "\"name\":\"tsInformationDescriptor\",\"remoteControlKeyId\":" << remoteControlKeyId
       << ",\"tsName\":\"" << transportStreamName << "\",\"loop\":[";
     for (size_t i = 0; i < transmissionTypes.size(); ++i) {
         const TTSInformationDescriptorItem* item = transmissionTypes[i];

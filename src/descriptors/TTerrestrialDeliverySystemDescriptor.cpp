@@ -1,6 +1,8 @@
 #include "TTerrestrialDeliverySystemDescriptor.h"
 
 #include "DescriptorFields.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -21,22 +23,26 @@ TTerrestrialDeliverySystemDescriptor* TTerrestrialDeliverySystemDescriptor::pars
     unsigned char* bytes, unsigned int length, unsigned int* bytesRead, unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 4, 0xFA))
         return nullptr;
-    TTerrestrialDeliverySystemDescriptor* d =
-        new TTerrestrialDeliverySystemDescriptor(bytes, length);
-    d->areaCode = static_cast<unsigned short>((bytes[2] << 4) | (bytes[3] >> 4));
-    d->guardInterval = static_cast<unsigned char>((bytes[3] & 0x0C) >> 2);
-    d->transmissionMode = bytes[3] & 0x03;
+    std::unique_ptr<TTerrestrialDeliverySystemDescriptor> d(
+        new TTerrestrialDeliverySystemDescriptor(bytes, length));
+    bytes::Reader r(bytes, length);
+    r.skip(2);
+    // area_code (12 bits), guard_interval (2), transmission_mode (2).
+    const unsigned short area = r.u16();
+    d->areaCode = static_cast<unsigned short>(area >> 4);
+    d->guardInterval = static_cast<unsigned char>((area & 0x0C) >> 2);
+    d->transmissionMode = area & 0x03;
     // Two bytes per frequency up to the end of the bytes handed in; an odd
     // trailing byte is not read. The count is kept in 8 bits; the array has
     // one slot per remaining byte, the unused ones zero.
-    const unsigned int rest = length - 4;
+    const unsigned int rest = r.remaining();
     if (rest != 0) {
         d->frequencyCounter = static_cast<unsigned char>(rest / 2);
-        d->frequencies = fields::readBe16Array(bytes + 4, rest / 2, rest);
+        d->frequencies = fields::readBe16Array(r, rest / 2, rest);
     }
     if (bytesRead != nullptr)
         *bytesRead = length - 2;
-    return d;
+    return parse::done(error, d);
 }
 
 std::string TTerrestrialDeliverySystemDescriptor::toJSON() const {

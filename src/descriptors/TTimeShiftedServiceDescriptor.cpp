@@ -1,6 +1,7 @@
 #include "TTimeShiftedServiceDescriptor.h"
 
-#include "Bytes.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -16,11 +17,14 @@ TTimeShiftedServiceDescriptor* TTimeShiftedServiceDescriptor::parse(unsigned cha
                                                                     unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 2, 0x4C))
         return nullptr;
-    TTimeShiftedServiceDescriptor* d = new TTimeShiftedServiceDescriptor(bytes, length);
-    d->referenceServiceID = bytes::be16(bytes + 2);
+    std::unique_ptr<TTimeShiftedServiceDescriptor> d(
+        new TTimeShiftedServiceDescriptor(bytes, length));
+    bytes::Reader r(bytes, length);
+    r.skip(2);
+    d->referenceServiceID = r.u16();
     if (bytesRead != nullptr)
         *bytesRead = 2;
-    return d;
+    return parse::done(error, d);
 }
 
 }  // namespace Sarn

@@ -1,6 +1,8 @@
 #include "TVideoDecodeControlDescriptor.h"
 
 #include "Json.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -19,15 +21,19 @@ TVideoDecodeControlDescriptor* TVideoDecodeControlDescriptor::parse(unsigned cha
                                                                     unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 1, 0xC8))
         return nullptr;
-    TVideoDecodeControlDescriptor* d = new TVideoDecodeControlDescriptor(bytes, length);
-    d->stillPicture = (bytes[2] >> 7) & 1;
-    d->sequenceEndCode = (bytes[2] >> 6) & 1;
+    std::unique_ptr<TVideoDecodeControlDescriptor> d(
+        new TVideoDecodeControlDescriptor(bytes, length));
+    bytes::Reader r(bytes, length);
+    r.skip(2);
+    const unsigned char flags = r.u8();
+    d->stillPicture = (flags >> 7) & 1;
+    d->sequenceEndCode = (flags >> 6) & 1;
     // The format is masked with 0x2C, leaving bit 4 out of the four-bit field:
     // the values receivers have always been given (0x3C reads as 11).
-    d->videoEncodeFormat = static_cast<unsigned char>((bytes[2] & 0x2C) >> 2);
+    d->videoEncodeFormat = static_cast<unsigned char>((flags & 0x2C) >> 2);
     if (bytesRead != nullptr)
         *bytesRead = 1;
-    return d;
+    return parse::done(error, d);
 }
 
 std::string TVideoDecodeControlDescriptor::toJSON() const {
