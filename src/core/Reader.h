@@ -94,6 +94,38 @@ class Reader {
         return used;
     }
 
+    /**
+     * As string(), but a string longer than what is left still goes to
+     * ParserUtils::parseStr, whose own log line reports the shortage.
+     */
+    int loggedString(std::string& out, unsigned int n) {
+        if (failed)
+            return -1;
+        const int used = ParserUtils::parseStr(mutableCurrent(), out, n, size - pos);
+        if (used < 0) {
+            failed = true;
+            return -1;
+        }
+        pos += static_cast<unsigned int>(used);
+        return used;
+    }
+
+    /**
+     * n bytes copied through ParserUtils::parseByteArray into target (an owned
+     * array, freed with delete[]), with that function's log lines: true when
+     * target holds them. When fewer than n bytes are left nothing is read,
+     * target is left alone and the reader fails.
+     */
+    bool byteArray(unsigned char*& target, unsigned char n) {
+        if (!has(n)) {
+            failed = true;
+            return false;
+        }
+        ParserUtils::parseByteArray(mutableCurrent(), target, n);
+        pos += n;
+        return target != nullptr;
+    }
+
     /** Marks the reader failed (a value read was out of range for the format). */
     void fail() { failed = true; }
 

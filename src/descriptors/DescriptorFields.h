@@ -6,9 +6,11 @@
 // the JSON forms in which those fields are written.
 
 #include <cstring>
+#include <string>
 
 #include "Bytes.h"
 #include "Json.h"
+#include "Reader.h"
 
 #pragma GCC visibility push(hidden)  // internal: not exported
 namespace Sarn {
@@ -34,6 +36,41 @@ inline unsigned short* readBe16Array(const unsigned char* src, unsigned int coun
     for (unsigned int i = 0; i < count; ++i)
         values[i] = bytes::be16(src + 2 * i);
     return values;
+}
+
+/** An owned copy of the next n bytes of r (null when n is 0 or they are not there). */
+inline unsigned char* copyBytes(bytes::Reader& r, unsigned int n) {
+    const unsigned char* src = r.bytes(n);
+    return src != nullptr ? copyBytes(src, n) : nullptr;
+}
+
+/**
+ * The bytes left in r, as many as an 8-bit size counts (the count modulo
+ * 256): size receives that count and the bytes come back as an owned copy
+ * (null for none).
+ */
+inline unsigned char* copyRest8(bytes::Reader& r, unsigned char& size) {
+    size = static_cast<unsigned char>(r.remaining());
+    return copyBytes(r, size);
+}
+
+/**
+ * The next `count` 16-bit big-endian values of r in an owned array of
+ * `slots` (freed with delete[]), the slots past count zero; count <= slots.
+ * Values not there read as 0.
+ */
+inline unsigned short* readBe16Array(bytes::Reader& r, unsigned int count, unsigned int slots) {
+    unsigned short* values = new unsigned short[slots]();
+    for (unsigned int i = 0; i < count; ++i)
+        values[i] = r.u16();
+    return values;
+}
+
+/** The next n bytes of r as characters, copied as they are (nothing dropped). */
+inline void readChars(bytes::Reader& r, std::string& out, unsigned int n) {
+    const unsigned char* src = r.bytes(n);
+    if (src != nullptr)
+        out.assign(reinterpret_cast<const char*>(src), n);
 }
 
 }  // namespace fields

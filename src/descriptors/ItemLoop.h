@@ -1,49 +1,83 @@
 #ifndef SARN_DESCRIPTORS_ITEMLOOP_H
 #define SARN_DESCRIPTORS_ITEMLOOP_H
 
-// The item loop of the descriptors whose body ends in a run of items
-// (application names, authorized applications, prefetch labels, DII
-// locations).
+// The item loops of the descriptors that carry runs of items (application
+// names, authorized applications, prefetch labels, DII locations, emergency
+// services, copy-control components, compatibility entries, download modules,
+// event items). An item class offers
+//   static Item* parse(unsigned char* data, unsigned int length,
+//                      unsigned int* bytesRead, unsigned short* error);
+// and is handed the bytes left in the descriptor's reader.
+
+#include <memory>
 
 #include "ISDBTUtils.h"
 #include "Log.h"
+#include "Reader.h"
 
 #pragma GCC visibility push(hidden)  // internal: not exported
 namespace Sarn {
 
 /**
- * Parses one Item after the other from the remaining bytes at p into d
- * through store. When an item fails (it has logged and set its code), logs
- * "<name>::parse: Invalid item", sets 2568, deletes d and returns null.
- * Otherwise sets 0 and returns d; lastConsumed, when non-null, receives the
- * byte count of the last item (0 for none): the figure these descriptors
- * have always reported.
+ * The Item at r's position, parsed from every byte left in r; r steps over
+ * the bytes the item reports (also written to consumed, when non-null, even
+ * for an item refused here). Null when the item fails (it has logged and set
+ * its code), or when it reports no bytes or more than it was given: such an
+ * item could never end a loop and is deleted.
+ */
+template <class Item>
+std::unique_ptr<Item> nextItem(bytes::Reader& r, unsigned short* err,
+                               unsigned int* consumed = nullptr) {
+    unsigned int n = 0;
+    const unsigned int left = r.remaining();
+    std::unique_ptr<Item> item(Item::parse(r.mutableCurrent(), left, &n, err));
+    if (consumed != nullptr)
+        *consumed = n;
+    if (item == nullptr || n == 0 || n > left)
+        return nullptr;
+    r.skip(n);
+    return item;
+}
+
+/**
+ * Items one after the other until r is at its end, each released to store
+ * (which takes ownership). When an item fails, logs
+ * "<name>::parse: Invalid item", sets 2568 and returns false. Otherwise
+ * returns true; lastConsumed, when non-null, receives the byte count of the
+ * last item (0 for none): the figure these descriptors have always reported.
+ */
+template <class Item, class Store>
+bool readItems(bytes::Reader& r, const char* name, unsigned int* lastConsumed, unsigned short* err,
+               Store store) {
+    unsigned int last = 0;
+    while (!r.atEnd()) {
+        std::unique_ptr<Item> item = nextItem<Item>(r, err, &last);
+        if (item == nullptr) {
+            SARN_LOGW("%s: %s::parse: Invalid item. Aborting!", name);
+            ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
+            return false;
+        }
+        store(item.release());
+    }
+    if (lastConsumed != nullptr)
+        *lastConsumed = last;
+    return true;
+}
+
+/**
+ * The same loop over the remaining bytes at p, for the descriptors still
+ * holding their object by raw pointer: on failure deletes d and returns null;
+ * on success sets 0 and returns d.
  */
 template <class Item, class D, class Store>
 D* parseItems(D* d, const char* name, unsigned char* p, unsigned int remaining,
               unsigned int* lastConsumed, unsigned short* err, Store store) {
-    unsigned int last = 0;
-    while (remaining > 0) {
-        unsigned int consumed = 0;
-        Item* item = Item::parse(p, remaining, &consumed, err);
-        // Items report at most the bytes they were given; an item that
-        // consumes nothing could never end the loop.
-        if (item == nullptr || consumed == 0 || consumed > remaining) {
-            delete item;
-            SARN_LOGW("%s: %s::parse: Invalid item. Aborting!", name);
-            ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
-            delete d;
-            return nullptr;
-        }
-        store(item);
-        p += consumed;
-        remaining -= consumed;
-        last = consumed;
-    }
-    if (lastConsumed != nullptr)
-        *lastConsumed = last;
+    std::unique_ptr<D> owner(d);
+    bytes::Reader r(p, remaining);
+    if (!readItems<Item>(r, name, lastConsumed, err, store))
+        return nullptr;
     ISDBTUtils::setErrorCode(err, ERROR_NONE);
-    return d;
+    return owner.release();
 }
 
 }  // namespace Sarn
