@@ -87,14 +87,10 @@ TCompatibilityDescriptorItem* TCompatibilityDescriptorItem::parse(unsigned char*
     item->model = shifted(model, r.u8());
     const unsigned char version = r.u8();
     item->version = shifted(version, r.u8());
-    for (unsigned int subCount = r.u8(); subCount != 0; --subCount) {
-        std::unique_ptr<TCompatibilityDescriptorSubItem> sub =
-            nextItem<TCompatibilityDescriptorSubItem>(r, error);
-        if (sub == nullptr) {
-            SARN_LOGW("%s: TCompatibilityDescriptorItem::parse: Invalid sub item. Aborting!");
-            return parse::fail(error, ERROR_INVALID_ITEM);
-        }
-        item->subItems.push_back(sub.release());
+    auto store = [&item](TCompatibilityDescriptorSubItem* sub) { item->subItems.push_back(sub); };
+    if (!readCounted<TCompatibilityDescriptorSubItem>(r, r.u8(), error, store)) {
+        SARN_LOGW("%s: TCompatibilityDescriptorItem::parse: Invalid sub item. Aborting!");
+        return parse::fail(error, ERROR_INVALID_ITEM);
     }
     if (bytesRead != nullptr)
         *bytesRead = r.position();
@@ -138,14 +134,12 @@ TCompatibilityDescriptor* TCompatibilityDescriptor::parse(unsigned char* data, u
     std::unique_ptr<TCompatibilityDescriptor> compatibility(
         new TCompatibilityDescriptor(data, length));
     r.skip(2);
-    for (unsigned int count = r.u16(); count != 0; --count) {
-        std::unique_ptr<TCompatibilityDescriptorItem> item =
-            nextItem<TCompatibilityDescriptorItem>(r, error);
-        if (item == nullptr) {
-            SARN_LOGW("%s: TCompatibilityDescriptor::parse: Invalid item. Aborting!");
-            return parse::fail(error, ERROR_INVALID_ITEM);
-        }
-        compatibility->items.push_back(item.release());
+    auto store = [&compatibility](TCompatibilityDescriptorItem* item) {
+        compatibility->items.push_back(item);
+    };
+    if (!readCounted<TCompatibilityDescriptorItem>(r, r.u16(), error, store)) {
+        SARN_LOGW("%s: TCompatibilityDescriptor::parse: Invalid item. Aborting!");
+        return parse::fail(error, ERROR_INVALID_ITEM);
     }
     // The length field itself is not counted.
     if (bytesRead != nullptr)

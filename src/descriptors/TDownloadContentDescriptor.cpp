@@ -113,15 +113,8 @@ TDownloadContentDescriptor* TDownloadContentDescriptor::parse(unsigned char* byt
     if (d->moduleInfoFlag) {
         // number_of_modules(16), then the modules; a missing count fails as
         // a missing module does.
-        bool ok = r.has(2);
-        for (unsigned int count = r.u16(); ok && count != 0; --count) {
-            std::unique_ptr<TDownloadContentDescriptorItem> item =
-                nextItem<TDownloadContentDescriptorItem>(r, error);
-            ok = item != nullptr;
-            if (ok)
-                d->items.push_back(item.release());
-        }
-        if (!ok) {
+        auto store = [&d](TDownloadContentDescriptorItem* item) { d->items.push_back(item); };
+        if (!r.has(2) || !readCounted<TDownloadContentDescriptorItem>(r, r.u16(), error, store)) {
             SARN_LOGW("%s: TDownloadContentDescriptor::parse: Invalid item. Aborting!");
             return parse::fail(error, ERROR_INVALID_ITEM);
         }
