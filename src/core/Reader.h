@@ -107,13 +107,7 @@ class Reader {
             failed = true;
             return -1;
         }
-        const int used = ParserUtils::parseStr(mutableCurrent(), out, n, size - pos);
-        if (used < 0) {
-            failed = true;
-            return -1;
-        }
-        pos += static_cast<unsigned int>(used);
-        return used;
+        return loggedString(out, n);
     }
 
     /**

@@ -40,28 +40,53 @@ std::unique_ptr<Item> nextItem(bytes::Reader& r, unsigned short* err,
 }
 
 /**
- * Items one after the other until r is at its end, each released to store
- * (which takes ownership). When an item fails, logs
- * "<name>::parse: Invalid item", sets 2568 and returns false. Otherwise
- * returns true; lastConsumed, when non-null, receives the byte count of the
- * last item (0 for none): the figure these descriptors have always reported.
+ * count Items one after the other, each released to store (which takes
+ * ownership): false at the first that fails, for the caller to log.
  */
 template <class Item, class Store>
-bool readItems(bytes::Reader& r, const char* name, unsigned int* lastConsumed, unsigned short* err,
-               Store store) {
+bool readCounted(bytes::Reader& r, unsigned int count, unsigned short* err, Store store) {
+    for (; count != 0; --count) {
+        std::unique_ptr<Item> item = nextItem<Item>(r, err);
+        if (item == nullptr)
+            return false;
+        store(item.release());
+    }
+    return true;
+}
+
+/**
+ * Items one after the other until r is at its end, each released to store:
+ * false at the first that fails, for the caller to log. On success
+ * lastConsumed, when non-null, receives the byte count of the last item (0
+ * for none).
+ */
+template <class Item, class Store>
+bool readToEnd(bytes::Reader& r, unsigned int* lastConsumed, unsigned short* err, Store store) {
     unsigned int last = 0;
     while (!r.atEnd()) {
         std::unique_ptr<Item> item = nextItem<Item>(r, err, &last);
-        if (item == nullptr) {
-            SARN_LOGW("%s: %s::parse: Invalid item. Aborting!", name);
-            ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
+        if (item == nullptr)
             return false;
-        }
         store(item.release());
     }
     if (lastConsumed != nullptr)
         *lastConsumed = last;
     return true;
+}
+
+/**
+ * readToEnd for the descriptors whose items are their whole body: a failed
+ * item is logged as "<name>::parse: Invalid item" with the code 2568.
+ * lastConsumed receives the figure these descriptors have always reported.
+ */
+template <class Item, class Store>
+bool readItems(bytes::Reader& r, const char* name, unsigned int* lastConsumed, unsigned short* err,
+               Store store) {
+    if (readToEnd<Item>(r, lastConsumed, err, store))
+        return true;
+    SARN_LOGW("%s: %s::parse: Invalid item. Aborting!", name);
+    ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
+    return false;
 }
 
 /**

@@ -1,8 +1,10 @@
 #include "TAACDescriptor.h"
 
+#include <memory>
+
 #include "DescriptorFields.h"
-#include "ISDBTUtils.h"
 #include "Log.h"
+#include "Parse.h"
 
 namespace Sarn {
 
@@ -22,29 +24,26 @@ TAACDescriptor* TAACDescriptor::parse(unsigned char* bytes, unsigned int length,
                                       unsigned int* bytesRead, unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 2, 0x7C))
         return nullptr;
-    TAACDescriptor* d = new TAACDescriptor(bytes, length);
-    d->profileAndLevel = bytes[2];
-    d->aacTypeFlag = (bytes[3] >> 7) & 1;
+    std::unique_ptr<TAACDescriptor> d(new TAACDescriptor(bytes, length));
+    bytes::Reader r(bytes, length);
+    r.skip(2);
+    d->profileAndLevel = r.u8();
+    d->aacTypeFlag = (r.u8() >> 7) & 1;
     // The payload size is taken from the bytes handed in; the additional info
     // runs to their end and its size is kept in 8 bits.
-    unsigned int p = 4;
     if (d->aacTypeFlag) {
-        if (length == 4) {
+        if (r.atEnd()) {
             SARN_LOGW(
                 "%s: TAACDescriptor::parse: Longer data length is required: %u < %u. Aborting!", 0u,
                 1u);
-            ISDBTUtils::setErrorCode(error, ERROR_DESCRIPTOR_LENGTH);
-            delete d;
-            return nullptr;
+            return parse::fail(error, ERROR_DESCRIPTOR_LENGTH);
         }
-        d->aacType = bytes[4];
-        p = 5;
+        d->aacType = r.u8();
     }
-    d->additionalInfoSize = static_cast<unsigned char>(length - p);
-    d->additionalInfo = fields::copyBytes(bytes + p, d->additionalInfoSize);
+    d->additionalInfo = fields::copyRest8(r, d->additionalInfoSize);
     if (bytesRead != nullptr)
         *bytesRead = 2u + (d->aacTypeFlag ? 1u : 0u) + d->additionalInfoSize;
-    return d;
+    return parse::done(error, d);
 }
 
 std::string TAACDescriptor::toJSON() const {

@@ -1,9 +1,11 @@
 #include "TAVCTimingAndHRDDescriptor.h"
 
-#include "Bytes.h"
-#include "ISDBTUtils.h"
+#include <memory>
+
 #include "Json.h"
 #include "Log.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -23,15 +25,12 @@ TAVCTimingAndHRDDescriptor::~TAVCTimingAndHRDDescriptor() {}
 
 namespace {
 // The timing fields announced by the flags do not fit in the bytes handed in.
-TAVCTimingAndHRDDescriptor* refuseShort(TAVCTimingAndHRDDescriptor* d, unsigned short* error,
-                                        unsigned int got, unsigned int needed) {
+std::nullptr_t refuseShort(unsigned short* error, unsigned int got, unsigned int needed) {
     SARN_LOGW(
         "%s: TAVCTimingAndHRDDescriptor::parse: Longer data length is required: %u < %u. "
         "Aborting!",
         got, needed);
-    ISDBTUtils::setErrorCode(error, ERROR_DESCRIPTOR_LENGTH);
-    delete d;
-    return nullptr;
+    return parse::fail(error, ERROR_DESCRIPTOR_LENGTH);
 }
 }  // namespace
 
@@ -41,38 +40,40 @@ TAVCTimingAndHRDDescriptor* TAVCTimingAndHRDDescriptor::parse(unsigned char* byt
                                                               unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 2, 0x2A))
         return nullptr;
-    TAVCTimingAndHRDDescriptor* d = new TAVCTimingAndHRDDescriptor(bytes, length);
+    std::unique_ptr<TAVCTimingAndHRDDescriptor> d(new TAVCTimingAndHRDDescriptor(bytes, length));
+    bytes::Reader r(bytes, length);
+    r.skip(2);
     // Two readings of ours differ from the published layout and are kept for
     // the receivers that rely on them: picture_and_timing_info_present is
     // bit 0 of the first payload byte, and the frame-rate flags are taken
-    // from the byte at p below, which is the first byte of num_units_in_tick
-    // when timing information is present.
-    d->hrdManagementValid = (bytes[2] >> 7) & 1;
-    d->pictureTimingInfoPresent = bytes[2] & 1;
-    unsigned int p = 3;
+    // from the next byte to read after the timing fields, which is the first
+    // byte of num_units_in_tick when timing information is present.
+    const unsigned char first = r.u8();
+    d->hrdManagementValid = (first >> 7) & 1;
+    d->pictureTimingInfoPresent = first & 1;
     unsigned int count = 1;
     if (d->pictureTimingInfoPresent) {
-        if (length - 3 < 6)
-            return refuseShort(d, error, length - 3, 6);
-        d->flag90kHz = (bytes[3] >> 7) & 1;
-        p = 4;
+        if (r.remaining() < 6)
+            return refuseShort(error, r.remaining(), 6);
+        d->flag90kHz = (r.u8() >> 7) & 1;
         count = 2;
         if (d->flag90kHz) {
-            if (length - 3 < 14)
-                return refuseShort(d, error, length - 4, 13);
-            d->n = bytes::be32(bytes + 4);
-            d->k = bytes::be32(bytes + 8);
-            p = 12;
+            if (r.remaining() < 13)
+                return refuseShort(error, r.remaining(), 13);
+            d->n = r.u32();
+            d->k = r.u32();
             count = 10;
         }
-        d->numUnitsInTick = bytes::be32(bytes + p);
     }
-    d->fixedFrameRate = (bytes[p] >> 7) & 1;
-    d->temporalPoc = (bytes[p] >> 6) & 1;
-    d->pictureToDisplayConversion = (bytes[p] >> 5) & 1;
+    const unsigned char flags = r.peek();
+    if (d->pictureTimingInfoPresent)
+        d->numUnitsInTick = r.u32();
+    d->fixedFrameRate = (flags >> 7) & 1;
+    d->temporalPoc = (flags >> 6) & 1;
+    d->pictureToDisplayConversion = (flags >> 5) & 1;
     if (bytesRead != nullptr)
         *bytesRead = count + 1;
-    return d;
+    return parse::done(error, d);
 }
 
 std::string TAVCTimingAndHRDDescriptor::toJSON() const {

@@ -1,6 +1,10 @@
 #include "TAVCVideoDescriptor.h"
 
+#include <memory>
+
 #include "Json.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -21,18 +25,22 @@ TAVCVideoDescriptor* TAVCVideoDescriptor::parse(unsigned char* bytes, unsigned i
                                                 unsigned int* bytesRead, unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 4, 0x28))
         return nullptr;
-    TAVCVideoDescriptor* d = new TAVCVideoDescriptor(bytes, length);
-    d->profileIdc = bytes[2];
-    d->constraintSet0Flag = (bytes[3] >> 7) & 1;
-    d->constraintSet1Flag = (bytes[3] >> 6) & 1;
-    d->constraintSet2Flag = (bytes[3] >> 5) & 1;
-    d->avcCompatibleFlags = bytes[3] & 0x1F;
-    d->levelIdc = bytes[4];
-    d->avcStillPresent = (bytes[5] >> 7) & 1;
-    d->avc24HourPictureFlag = (bytes[5] >> 6) & 1;
+    std::unique_ptr<TAVCVideoDescriptor> d(new TAVCVideoDescriptor(bytes, length));
+    bytes::Reader r(bytes, length);
+    r.skip(2);
+    d->profileIdc = r.u8();
+    const unsigned char constraints = r.u8();
+    d->constraintSet0Flag = (constraints >> 7) & 1;
+    d->constraintSet1Flag = (constraints >> 6) & 1;
+    d->constraintSet2Flag = (constraints >> 5) & 1;
+    d->avcCompatibleFlags = constraints & 0x1F;
+    d->levelIdc = r.u8();
+    const unsigned char flags = r.u8();
+    d->avcStillPresent = (flags >> 7) & 1;
+    d->avc24HourPictureFlag = (flags >> 6) & 1;
     if (bytesRead != nullptr)
         *bytesRead = 4;
-    return d;
+    return parse::done(error, d);
 }
 
 std::string TAVCVideoDescriptor::toJSON() const {

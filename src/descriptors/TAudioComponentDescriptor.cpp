@@ -1,6 +1,10 @@
 #include "TAudioComponentDescriptor.h"
 
+#include <memory>
+
+#include "DescriptorFields.h"
 #include "Json.h"
+#include "Parse.h"
 
 namespace Sarn {
 
@@ -28,31 +32,29 @@ TAudioComponentDescriptor* TAudioComponentDescriptor::parse(unsigned char* data,
     // bilingual, text. Codes and text are copied as they are.
     if (!parseCommonHeader(data, len, err, 9, 0xC4))
         return nullptr;
-    TAudioComponentDescriptor* d = new TAudioComponentDescriptor(data, len);
-    d->streamContent = static_cast<unsigned char>(data[2] & 0x0F);
-    d->componentType = data[3];
-    d->componentTag = data[4];
-    d->streamType = data[5];
-    d->simulcastGroupTag = data[6];
-    const unsigned char flags = data[7];
+    std::unique_ptr<TAudioComponentDescriptor> d(new TAudioComponentDescriptor(data, len));
+    bytes::Reader r(data, len);
+    r.skip(2);
+    d->streamContent = static_cast<unsigned char>(r.u8() & 0x0F);
+    d->componentType = r.u8();
+    d->componentTag = r.u8();
+    d->streamType = r.u8();
+    d->simulcastGroupTag = r.u8();
+    const unsigned char flags = r.u8();
     d->esMultiLingualFlag = static_cast<unsigned char>(flags >> 7);
     d->mainComponentFlag = static_cast<unsigned char>((flags & 0x40) >> 6);
     d->qualityIndicator = static_cast<unsigned char>((flags & 0x30) >> 4);
     d->samplingRate = static_cast<unsigned char>((flags & 0x0E) >> 1);
     // The header check guarantees the eleven bytes up to the first code.
-    const char* p = reinterpret_cast<const char*>(data);
-    d->languageCode1.assign(p + 8, 3);
-    unsigned int pos = 11;
+    fields::readChars(r, d->languageCode1, 3);
     if (d->esMultiLingualFlag == 1) {
         // A bilingual component without room for its second code ends here.
-        if (len - pos < 3)
-            return d;
-        d->languageCode2.assign(p + pos, 3);
-        pos += 3;
+        if (!r.has(3))
+            return parse::done(err, d);
+        fields::readChars(r, d->languageCode2, 3);
     }
-    if (pos < len)
-        d->text.assign(p + pos, len - pos);
-    return d;
+    fields::readChars(r, d->text, r.remaining());
+    return parse::done(err, d);
 }
 
 std::string TAudioComponentDescriptor::toJSON() const {

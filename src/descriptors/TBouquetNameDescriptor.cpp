@@ -1,9 +1,11 @@
 #include "TBouquetNameDescriptor.h"
 
-#include "ISDBTUtils.h"
+#include <memory>
+
 #include "Json.h"
 #include "Log.h"
-#include "ParserUtils.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -17,18 +19,18 @@ TBouquetNameDescriptor* TBouquetNameDescriptor::parse(unsigned char* bytes, unsi
                                                       unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 1, 0x47))
         return nullptr;
-    TBouquetNameDescriptor* d = new TBouquetNameDescriptor(bytes, length);
+    std::unique_ptr<TBouquetNameDescriptor> d(new TBouquetNameDescriptor(bytes, length));
+    bytes::Reader r(bytes, length);
+    r.skip(2);
     // The name fills the rest of the bytes handed in.
-    const int count = ParserUtils::parseStr(bytes + 2, d->bouquetName, length - 2, length - 2);
+    const int count = r.loggedString(d->bouquetName, r.remaining());
     if (count < 0) {
         SARN_LOGW("%s: TBouquetNameDescriptor:: parse: ERROR: parsing Bouquet Name. Aborting!");
-        ISDBTUtils::setErrorCode(error, ERROR_FIELD_PARSE);
-        delete d;
-        return nullptr;
+        return parse::fail(error, ERROR_FIELD_PARSE);
     }
     if (bytesRead != nullptr)
         *bytesRead = static_cast<unsigned char>(count);
-    return d;
+    return parse::done(error, d);
 }
 
 std::string TBouquetNameDescriptor::toJSON() const {

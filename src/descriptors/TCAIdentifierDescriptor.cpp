@@ -1,6 +1,9 @@
 #include "TCAIdentifierDescriptor.h"
 
+#include <memory>
+
 #include "DescriptorFields.h"
+#include "Parse.h"
 
 namespace Sarn {
 
@@ -16,17 +19,19 @@ TCAIdentifierDescriptor* TCAIdentifierDescriptor::parse(unsigned char* bytes, un
                                                         unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 2, 0x53))
         return nullptr;
-    TCAIdentifierDescriptor* d = new TCAIdentifierDescriptor(bytes, length);
+    std::unique_ptr<TCAIdentifierDescriptor> d(new TCAIdentifierDescriptor(bytes, length));
+    bytes::Reader r(bytes, length);
+    r.skip(2);
     // Two bytes per CA_system_id up to the end of the bytes handed in; an odd
     // trailing byte is ignored and the count is kept in 8 bits.
-    const unsigned int payload = length - 2;
+    const unsigned int payload = r.remaining();
     if (payload != 0) {
         d->caSystemIdCount = static_cast<unsigned char>(payload / 2);
-        d->caSystemIds = fields::readBe16Array(bytes + 2, d->caSystemIdCount, payload);
+        d->caSystemIds = fields::readBe16Array(r, d->caSystemIdCount, payload);
     }
     if (bytesRead != nullptr)
         *bytesRead = payload;
-    return d;
+    return parse::done(error, d);
 }
 
 std::string TCAIdentifierDescriptor::toJSON() const {

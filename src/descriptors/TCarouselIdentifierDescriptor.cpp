@@ -1,10 +1,10 @@
 #include "TCarouselIdentifierDescriptor.h"
 
-#include <cstring>
+#include <memory>
 
-#include "Bytes.h"
-#include "ISDBTUtils.h"
+#include "DescriptorFields.h"
 #include "Json.h"
+#include "Parse.h"
 
 namespace Sarn {
 
@@ -36,19 +36,17 @@ TCarouselIdentifierDescriptor* TCarouselIdentifierDescriptor::parse(unsigned cha
                                                                     unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 4, 0x13))
         return nullptr;
-    TCarouselIdentifierDescriptor* d = new TCarouselIdentifierDescriptor(bytes, length);
-    d->carouselId = bytes::be32(bytes + 2);
+    std::unique_ptr<TCarouselIdentifierDescriptor> d(
+        new TCarouselIdentifierDescriptor(bytes, length));
+    bytes::Reader r(bytes, length);
+    r.skip(2);
+    d->carouselId = r.u32();
     // Everything after carousel_id is kept undecoded. The size field is 8
     // bits wide, so only that many bytes are kept from an oversized buffer.
-    d->privateDataSize = static_cast<unsigned char>(length - 6);
-    if (d->privateDataSize != 0) {
-        d->privateData = new unsigned char[d->privateDataSize];
-        std::memcpy(d->privateData, bytes + 6, d->privateDataSize);
-    }
+    d->privateData = fields::copyRest8(r, d->privateDataSize);
     if (bytesRead != nullptr)
         *bytesRead = length - 2;
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return d;
+    return parse::done(error, d);
 }
 
 std::string TCarouselIdentifierDescriptor::toJSON() const {

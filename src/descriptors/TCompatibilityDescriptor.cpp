@@ -2,11 +2,14 @@
 // and their sub descriptors.
 #include "TCompatibilityDescriptor.h"
 
-#include "Bytes.h"
-#include "ISDBTUtils.h"
+#include <memory>
+
+#include "ItemLoop.h"
 #include "Log.h"
 #include "Owned.h"
+#include "Parse.h"
 #include "ParserUtils.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -31,38 +34,28 @@ TCompatibilityDescriptorSubItem* TCompatibilityDescriptorSubItem::parse(unsigned
                                                                         unsigned int length,
                                                                         unsigned int* bytesRead,
                                                                         unsigned short* error) {
-    if (data == nullptr)
-        length = 0;
+    bytes::Reader r(data, length);  // no bytes at all without data
     // subDescriptorType(8) subDescriptorLength(8) additionalInformation; the
     // information must lie within the bytes given as well.
-    if (length < 2 || (length - 2 < data[1])) {
+    if (!r.has(2) || r.remaining() - 2 < r.peek(1)) {
         SARN_LOGW(
             "%s: TCompatibilityDescriptorSubItem::parse: Item length not valid: %u. Aborting!",
-            length);
-        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+            r.remaining());
+        return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
-    TCompatibilityDescriptorSubItem* sub = new TCompatibilityDescriptorSubItem();
-    sub->subDescriptorType = data[0];
-    sub->additionalInformationLength = data[1];
-    unsigned int consumed = 2;
-    if (sub->additionalInformationLength != 0) {
-        ParserUtils::parseByteArray(data + 2, sub->additionalInformation,
-                                    sub->additionalInformationLength);
-        if (sub->additionalInformation == nullptr) {
-            SARN_LOGW(
-                "%s: TCompatibilityDescriptorSubItem:: parse: ERROR: parsing Additional "
-                "Information. Aborting!");
-            ISDBTUtils::setErrorCode(error, ERROR_FIELD_PARSE);
-            delete sub;
-            return nullptr;
-        }
-        consumed += sub->additionalInformationLength;
+    std::unique_ptr<TCompatibilityDescriptorSubItem> sub(new TCompatibilityDescriptorSubItem());
+    sub->subDescriptorType = r.u8();
+    sub->additionalInformationLength = r.u8();
+    if (sub->additionalInformationLength != 0 &&
+        !r.byteArray(sub->additionalInformation, sub->additionalInformationLength)) {
+        SARN_LOGW(
+            "%s: TCompatibilityDescriptorSubItem:: parse: ERROR: parsing Additional "
+            "Information. Aborting!");
+        return parse::fail(error, ERROR_FIELD_PARSE);
     }
     if (bytesRead != nullptr)
-        *bytesRead = consumed;
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return sub;
+        *bytesRead = r.position();
+    return parse::done(error, sub);
 }
 
 // ---------------------------------------------------------------------------
@@ -78,42 +71,31 @@ TCompatibilityDescriptorItem* TCompatibilityDescriptorItem::parse(unsigned char*
                                                                   unsigned int length,
                                                                   unsigned int* bytesRead,
                                                                   unsigned short* error) {
-    if (data == nullptr)
-        length = 0;
-    if (length < 11) {
+    bytes::Reader r(data, length);  // no bytes at all without data
+    if (!r.has(11)) {
         SARN_LOGW("%s: TCompatibilityDescriptorItem::parse: Item length not valid: %u. Aborting!",
-                  length);
-        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+                  r.remaining());
+        return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
     // descriptorType(8) descriptorLength(8, not used) specifierType(8)
     // specifierData(24) model(16) version(16) subDescriptorCount(8).
-    TCompatibilityDescriptorItem* item = new TCompatibilityDescriptorItem();
-    item->descriptorType = data[0];
-    item->specifierType = data[2];
-    item->specifierData = bytes::be24(data + 3);
-    item->model = shifted(data[6], data[7]);
-    item->version = shifted(data[8], data[9]);
-    unsigned int subCount = data[10];
-    unsigned int consumed = 11;
-    while (subCount != 0) {
-        unsigned int read = 0;
-        TCompatibilityDescriptorSubItem* sub = TCompatibilityDescriptorSubItem::parse(
-            data + consumed, length - consumed, &read, error);
-        if (sub == nullptr) {
-            SARN_LOGW("%s: TCompatibilityDescriptorItem::parse: Invalid sub item. Aborting!");
-            ISDBTUtils::setErrorCode(error, ERROR_INVALID_ITEM);
-            delete item;
-            return nullptr;
-        }
-        item->subItems.push_back(sub);
-        consumed += read;
-        --subCount;
+    std::unique_ptr<TCompatibilityDescriptorItem> item(new TCompatibilityDescriptorItem());
+    item->descriptorType = r.u8();
+    r.skip(1);
+    item->specifierType = r.u8();
+    item->specifierData = r.u24();
+    const unsigned char model = r.u8();
+    item->model = shifted(model, r.u8());
+    const unsigned char version = r.u8();
+    item->version = shifted(version, r.u8());
+    auto store = [&item](TCompatibilityDescriptorSubItem* sub) { item->subItems.push_back(sub); };
+    if (!readCounted<TCompatibilityDescriptorSubItem>(r, r.u8(), error, store)) {
+        SARN_LOGW("%s: TCompatibilityDescriptorItem::parse: Invalid sub item. Aborting!");
+        return parse::fail(error, ERROR_INVALID_ITEM);
     }
     if (bytesRead != nullptr)
-        *bytesRead = consumed;
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return item;
+        *bytesRead = r.position();
+    return parse::done(error, item);
 }
 
 TCompatibilityDescriptorSubItem* TCompatibilityDescriptorItem::getCompatibilityDescriptorSubItem(
@@ -142,38 +124,28 @@ TCompatibilityDescriptor::~TCompatibilityDescriptor() {
 TCompatibilityDescriptor* TCompatibilityDescriptor::parse(unsigned char* data, unsigned int length,
                                                           unsigned int* bytesRead,
                                                           unsigned short* error) {
-    if (data == nullptr)
-        length = 0;
+    bytes::Reader r(data, length);  // no bytes at all without data
     // compatibilityDescriptorLength(16) descriptorCount(16): without the
     // count there is nothing to read.
-    if (length < 4) {
+    if (!r.has(4)) {
         SARN_LOGW("%s: TCompatibilityDescriptor::parse: Item length not valid: %u. Aborting!",
-                  length);
-        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+                  r.remaining());
+        return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
-    TCompatibilityDescriptor* compatibility = new TCompatibilityDescriptor(data, length);
-    unsigned int count = bytes::be16(data + 2);
-    unsigned int p = 4;
-    while (count != 0) {
-        unsigned int read = 0;
-        TCompatibilityDescriptorItem* item =
-            TCompatibilityDescriptorItem::parse(data + p, length - p, &read, error);
-        if (item == nullptr) {
-            SARN_LOGW("%s: TCompatibilityDescriptor::parse: Invalid item. Aborting!");
-            ISDBTUtils::setErrorCode(error, ERROR_INVALID_ITEM);
-            delete compatibility;
-            return nullptr;
-        }
+    std::unique_ptr<TCompatibilityDescriptor> compatibility(
+        new TCompatibilityDescriptor(data, length));
+    r.skip(2);
+    auto store = [&compatibility](TCompatibilityDescriptorItem* item) {
         compatibility->items.push_back(item);
-        p += read;
-        --count;
+    };
+    if (!readCounted<TCompatibilityDescriptorItem>(r, r.u16(), error, store)) {
+        SARN_LOGW("%s: TCompatibilityDescriptor::parse: Invalid item. Aborting!");
+        return parse::fail(error, ERROR_INVALID_ITEM);
     }
     // The length field itself is not counted.
     if (bytesRead != nullptr)
-        *bytesRead = p - 2;
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return compatibility;
+        *bytesRead = r.position() - 2;
+    return parse::done(error, compatibility);
 }
 
 TCompatibilityDescriptorItem* TCompatibilityDescriptor::getCompatibilityDescriptorItem(

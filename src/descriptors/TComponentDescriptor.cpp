@@ -1,9 +1,11 @@
 #include "TComponentDescriptor.h"
 
-#include "ISDBTUtils.h"
+#include <memory>
+
 #include "Json.h"
 #include "Log.h"
-#include "ParserUtils.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -18,29 +20,26 @@ TComponentDescriptor* TComponentDescriptor::parse(unsigned char* data, unsigned 
     // component_tag, ISO 639 code (3), text up to the end.
     if (!parseCommonHeader(data, len, err, 6, 0x50))
         return nullptr;
-    TComponentDescriptor* d = new TComponentDescriptor(data, len);
-    d->streamContent = static_cast<unsigned char>(data[2] & 0x0F);
-    d->componentType = data[3];
-    d->componentTag = data[4];
-    if (ParserUtils::parseStr(data + 5, d->languageCode, 3, len - 5) != 3) {
+    std::unique_ptr<TComponentDescriptor> d(new TComponentDescriptor(data, len));
+    bytes::Reader r(data, len);
+    r.skip(2);
+    d->streamContent = static_cast<unsigned char>(r.u8() & 0x0F);
+    d->componentType = r.u8();
+    d->componentTag = r.u8();
+    if (r.loggedString(d->languageCode, 3) != 3) {
         SARN_LOGW("%s: TComponentDescriptor:: parse: ERROR: parsing Language Code. Aborting!");
-        ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
-        delete d;
-        return nullptr;
+        return parse::fail(err, ERROR_FIELD_PARSE);
     }
     // Every byte after the language code is text (none: an empty text).
-    const int n = ParserUtils::parseStr(data + 8, d->text, len - 8, len - 8);
+    const int n = r.loggedString(d->text, r.remaining());
     if (n < 0) {
         SARN_LOGW("%s: TComponentDescriptor:: parse: ERROR: parsing Text. Aborting!");
-        ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
-        delete d;
-        return nullptr;
+        return parse::fail(err, ERROR_FIELD_PARSE);
     }
     // The language code and the text, without the five bytes before them.
     if (bytesRead != nullptr)
         *bytesRead = 3 + static_cast<unsigned int>(n);
-    ISDBTUtils::setErrorCode(err, ERROR_NONE);
-    return d;
+    return parse::done(err, d);
 }
 
 std::string TComponentDescriptor::toJSON() const {

@@ -1,6 +1,9 @@
 #include "TConditionalPlaybackDescriptor.h"
 
+#include <memory>
+
 #include "DescriptorFields.h"
+#include "Parse.h"
 
 namespace Sarn {
 
@@ -22,15 +25,17 @@ TConditionalPlaybackDescriptor* TConditionalPlaybackDescriptor::parse(unsigned c
                                                                       unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 4, 0xF8))
         return nullptr;
-    TConditionalPlaybackDescriptor* d = new TConditionalPlaybackDescriptor(bytes, length);
-    d->caSystemId = bytes::be16(bytes + 2);
-    d->caPid = bytes::pid13(bytes + 4);
+    std::unique_ptr<TConditionalPlaybackDescriptor> d(
+        new TConditionalPlaybackDescriptor(bytes, length));
+    bytes::Reader r(bytes, length);
+    r.skip(2);
+    d->caSystemId = r.u16();
+    d->caPid = r.pid();
     // Private data runs to the end of the bytes handed in; size kept in 8 bits.
-    d->privateDataSize = static_cast<unsigned char>(length - 6);
-    d->privateData = fields::copyBytes(bytes + 6, d->privateDataSize);
+    d->privateData = fields::copyRest8(r, d->privateDataSize);
     if (bytesRead != nullptr)
         *bytesRead = length - 2;
-    return d;
+    return parse::done(error, d);
 }
 
 std::string TConditionalPlaybackDescriptor::toJSON() const {

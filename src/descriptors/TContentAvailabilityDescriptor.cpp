@@ -1,6 +1,10 @@
 #include "TContentAvailabilityDescriptor.h"
 
+#include <memory>
+
 #include "Json.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -20,15 +24,18 @@ TContentAvailabilityDescriptor* TContentAvailabilityDescriptor::parse(unsigned c
                                                                       unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 1, 0xDE))
         return nullptr;
-    TContentAvailabilityDescriptor* d = new TContentAvailabilityDescriptor(bytes, length);
-    const unsigned char b = bytes[2];
+    std::unique_ptr<TContentAvailabilityDescriptor> d(
+        new TContentAvailabilityDescriptor(bytes, length));
+    bytes::Reader r(bytes, length);
+    r.skip(2);
+    const unsigned char b = r.u8();
     d->imageConstrained = (b & 0x20) == 0;
     d->retentionAllowed = (b & 0x10) == 0;
     d->retentionState = (b >> 1) & 0x07;
     d->encryptionModeEnabled = (b & 0x01) == 0;
     if (bytesRead != nullptr)
         *bytesRead = length;
-    return d;
+    return parse::done(error, d);
 }
 
 std::string TContentAvailabilityDescriptor::toJSON() const {

@@ -1,8 +1,11 @@
 #include "TContentDescriptor.h"
 
-#include "ISDBTUtils.h"
+#include <memory>
+
 #include "Json.h"
 #include "Log.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -19,18 +22,19 @@ TContentDescriptor* TContentDescriptor::parse(unsigned char* data, unsigned int 
     // tag, length, then two-byte genre entries (content nibbles, user nibbles).
     // The header is taken as it comes; only the first entry is read. The byte
     // count and, on success, the error code are left untouched.
-    if (data == nullptr)
-        len = 0;  // nothing to read
-    if (len < 4) {
-        SARN_LOGW("%s: TContentDescriptor::parse: Item length not valid: %u. Aborting!", len);
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+    bytes::Reader r(data, len);  // no bytes at all without data
+    if (!r.has(4)) {
+        SARN_LOGW("%s: TContentDescriptor::parse: Item length not valid: %u. Aborting!",
+                  r.remaining());
+        return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
-    TContentDescriptor* d = new TContentDescriptor(data, len);
-    d->contentNibbleLevel1 = static_cast<unsigned char>(data[2] >> 4);
-    d->contentNibbleLevel2 = static_cast<unsigned char>(data[2] & 0x0F);
-    d->userByte = data[3];
-    return d;
+    std::unique_ptr<TContentDescriptor> d(new TContentDescriptor(data, len));
+    r.skip(2);
+    const unsigned char nibbles = r.u8();
+    d->contentNibbleLevel1 = static_cast<unsigned char>(nibbles >> 4);
+    d->contentNibbleLevel2 = static_cast<unsigned char>(nibbles & 0x0F);
+    d->userByte = r.u8();
+    return d.release();  // the error code stays as it was
 }
 
 std::string TContentDescriptor::toJSON() const {

@@ -1,6 +1,9 @@
 #include "TCopyrightDescriptor.h"
 
+#include <memory>
+
 #include "DescriptorFields.h"
+#include "Parse.h"
 
 namespace Sarn {
 
@@ -18,14 +21,15 @@ TCopyrightDescriptor* TCopyrightDescriptor::parse(unsigned char* bytes, unsigned
                                                   unsigned int* bytesRead, unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 4, 0x0D))
         return nullptr;
-    TCopyrightDescriptor* d = new TCopyrightDescriptor(bytes, length);
-    d->copyrightId = bytes::be32(bytes + 2);
+    std::unique_ptr<TCopyrightDescriptor> d(new TCopyrightDescriptor(bytes, length));
+    bytes::Reader r(bytes, length);
+    r.skip(2);
+    d->copyrightId = r.u32();
     // Additional info runs to the end of the bytes handed in; size kept in 8 bits.
-    d->additionalInfoSize = static_cast<unsigned char>(length - 6);
-    d->additionalInfo = fields::copyBytes(bytes + 6, d->additionalInfoSize);
+    d->additionalInfo = fields::copyRest8(r, d->additionalInfoSize);
     if (bytesRead != nullptr)
         *bytesRead = d->additionalInfoSize + 4u;
-    return d;
+    return parse::done(error, d);
 }
 
 std::string TCopyrightDescriptor::toJSON() const {

@@ -1,9 +1,11 @@
 #include "TCountryAvailabilityDescriptor.h"
 
 #include <iterator>
+#include <memory>
 
-#include "Bytes.h"
 #include "Json.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -19,15 +21,18 @@ TCountryAvailabilityDescriptor* TCountryAvailabilityDescriptor::parse(unsigned c
                                                                       unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 4, 0x49))
         return nullptr;
-    TCountryAvailabilityDescriptor* d = new TCountryAvailabilityDescriptor(bytes, length);
-    d->countryAvailabilityFlag = bytes[2] >= 0x80;
+    std::unique_ptr<TCountryAvailabilityDescriptor> d(
+        new TCountryAvailabilityDescriptor(bytes, length));
+    bytes::Reader r(bytes, length);
+    r.skip(2);
+    d->countryAvailabilityFlag = r.u8() >= 0x80;
     // Three-letter codes up to the end of the bytes handed in; a trailing
     // partial code (one or two bytes) is not read.
-    for (unsigned int p = 3; bytes::fits(p, 3, length); p += 3)
-        d->countryCodes.push_back(bytes::be24(bytes + p));
+    while (r.has(3))
+        d->countryCodes.push_back(r.u24());
     if (bytesRead != nullptr)
         *bytesRead = 0;
-    return d;
+    return parse::done(error, d);
 }
 
 unsigned int TCountryAvailabilityDescriptor::get(unsigned int index) const {

@@ -1,10 +1,11 @@
 #include "TDataComponentDescriptor.h"
 
 #include <cstring>
+#include <memory>
 
-#include "Bytes.h"
-#include "ISDBTUtils.h"
+#include "DescriptorFields.h"
 #include "Json.h"
+#include "Parse.h"
 
 namespace Sarn {
 
@@ -23,19 +24,16 @@ TDataComponentDescriptor* TDataComponentDescriptor::parse(unsigned char* bytes, 
                                                           unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 2, 0xFD))
         return nullptr;
-    TDataComponentDescriptor* d = new TDataComponentDescriptor(bytes, length);
-    d->dataComponentId = bytes::be16(bytes + 2);
+    std::unique_ptr<TDataComponentDescriptor> d(new TDataComponentDescriptor(bytes, length));
+    bytes::Reader r(bytes, length);
+    r.skip(2);
+    d->dataComponentId = r.u16();
     // additional_data_component_info: the rest of the bytes, as many as the
     // 8-bit size can count.
-    d->additionalDataSize = static_cast<unsigned char>(length - 4);
-    if (d->additionalDataSize != 0) {
-        d->additionalData = new unsigned char[d->additionalDataSize];
-        std::memcpy(d->additionalData, bytes + 4, d->additionalDataSize);
-    }
+    d->additionalData = fields::copyRest8(r, d->additionalDataSize);
     if (bytesRead != nullptr)
         *bytesRead = length - 2;
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return d;
+    return parse::done(error, d);
 }
 
 std::string TDataComponentDescriptor::toJSON() const {

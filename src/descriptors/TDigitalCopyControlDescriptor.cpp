@@ -1,8 +1,12 @@
 #include "TDigitalCopyControlDescriptor.h"
 
-#include "ISDBTUtils.h"
+#include <memory>
+
+#include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -39,37 +43,31 @@ TDigitalCopyControlDescriptorItem* TDigitalCopyControlDescriptorItem::parse(unsi
                                                                             unsigned int len,
                                                                             unsigned int* bytesRead,
                                                                             unsigned short* err) {
-    if (data == nullptr)
-        len = 0;  // nothing to read
-    if (len < 2) {
+    bytes::Reader r(data, len);  // no bytes at all without data
+    if (!r.has(2)) {
         SARN_LOGW(
             "%s: TDigitalCopyControlDescriptorItem::parse: Item length not valid: %u. Aborting!",
-            len);
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+            r.remaining());
+        return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
-    TDigitalCopyControlDescriptorItem* item = new TDigitalCopyControlDescriptorItem();
-    item->componentTag = data[0];
-    decodeControl(data[1], item->digitalRecordingControlData, item->maximumBitrateFlag,
+    std::unique_ptr<TDigitalCopyControlDescriptorItem> item(
+        new TDigitalCopyControlDescriptorItem());
+    item->componentTag = r.u8();
+    decodeControl(r.u8(), item->digitalRecordingControlData, item->maximumBitrateFlag,
                   item->copyControlType, item->apsControlData);
-    unsigned int size = 2;
     if (item->maximumBitrateFlag) {
-        if (len == 2) {
+        if (r.atEnd()) {
             SARN_LOGW(
                 "%s: TDigitalCopyControlDescriptorItem::parse: Longer data length is required: "
                 "%u < %u. Aborting!",
-                len - 2, 1u);
-            ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
-            delete item;
-            return nullptr;
+                r.remaining(), 1u);
+            return parse::fail(err, ERROR_DESCRIPTOR_LENGTH);
         }
-        item->maximumBitrate = data[2];
-        size = 3;
+        item->maximumBitrate = r.u8();
     }
     if (bytesRead != nullptr)
-        *bytesRead = size;
-    ISDBTUtils::setErrorCode(err, ERROR_NONE);
-    return item;
+        *bytesRead = r.position();
+    return parse::done(err, item);
 }
 
 // ---------------------------------------------------------------------------
@@ -97,71 +95,52 @@ TDigitalCopyControlDescriptor* TDigitalCopyControlDescriptor::parse(unsigned cha
                                                                     unsigned short* err) {
     if (!parseCommonHeader(data, len, err, 1, 0xC1))
         return nullptr;
-    TDigitalCopyControlDescriptor* d = new TDigitalCopyControlDescriptor(data, len);
-    // Bytes left after the current position, and bytes read after the header.
-    unsigned int remaining = len - 2;
-    unsigned int consumed = 0;
+    std::unique_ptr<TDigitalCopyControlDescriptor> d(new TDigitalCopyControlDescriptor(data, len));
+    bytes::Reader r(data, len);
+    r.skip(2);
     // Every shortage reports the bytes left against one, whatever it lacked.
-    auto tooShort = [&]() -> TDigitalCopyControlDescriptor* {
+    auto tooShort = [&r, err]() {
         SARN_LOGW(
             "%s: TDigitalCopyControlDescriptor::parse: Longer data length is required: %u < %u. "
             "Aborting!",
-            remaining, 1u);
-        ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
-        delete d;
-        return nullptr;
+            r.remaining(), 1u);
+        return parse::fail(err, ERROR_DESCRIPTOR_LENGTH);
     };
 
-    const unsigned char control = data[2];
+    const unsigned char control = r.u8();
     decodeControl(control, d->digitalRecordingControlData, d->maximumBitrateFlag,
                   d->copyControlType, d->apsControlData);
     d->componentControlFlag = (control & 0x10) != 0;
-    consumed = 1;
-    remaining -= 1;
-
     if (d->maximumBitrateFlag) {
-        if (remaining == 0)
+        if (r.atEnd())
             return tooShort();
-        d->maximumBitrate = data[2 + consumed];
-        consumed += 1;
-        remaining -= 1;
+        d->maximumBitrate = r.u8();
     }
-    if (!d->componentControlFlag) {
-        if (bytesRead != nullptr)
-            *bytesRead = consumed;
-        ISDBTUtils::setErrorCode(err, ERROR_NONE);
-        return d;
-    }
-
-    if (remaining == 0)
-        return tooShort();
-    // An 8-bit counter: an item running past the declared length wraps it,
-    // and the walk goes on until an item no longer fits in the bytes left.
-    unsigned char componentControlLength = data[2 + consumed];
-    consumed += 1;
-    remaining -= 1;
-    if (remaining < componentControlLength)
-        return tooShort();
-    while (componentControlLength != 0) {
-        unsigned int itemRead = 0;
-        TDigitalCopyControlDescriptorItem* item = TDigitalCopyControlDescriptorItem::parse(
-            data + 2 + consumed, remaining, &itemRead, err);
-        if (item == nullptr) {
-            SARN_LOGW("%s: TDigitalCopyControlDescriptor::parse: Invalid item. Aborting!");
-            ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
-            delete d;
-            return nullptr;
+    if (d->componentControlFlag) {
+        if (r.atEnd())
+            return tooShort();
+        // An 8-bit counter: an item running past the declared length wraps
+        // it, and the walk goes on until an item no longer fits in the bytes
+        // left (each item is offered all of them).
+        unsigned char componentControlLength = r.u8();
+        if (r.remaining() < componentControlLength)
+            return tooShort();
+        while (componentControlLength != 0) {
+            unsigned int itemRead = 0;
+            std::unique_ptr<TDigitalCopyControlDescriptorItem> item =
+                nextItem<TDigitalCopyControlDescriptorItem>(r, err, &itemRead);
+            if (item == nullptr) {
+                SARN_LOGW("%s: TDigitalCopyControlDescriptor::parse: Invalid item. Aborting!");
+                return parse::fail(err, ERROR_DESCRIPTOR_LENGTH);
+            }
+            d->items.push_back(item.release());
+            componentControlLength = static_cast<unsigned char>(componentControlLength - itemRead);
         }
-        d->items.push_back(item);
-        remaining -= itemRead;
-        componentControlLength = static_cast<unsigned char>(componentControlLength - itemRead);
-        consumed += itemRead;
     }
     // Without the two header bytes.
     if (bytesRead != nullptr)
-        *bytesRead = consumed;
-    ISDBTUtils::setErrorCode(err, ERROR_NONE);
-    return d;
+        *bytesRead = r.position() - 2;
+    return parse::done(err, d);
 }
 
 void TDigitalCopyControlDescriptor::add(TDigitalCopyControlDescriptorItem* item) {

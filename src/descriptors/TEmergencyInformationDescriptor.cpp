@@ -1,11 +1,12 @@
 #include "TEmergencyInformationDescriptor.h"
 
 #include <iterator>
+#include <memory>
 
-#include "Bytes.h"
 #include "DescriptorFields.h"
-#include "ISDBTUtils.h"
+#include "ItemLoop.h"
 #include "Log.h"
+#include "Parse.h"
 
 namespace Sarn {
 
@@ -18,50 +19,45 @@ TEmergencyInformationDescriptorItem::~TEmergencyInformationDescriptorItem() {
 
 TEmergencyInformationDescriptorItem* TEmergencyInformationDescriptorItem::parse(
     unsigned char* bytes, unsigned int length, unsigned int* bytesRead, unsigned short* error) {
+    bytes::Reader r(bytes, length);
     // The fixed part is four bytes, but an item is only taken with at least
-    // six bytes left.
-    if (bytes == nullptr || length < 6) {
+    // six bytes left. Both shortages log the bytes handed in (0 without data).
+    auto tooShort = [length = r.remaining(), error]() {
         SARN_LOGW(
             "%s: TEmergencyInformationDescriptorItem::parse: Item length not valid: %u. Aborting!",
             length);
-        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
-        return nullptr;
-    }
-    TEmergencyInformationDescriptorItem* item = new TEmergencyInformationDescriptorItem();
-    item->serviceID = bytes::be16(bytes);
-    item->start = (bytes[2] >> 7) & 1;
-    item->signalLevel = (bytes[2] >> 6) & 1;
-    item->areaCodeLength = bytes[3];
+        return parse::fail(error, ERROR_DATA_TOO_SHORT);
+    };
+    if (!r.has(6))
+        return tooShort();
+    std::unique_ptr<TEmergencyInformationDescriptorItem> item(
+        new TEmergencyInformationDescriptorItem());
+    item->serviceID = r.u16();
+    const unsigned char flags = r.u8();
+    item->start = (flags >> 7) & 1;
+    item->signalLevel = (flags >> 6) & 1;
+    item->areaCodeLength = r.u8();
     if (item->areaCodeLength % 2 != 0) {
         SARN_LOGE(
             "%s: TEmergencyInformationDescriptorItem::parse The area code length is not a multiple "
             "of 2 (value: %u)",
             static_cast<unsigned int>(item->areaCodeLength));
-        ISDBTUtils::setErrorCode(error, ERROR_INVALID_DATA);
-        delete item;
-        return nullptr;
+        return parse::fail(error, ERROR_INVALID_DATA);
     }
     // Area codes announced beyond the bytes handed in make the item as short
     // as one without its fixed part.
-    if (!bytes::fits(4, item->areaCodeLength, length)) {
-        SARN_LOGW(
-            "%s: TEmergencyInformationDescriptorItem::parse: Item length not valid: %u. Aborting!",
-            length);
-        ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
-        delete item;
-        return nullptr;
-    }
+    if (!r.has(item->areaCodeLength))
+        return tooShort();
     const unsigned int count = item->areaCodeLength / 2u;
     if (count != 0) {
         // Each code is 12 bits followed by 4 reserved bits.
-        item->areaCodes = fields::readBe16Array(bytes + 4, count, count);
+        item->areaCodes = fields::readBe16Array(r, count, count);
         for (unsigned int i = 0; i < count; ++i)
             item->areaCodes[i] >>= 4;
     }
     if (bytesRead != nullptr)
         *bytesRead = item->areaCodeLength + 4u;
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return item;
+    return parse::done(error, item);
 }
 
 TEmergencyInformationDescriptor::TEmergencyInformationDescriptor(unsigned char* bytes,
@@ -79,28 +75,17 @@ TEmergencyInformationDescriptor* TEmergencyInformationDescriptor::parse(unsigned
                                                                         unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 4, 0xFC))
         return nullptr;
-    TEmergencyInformationDescriptor* d = new TEmergencyInformationDescriptor(bytes, length);
-    // Items fill the bytes handed in, not just descriptor_length.
-    unsigned int p = 2;
-    unsigned int remaining = length - 2;
-    unsigned int itemRead = 0;
-    while (remaining != 0) {
-        TEmergencyInformationDescriptorItem* item =
-            TEmergencyInformationDescriptorItem::parse(bytes + p, remaining, &itemRead, error);
-        if (item == nullptr) {
-            SARN_LOGW("%s: TEmergencyInformationDescriptor::parse: Invalid item. Aborting!");
-            ISDBTUtils::setErrorCode(error, ERROR_DESCRIPTOR_LENGTH);
-            delete d;
-            return nullptr;
-        }
-        d->items.push_back(item);
-        p += itemRead;
-        remaining -= itemRead;
-    }
-    if (bytesRead != nullptr)
-        *bytesRead = itemRead;
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return d;
+    std::unique_ptr<TEmergencyInformationDescriptor> d(
+        new TEmergencyInformationDescriptor(bytes, length));
+    // Items fill the bytes handed in, not just descriptor_length; the byte
+    // count is the last item's.
+    bytes::Reader r(bytes, length);
+    r.skip(2);
+    auto store = [&d](TEmergencyInformationDescriptorItem* item) { d->items.push_back(item); };
+    if (!readItems<TEmergencyInformationDescriptorItem>(r, "TEmergencyInformationDescriptor",
+                                                        bytesRead, error, store))
+        return nullptr;
+    return parse::done(error, d);
 }
 
 void TEmergencyInformationDescriptor::add(TEmergencyInformationDescriptorItem* item) {

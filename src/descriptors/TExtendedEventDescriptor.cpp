@@ -1,9 +1,12 @@
 #include "TExtendedEventDescriptor.h"
 
+#include <memory>
+
 #include "ISDBTUtils.h"
+#include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
-#include "ParserUtils.h"
+#include "Parse.h"
 
 namespace Sarn {
 
@@ -17,55 +20,41 @@ TExtendedEventDescriptorItem* TExtendedEventDescriptorItem::parse(unsigned char*
                                                                   unsigned int len,
                                                                   unsigned int* bytesRead,
                                                                   unsigned short* err) {
-    if (data == nullptr)
-        len = 0;  // nothing to read
-    if (len < 2) {
-        SARN_LOGW("%s: TExtendedEventDescriptorItem::parse invalid data length %u", len);
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+    bytes::Reader r(data, len);  // no bytes at all without data
+    if (!r.has(2)) {
+        SARN_LOGW("%s: TExtendedEventDescriptorItem::parse invalid data length %u", r.remaining());
+        return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
-    TExtendedEventDescriptorItem* item = new TExtendedEventDescriptorItem();
-    const unsigned int descLength = data[0];
-    if (descLength > len - 1) {
+    std::unique_ptr<TExtendedEventDescriptorItem> item(new TExtendedEventDescriptorItem());
+    const unsigned int descLength = r.u8();
+    if (descLength > r.remaining()) {
         SARN_LOGW(
             "%s: TExtendedEventDescriptorItem::parse Declared description length is larger than "
             "the buffer size (%u > %d)",
-            descLength, static_cast<int>(len - 1));
-        delete item;
-        ISDBTUtils::setErrorCode(err, ERROR_INVALID_DATA);
-        return nullptr;
+            descLength, static_cast<int>(r.remaining()));
+        return parse::fail(err, ERROR_INVALID_DATA);
     }
-    if (descLength > 0 && ParserUtils::parseStr(data + 1, item->description, descLength, len - 1) !=
-                              static_cast<int>(descLength)) {
+    if (descLength > 0 &&
+        r.loggedString(item->description, descLength) != static_cast<int>(descLength)) {
         SARN_LOGW(
             "%s: TExtendedEventDescriptorItem::parse error parsing description string. "
             "Aborting!");
-        ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
-        delete item;
-        return nullptr;
+        return parse::fail(err, ERROR_FIELD_PARSE);
     }
-    // descLength <= len - 1 here, so this is the count of bytes after the description.
-    if (len - 1 - descLength == 0) {
+    if (r.atEnd()) {
         SARN_LOGW("%s: TExtendedEventDescriptorItem::parse Missing bytes to read the text length");
-        delete item;
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+        return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
-    const unsigned int textLength = data[1 + descLength];
-    if (textLength > 0 &&
-        ParserUtils::parseStr(data + 2 + descLength, item->text, textLength,
-                              len - 2 - descLength) != static_cast<int>(textLength)) {
+    const unsigned int textLength = r.u8();
+    if (textLength > 0 && r.loggedString(item->text, textLength) != static_cast<int>(textLength)) {
         SARN_LOGW("%s: TExtendedEventDescriptorItem::parse error parsing text string. Aborting!");
-        ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
-        delete item;
-        return nullptr;
+        return parse::fail(err, ERROR_FIELD_PARSE);
     }
     // The stored sizes, after control bytes were dropped: an item with control
     // codes reports fewer bytes than it takes on the wire.
     if (bytesRead != nullptr)
         *bytesRead = static_cast<unsigned int>(item->description.size() + 2 + item->text.size());
-    ISDBTUtils::setErrorCode(err, ERROR_NONE);
-    return item;
+    return parse::done(err, item);
 }
 
 // ---------------------------------------------------------------------------
@@ -86,77 +75,59 @@ TExtendedEventDescriptor* TExtendedEventDescriptor::parse(unsigned char* data, u
                                                           unsigned short* err) {
     if (!parseCommonHeader(data, len, err, 6, 0x4E))
         return nullptr;
-    TExtendedEventDescriptor* d = new TExtendedEventDescriptor(data, len);
-    // Bytes still to read from the current position; the header check
-    // guarantees eight bytes in all, so it stays positive up to the items.
-    long long remaining = static_cast<long long>(len) - 2;
-    d->descriptorNumber = data[2] >> 4;
-    d->lastDescriptorNumber = data[2] & 0x0F;
-    remaining -= 1;
+    std::unique_ptr<TExtendedEventDescriptor> d(new TExtendedEventDescriptor(data, len));
+    // Read from the bytes handed in; the header check guarantees eight bytes
+    // in all, so some are left up to the items.
+    bytes::Reader r(data, len);
+    r.skip(2);
+    const unsigned char numbers = r.u8();
+    d->descriptorNumber = numbers >> 4;
+    d->lastDescriptorNumber = numbers & 0x0F;
 
-    if (ParserUtils::parseStr(data + 3, d->languageCode, 3, static_cast<unsigned int>(remaining)) !=
-        3) {
+    if (r.loggedString(d->languageCode, 3) != 3) {
         SARN_LOGW("%s: TExtendedEventDescriptor::parse error parsing Language Code. Aborting!");
-        ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
-        delete d;
-        return nullptr;
+        return parse::fail(err, ERROR_FIELD_PARSE);
     }
-    remaining -= 3;
 
-    const unsigned int itemsLength = data[6];
-    remaining -= 1;
-    if (itemsLength > remaining) {
+    const unsigned int itemsLength = r.u8();
+    if (itemsLength > r.remaining()) {
         SARN_LOGW(
             "%s: TExtendedEventDescriptor::parse Declared items length is larger than the buffer "
             "size (%u > %d)",
-            itemsLength, static_cast<int>(remaining));
-        delete d;
-        ISDBTUtils::setErrorCode(err, ERROR_INVALID_DATA);
-        return nullptr;
+            itemsLength, static_cast<int>(r.remaining()));
+        return parse::fail(err, ERROR_INVALID_DATA);
     }
 
     // Each item is offered every byte left, not only the rest of the items
-    // area, so the last item may run past length_of_items.
-    unsigned char* position = data + 7;
+    // area, so the last item may run past length_of_items. Items count the
+    // bytes of their strings after control codes are dropped, and the next
+    // one is read that many bytes on.
     unsigned int consumed = 0;
-    while (remaining > 0 && consumed < itemsLength) {
+    while (!r.atEnd() && consumed < itemsLength) {
         unsigned int itemRead = 0;
-        TExtendedEventDescriptorItem* item = TExtendedEventDescriptorItem::parse(
-            position, static_cast<unsigned int>(remaining), &itemRead, err);
-        if (item == nullptr) {
-            delete d;
+        std::unique_ptr<TExtendedEventDescriptorItem> item =
+            nextItem<TExtendedEventDescriptorItem>(r, err, &itemRead);
+        if (item == nullptr)
             return nullptr;
-        }
-        d->items.push_back(item);
-        position += itemRead;
-        remaining -= itemRead;
+        d->items.push_back(item.release());
         consumed += itemRead;
     }
 
-    if (remaining > 0) {
-        const unsigned int textLength = *position++;
-        remaining -= 1;
-        if (textLength > 0 && ParserUtils::parseStr(position, d->text, textLength,
-                                                    static_cast<unsigned int>(remaining)) !=
-                                  static_cast<int>(textLength)) {
-            SARN_LOGW("%s: TExtendedEventDescriptor::parse error parsing text. Aborting!");
-            ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
-            delete d;
-            return nullptr;
-        }
-    } else {
+    if (r.atEnd()) {
         SARN_LOGW(
             "%s: TExtendedEventDescriptor::parse Missing bytes to read the text length field.");
-        delete d;
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+        return parse::fail(err, ERROR_DATA_TOO_SHORT);
+    }
+    const unsigned int textLength = r.u8();
+    if (textLength > 0 && r.loggedString(d->text, textLength) != static_cast<int>(textLength)) {
+        SARN_LOGW("%s: TExtendedEventDescriptor::parse error parsing text. Aborting!");
+        return parse::fail(err, ERROR_FIELD_PARSE);
     }
     // Two less than the size on the wire (and less again by any control bytes
     // dropped from the text): callers walking a loop use descriptor_length.
     if (bytesRead != nullptr)
         *bytesRead = consumed + 6 + static_cast<unsigned int>(d->text.size());
-    ISDBTUtils::setErrorCode(err, ERROR_NONE);
-    return d;
+    return parse::done(err, d);
 }
 
 TExtendedEventDescriptorItem* TExtendedEventDescriptor::get(unsigned char index) const {
