@@ -21,8 +21,8 @@ TEmergencyInformationDescriptorItem* TEmergencyInformationDescriptorItem::parse(
     unsigned char* bytes, unsigned int length, unsigned int* bytesRead, unsigned short* error) {
     bytes::Reader r(bytes, length);
     // The fixed part is four bytes, but an item is only taken with at least
-    // six bytes left. Both shortages log the bytes handed in (0 without data).
-    auto tooShort = [length = r.remaining(), error]() {
+    // six bytes left. Both shortages log the length handed in.
+    auto tooShort = [length, error]() {
         SARN_LOGW(
             "%s: TEmergencyInformationDescriptorItem::parse: Item length not valid: %u. Aborting!",
             length);
