@@ -5,7 +5,10 @@
 // their body through the virtual parseData (Ginga application and location
 // descriptors, transport protocol descriptors).
 
+#include <memory>
+
 #include "ISDBTUtils.h"
+#include "Parse.h"
 
 #pragma GCC visibility push(hidden)  // internal: not exported
 namespace Sarn {
@@ -13,16 +16,14 @@ namespace Sarn {
 /**
  * Lets d read the descriptor_length bytes after the header at data (the
  * header has been checked). Returns d, with the code 0, when parseData
- * succeeds; otherwise deletes d and returns null with parseData's code.
+ * succeeds; otherwise null (d is deleted) with parseData's code.
  */
 template <class T>
-T* parseBody(T* d, unsigned char* data, unsigned int* bytesRead, unsigned short* err) {
-    if (d->parseData(data + 2, data[1], bytesRead, err) != 1) {
-        delete d;
+T* parseBody(std::unique_ptr<T>& d, unsigned char* data, unsigned int* bytesRead,
+             unsigned short* err) {
+    if (d->parseData(data + 2, d->getDescriptorLength(), bytesRead, err) != 1)
         return nullptr;
-    }
-    ISDBTUtils::setErrorCode(err, ERROR_NONE);
-    return d;
+    return parse::done(err, d);
 }
 
 }  // namespace Sarn
