@@ -1,8 +1,8 @@
 #include "TApplicationDescriptor.h"
 
-#include <cstring>
 #include <memory>
 
+#include "DescriptorFields.h"
 #include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
@@ -47,17 +47,6 @@ TApplicationDescriptorProfile* TApplicationDescriptorProfile::parse(unsigned cha
     return new TApplicationDescriptorProfile(profile, major, minor, micro);
 }
 
-namespace {
-/** A copy of n bytes, or null for none. */
-unsigned char* copyOfBytes(const unsigned char* from, unsigned int n) {
-    if (from == nullptr || n == 0)
-        return nullptr;
-    unsigned char* copy = new unsigned char[n];
-    std::memcpy(copy, from, n);
-    return copy;
-}
-}  // namespace
-
 TApplicationDescriptor::TApplicationDescriptor(unsigned char* bytes, unsigned int len)
     : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, len),
       serviceBound(0),
@@ -77,7 +66,7 @@ TApplicationDescriptor::TApplicationDescriptor(const TApplicationDescriptor* src
       visibleForApplications(src->visibleForApplications),
       transportProtocolLabelCount(src->transportProtocolLabelCount),
       transportProtocolLabels(
-          copyOfBytes(src->transportProtocolLabels, src->transportProtocolLabelCount)) {
+          fields::copyBytes(src->transportProtocolLabels, src->transportProtocolLabelCount)) {
     owned::copyAll(src->profiles, profiles);
 }
 
@@ -130,8 +119,8 @@ TApplicationDescriptor* TApplicationDescriptor::parse(unsigned char* data, unsig
 
     // Everything after the priority is a list of one-byte transport protocol labels.
     d->transportProtocolLabelCount = static_cast<unsigned char>(body.remaining());
-    d->transportProtocolLabels =
-        copyOfBytes(body.bytes(d->transportProtocolLabelCount), d->transportProtocolLabelCount);
+    d->transportProtocolLabels = fields::copyBytes(body.bytes(d->transportProtocolLabelCount),
+                                                   d->transportProtocolLabelCount);
     if (bytesRead != nullptr)
         *bytesRead = length;
     return parse::done(err, d);
