@@ -321,6 +321,16 @@ TEST(AIT, RefusalsWithCodesAndMessages) {
     Bytes eight = {0, 0, 0, 10, 0, 1, 1, 0};
     EXPECT_EQ(TApplication::parse(eight.data(), 8, 1, nullptr, &code), nullptr);
     EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
+    EXPECT_EQ(log.texts().back(),
+              warnLine("TApplication::parse: Item length not valid: 8. Aborting!"));
+    // Six bytes are a whole identifier.
+    unsigned int n = 0;
+    TApplicationIdentifier* id = TApplicationIdentifier::parse(eight.data(), 6, 1, &n, &code);
+    ASSERT_NE(id, nullptr);
+    EXPECT_EQ(n, 6u);
+    EXPECT_EQ(code, ERROR_NONE);
+    EXPECT_EQ(TApplicationIdentifier::calculateHashID(id), "0000000A0001");
+    delete id;
     EXPECT_EQ(TApplicationIdentifier::parse(five.data(), 5, 1, nullptr, &code), nullptr);
     EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
     EXPECT_EQ(log.texts().back(),
