@@ -20,13 +20,14 @@ class TCarouselSelector {
   protected:
     TCarouselSelector();
     /**
-     * Reads the selector from a transport protocol body (data at protocol_id,
-     * len bytes): byte 3 holds the remote flag. kind names the descriptor
-     * class in messages ("OC", "DC", "PC"). Returns false, with the code set,
-     * when the body is too short.
+     * The parse of every carousel transport: reads transport_protocol_label
+     * into *label and the selector from a transport protocol body (data at
+     * protocol_id, len bytes): byte 3 holds the remote flag. kind names the
+     * descriptor class in messages ("OC", "DC", "PC"). Returns false, with
+     * the code set and *label untouched, when the body is too short.
      */
     bool readSelector(const char* kind, const unsigned char* data, unsigned int len,
-                      unsigned int* consumed, unsigned short* err);
+                      unsigned int* consumed, unsigned short* err, unsigned char* label);
 
     int remoteConnection;
     unsigned short originalNetworkId;

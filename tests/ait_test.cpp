@@ -321,6 +321,16 @@ TEST(AIT, RefusalsWithCodesAndMessages) {
     Bytes eight = {0, 0, 0, 10, 0, 1, 1, 0};
     EXPECT_EQ(TApplication::parse(eight.data(), 8, 1, nullptr, &code), nullptr);
     EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
+    EXPECT_EQ(log.texts().back(),
+              warnLine("TApplication::parse: Item length not valid: 8. Aborting!"));
+    // Six bytes are a whole identifier.
+    unsigned int n = 0;
+    TApplicationIdentifier* id = TApplicationIdentifier::parse(eight.data(), 6, 1, &n, &code);
+    ASSERT_NE(id, nullptr);
+    EXPECT_EQ(n, 6u);
+    EXPECT_EQ(code, ERROR_NONE);
+    EXPECT_EQ(TApplicationIdentifier::calculateHashID(id), "0000000A0001");
+    delete id;
     EXPECT_EQ(TApplicationIdentifier::parse(five.data(), 5, 1, nullptr, &code), nullptr);
     EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
     EXPECT_EQ(log.texts().back(),
@@ -472,4 +482,68 @@ TEST(AIT, CommonLoopKeepsEveryKindInSlotOrder) {
                   warnLine("TAITTable::parse: Ginga Java Application Descriptor... WHAT TO DO????"),
                   warnLine("TAITTable::parse: Ginga NCL Application Location Descriptor... WHAT "
                            "TO DO????")}));
+}
+
+TEST(AIT, ApplicationCopiesKeepEveryKindOfEachGingaVariant) {
+    LogCapture log;
+    struct Variant {
+        unsigned char application, location;
+        unsigned short type;
+    };
+    for (const Variant& v :
+         {Variant{0x03, 0x04, 1}, Variant{0x06, 0x07, 9}, Variant{0x0E, 0x0F, 11}}) {
+        SCOPED_TRACE(static_cast<int>(v.application));
+        Bytes own = {
+            0x04, 0x04, 0x00, 0x00, 'X',  'l',         // Ginga location, initial class "Xl"
+            0x03, 0x02, 0x01, 'p',                     // Ginga application, parameter "p"
+            0x0D, 0x05, 0x01, 0x00, 0x02, 0x00, 0x03,  // DII location: label 1, DII 2, tag 3
+            0x0C, 0x04, 0x01, 0x01, 'a',  0x05,        // prefetch: label 1, "a" priority 5
+            0x11, 0x03, 0x00, 0x00, 0x01,              // IP signalling, platform 1
+            0x05, 0x07, 0x00, 0x00, 0x00, 0x01, 0x00, 0x02, 0x03,  // authorizes 1/2, priority 3
+            0x0B, 0x04, 0x01, 'i',  0x00, 0x01,                    // icon "i", flags 1
+            0x01, 0x05, 'p',  'o',  'r',  0x01, 'N',               // name "N"
+            0x00, 0x03, 0x00, 0x40, 0x02,             // application: visibility 2, priority 2
+            0x02, 0x05, 0x00, 0x01, 0x03, 0x00, 0x0A  // object carousel, label 3
+        };
+        own[0] = v.location;
+        own[6] = v.application;
+        Bytes app = application(7, own);
+
+        // Parsed on its own, the application takes its type from its Ginga descriptors.
+        unsigned int consumed = 0;
+        unsigned short code = 0xFFFF;
+        TApplication* alone = TApplication::parse(app.data(), static_cast<unsigned int>(app.size()),
+                                                  1, &consumed, &code);
+        ASSERT_NE(alone, nullptr);
+        EXPECT_EQ(code, 0);
+        EXPECT_EQ(consumed, app.size());
+        EXPECT_EQ(alone->getApplicationType(), v.type);
+        delete alone;
+
+        Bytes b = ait({}, app);
+        TAITTable* t = parse(b, &code);
+        ASSERT_NE(t, nullptr);
+        TApplication* original = t->getApplication("0000000A0007");
+        ASSERT_NE(original, nullptr);
+        const std::list<unsigned char> tags = {0x00, 0x01, 0x0B, 0x05,          0x02,
+                                               0x11, 0x0C, 0x0D, v.application, v.location};
+        EXPECT_EQ(original->getDescriptorTags(), tags);
+        std::vector<std::string> before;
+        for (unsigned char tag : tags)
+            before.push_back(original->getDescriptor(tag) == nullptr
+                                 ? std::string("-")
+                                 : original->getDescriptor(tag)->toJSON());
+        TApplication* copy = new TApplication(original, 0);
+        delete t;
+        EXPECT_EQ(copy->getDescriptorTags(), tags);
+        std::vector<std::string> after;
+        for (unsigned char tag : tags)
+            after.push_back(copy->getDescriptor(tag) == nullptr
+                                ? std::string("-")
+                                : copy->getDescriptor(tag)->toJSON());
+        EXPECT_EQ(after, before);
+        EXPECT_EQ(copy->getApplicationType(), 9);  // the table's, copied
+        delete copy;
+    }
+    EXPECT_TRUE(log.texts().empty());
 }

@@ -117,10 +117,15 @@ TEST(DIILocationDescriptor, ItemsAndShortItem) {
                   {0x0D, 0x07, 0x02, 0x00, 0x01, 0x00, 0x14, 0x00, 0x02})
                   .code,
               ERROR_DESCRIPTOR_LENGTH);
+    // The shortest descriptor the header lets through: three bytes of an item.
+    EXPECT_EQ(ParsedDescriptor<TDIILocationDescriptor>({0x0D, 0x04, 0x02, 0x00, 0x01, 0x00}).code,
+              ERROR_DESCRIPTOR_LENGTH);
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
             warnLine("TDIILocationDescriptorItem::parse: Item length not valid: 2. Aborting!"),
+            warnLine("TDIILocationDescriptor::parse: Invalid item. Aborting!"),
+            warnLine("TDIILocationDescriptorItem::parse: Item length not valid: 3. Aborting!"),
             warnLine("TDIILocationDescriptor::parse: Invalid item. Aborting!")}));
 }
 

@@ -161,6 +161,14 @@ TEST(TransportProtocolDescriptor, IpSelectorUrls) {
     EXPECT_EQ(code, ERROR_FIELD_PARSE);
     EXPECT_EQ(log.texts().back(),
               warnLine("TApplicationNameDescriptorItem:: parse: ERROR: parsing Name. Aborting!"));
+
+    // Remote, but the carrying service and the alignment byte are cut short.
+    EXPECT_EQ(parse({0x02, 0x08, 0x00, 0x02, 0x07, 0x80, 0x00, 0x01, 0x00, 0x02}, wire, &code),
+              nullptr);
+    EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
+    EXPECT_EQ(
+        log.texts().back(),
+        warnLine("TTransportProtocolDescriptorIP::parse: Item length not valid: 4. Aborting!"));
 }
 
 TEST(TransportProtocolDescriptor, InteractionChannelAndProtocol5ClassesAreNotCloned) {
@@ -195,7 +203,23 @@ TEST(TransportProtocolDescriptor, InteractionChannelAndProtocol5ClassesAreNotClo
     TTransportProtocolDescriptorIC cut(b.data(), 2);
     EXPECT_EQ(cut.parseData(b.data() + 2, 6, &n, &code), 0);
     EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
-    EXPECT_EQ(log.texts(),
-              (std::vector<std::string>{warnLine(
-                  "TTransportProtocolDescriptorIC::parse: Item length not valid: 0. Aborting!")}));
+    // A URL base, then a URL extension, longer than the selector.
+    Bytes longBase = {0x00, 0x03, 0x09, 0x05, 'h'};
+    EXPECT_EQ(cut.parseData(longBase.data(), 5, &n, &code), 0);
+    EXPECT_EQ(code, ERROR_FIELD_PARSE);
+    Bytes longExtension = {0x00, 0x03, 0x09, 0x01, 'h', 0x01, 0x04, 'x'};
+    code = 0xFFFF;
+    EXPECT_EQ(cut.parseData(longExtension.data(), 8, &n, &code), 0);
+    EXPECT_EQ(code, ERROR_FIELD_PARSE);
+    const std::string overrun =
+        "ParserUtils::parseStr: ERROR: String length exceeds available data length: ";
+    EXPECT_EQ(
+        log.texts(),
+        (std::vector<std::string>{
+            warnLine("TTransportProtocolDescriptorIC::parse: Item length not valid: 0. Aborting!"),
+            warnLine(overrun + "5 > 1. Aborting!"),
+            warnLine("TTransportProtocolDescriptorIC::parse: ERROR: parsing URL Base. Aborting!"),
+            warnLine(overrun + "4 > 1. Aborting!"),
+            warnLine("TTransportProtocolDescriptorIC::parse: ERROR: parsing URL Extension. "
+                     "Aborting!")}));
 }

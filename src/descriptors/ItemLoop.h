@@ -13,6 +13,7 @@
 
 #include "ISDBTUtils.h"
 #include "Log.h"
+#include "Parse.h"
 #include "Reader.h"
 
 #pragma GCC visibility push(hidden)  // internal: not exported
@@ -90,19 +91,16 @@ bool readItems(bytes::Reader& r, const char* name, unsigned int* lastConsumed, u
 }
 
 /**
- * The same loop over the remaining bytes at p, for the descriptors still
- * holding their object by raw pointer: on failure deletes d and returns null;
- * on success sets 0 and returns d.
+ * readItems over the bytes of items into d, for a descriptor whose body ends
+ * in its items: null on failure (d is deleted); otherwise sets 0 and returns
+ * d, released.
  */
 template <class Item, class D, class Store>
-D* parseItems(D* d, const char* name, unsigned char* p, unsigned int remaining,
+D* parseItems(std::unique_ptr<D>& d, const char* name, bytes::Reader items,
               unsigned int* lastConsumed, unsigned short* err, Store store) {
-    std::unique_ptr<D> owner(d);
-    bytes::Reader r(p, remaining);
-    if (!readItems<Item>(r, name, lastConsumed, err, store))
+    if (!readItems<Item>(items, name, lastConsumed, err, store))
         return nullptr;
-    ISDBTUtils::setErrorCode(err, ERROR_NONE);
-    return owner.release();
+    return parse::done(err, d);
 }
 
 }  // namespace Sarn

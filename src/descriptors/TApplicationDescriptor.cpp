@@ -1,12 +1,14 @@
 #include "TApplicationDescriptor.h"
 
-#include <cstring>
+#include <memory>
 
-#include "Bytes.h"
+#include "DescriptorFields.h"
 #include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
 #include "Owned.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -34,9 +36,15 @@ TApplicationDescriptorProfile* TApplicationDescriptorProfile::parse(unsigned cha
         ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
         return nullptr;
     }
+    bytes::Reader r(data, len);
+    const unsigned short profile = r.u16();
+    const unsigned char major = r.u8();
+    const unsigned char minor = r.u8();
+    const unsigned char micro = r.u8();
     if (bytesRead != nullptr)
-        *bytesRead = 5;
-    return new TApplicationDescriptorProfile(bytes::be16(data), data[2], data[3], data[4]);
+        *bytesRead = r.position();
+    // The code is left as it stands.
+    return new TApplicationDescriptorProfile(profile, major, minor, micro);
 }
 
 TApplicationDescriptor::TApplicationDescriptor(unsigned char* bytes, unsigned int len)
@@ -57,13 +65,9 @@ TApplicationDescriptor::TApplicationDescriptor(const TApplicationDescriptor* src
       visibleForUsers(src->visibleForUsers),
       visibleForApplications(src->visibleForApplications),
       transportProtocolLabelCount(src->transportProtocolLabelCount),
-      transportProtocolLabels(nullptr) {
+      transportProtocolLabels(
+          fields::copyBytes(src->transportProtocolLabels, src->transportProtocolLabelCount)) {
     owned::copyAll(src->profiles, profiles);
-    if (src->transportProtocolLabels != nullptr && transportProtocolLabelCount != 0) {
-        transportProtocolLabels = new unsigned char[transportProtocolLabelCount];
-        std::memcpy(transportProtocolLabels, src->transportProtocolLabels,
-                    transportProtocolLabelCount);
-    }
 }
 
 TApplicationDescriptor::~TApplicationDescriptor() {
@@ -76,60 +80,50 @@ TApplicationDescriptor* TApplicationDescriptor::parse(unsigned char* data, unsig
                                                       unsigned short* err) {
     if (!parseCommonHeader(data, len, err, 3, DESCRIPTOR_TAG))
         return nullptr;
-    TApplicationDescriptor* d = new TApplicationDescriptor(data, len);
+    std::unique_ptr<TApplicationDescriptor> d(new TApplicationDescriptor(data, len));
     // The body is descriptor_length bytes; the header check made sure they are there.
-    unsigned char* p = data + 2;
-    unsigned int remaining = data[1];
+    bytes::Reader r(data, len);
+    r.skip(1);
+    const unsigned char length = r.u8();
+    bytes::Reader body = r.sub(length);
 
-    unsigned char profilesLength = *p++;
-    --remaining;
-    if (profilesLength > remaining) {
+    const unsigned char profilesLength = body.u8();
+    if (profilesLength > body.remaining()) {
         SARN_LOGW(
             "%s: TApplicationDescriptor:: parse: Application Profiles Length exceeds Descriptor "
             "Length: %u > %u. Aborting!",
-            static_cast<unsigned int>(profilesLength), remaining);
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        delete d;
-        return nullptr;
+            static_cast<unsigned int>(profilesLength), body.remaining());
+        return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
-    while (profilesLength != 0) {
+    bytes::Reader profiles = body.sub(profilesLength);
+    while (!profiles.atEnd()) {
         unsigned int consumed = 0;
-        TApplicationDescriptorProfile* profile =
-            TApplicationDescriptorProfile::parse(p, profilesLength, &consumed, err);
-        if (profile == nullptr) {
-            delete d;
-            return nullptr;
-        }
+        TApplicationDescriptorProfile* profile = TApplicationDescriptorProfile::parse(
+            profiles.mutableCurrent(), profiles.remaining(), &consumed, err);
+        if (profile == nullptr)
+            return nullptr;  // the profile has logged and set the code
         // A repeated application_profile replaces the earlier profile.
         owned::replace(d->profiles, profile->getApplicationProfile(), profile);
-        profilesLength = static_cast<unsigned char>(profilesLength - consumed);
-        remaining -= consumed;
-        p += consumed;
+        profiles.skip(consumed);
     }
-    if (remaining < 2) {
+    if (body.remaining() < 2) {
         SARN_LOGW("%s: TApplicationDescriptor:: parse: Section length exceeded. Aborting!");
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        delete d;
-        return nullptr;
+        return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
-    d->serviceBound = (p[0] >> 7) & 0x01;
-    d->visibility = static_cast<unsigned char>((p[0] >> 5) & 0x03);
+    const unsigned char flags = body.u8();
+    d->serviceBound = (flags >> 7) & 0x01;
+    d->visibility = static_cast<unsigned char>((flags >> 5) & 0x03);
     d->visibleForUsers = (d->visibility >> 1) & 0x01;
     d->visibleForApplications = d->visibility & 0x01;
-    d->applicationPriority = p[1];
-    p += 2;
-    remaining -= 2;
+    d->applicationPriority = body.u8();
 
     // Everything after the priority is a list of one-byte transport protocol labels.
-    d->transportProtocolLabelCount = static_cast<unsigned char>(remaining);
-    if (d->transportProtocolLabelCount != 0) {
-        d->transportProtocolLabels = new unsigned char[d->transportProtocolLabelCount];
-        std::memcpy(d->transportProtocolLabels, p, d->transportProtocolLabelCount);
-    }
+    d->transportProtocolLabelCount = static_cast<unsigned char>(body.remaining());
+    d->transportProtocolLabels = fields::copyBytes(body.bytes(d->transportProtocolLabelCount),
+                                                   d->transportProtocolLabelCount);
     if (bytesRead != nullptr)
-        *bytesRead = data[1];
-    ISDBTUtils::setErrorCode(err, ERROR_NONE);
-    return d;
+        *bytesRead = length;
+    return parse::done(err, d);
 }
 
 void TApplicationDescriptor::addProfile(TApplicationDescriptorProfile* profile) {

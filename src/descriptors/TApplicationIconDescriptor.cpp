@@ -1,9 +1,11 @@
 #include "TApplicationIconDescriptor.h"
 
-#include "Bytes.h"
+#include <memory>
+
 #include "ISDBTUtils.h"
 #include "Log.h"
-#include "ParserUtils.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -21,28 +23,25 @@ TApplicationIconDescriptor* TApplicationIconDescriptor::parse(unsigned char* dat
     if (!parseCommonHeader(data, len, err, 2, DESCRIPTOR_TAG))
         return nullptr;
     // icon_locator_length, icon_locator, icon_flags (16), reserved bytes
-    const unsigned int body = data[1];
-    TApplicationIconDescriptor* d = new TApplicationIconDescriptor(data, len);
-    const int locatorBytes = ParserUtils::parseStr(data + 2, d->iconLocator, 0, body);
-    if (locatorBytes < 0) {
+    std::unique_ptr<TApplicationIconDescriptor> d(new TApplicationIconDescriptor(data, len));
+    bytes::Reader r(data, len);
+    r.skip(1);
+    const unsigned char length = r.u8();
+    bytes::Reader body = r.sub(length);
+    if (body.string(d->iconLocator, 0) < 0) {
         SARN_LOGW("%s: TApplicationIconDescriptor:: parse: ERROR: parsing Icon Locator. Aborting!");
-        ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
-        delete d;
-        return nullptr;
+        return parse::fail(err, ERROR_FIELD_PARSE);
     }
     // The two flag bytes must follow the locator inside the descriptor.
-    if (!bytes::fits(static_cast<unsigned int>(locatorBytes), 2, body)) {
+    if (!body.has(2)) {
         SARN_LOGW("%s: TApplicationIconDescriptor:: parse: Item length not valid: %u. Aborting!",
-                  body - static_cast<unsigned int>(locatorBytes));
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        delete d;
-        return nullptr;
+                  body.remaining());
+        return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
-    d->iconFlags = bytes::be16(data + 2 + locatorBytes);
+    d->iconFlags = body.u16();
     if (bytesRead != nullptr)
-        *bytesRead = static_cast<unsigned char>(body + 2);
-    ISDBTUtils::setErrorCode(err, ERROR_NONE);
-    return d;
+        *bytesRead = static_cast<unsigned char>(length + 2);
+    return parse::done(err, d);
 }
 
 }  // namespace Sarn

@@ -1,11 +1,14 @@
 #include "TApplicationNameDescriptor.h"
 
+#include <memory>
+
 #include "ISDBTUtils.h"
 #include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
 #include "Owned.h"
-#include "ParserUtils.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -28,24 +31,20 @@ TApplicationNameDescriptorItem* TApplicationNameDescriptorItem::parse(unsigned c
         ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
         return nullptr;
     }
-    TApplicationNameDescriptorItem* item = new TApplicationNameDescriptorItem();
-    if (ParserUtils::parseStr(data, item->languageCode, 3, len) != 3) {
+    std::unique_ptr<TApplicationNameDescriptorItem> item(new TApplicationNameDescriptorItem());
+    bytes::Reader r(data, len);
+    if (r.string(item->languageCode, 3) != 3) {
         SARN_LOGW(
             "%s: TApplicationNameDescriptorItem:: parse: ERROR: parsing Language Code. Aborting!");
-        ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
-        delete item;
-        return nullptr;
+        return parse::fail(err, ERROR_FIELD_PARSE);
     }
-    const int nameBytes = ParserUtils::parseStr(data + 3, item->name, 0, len - 3);
-    if (nameBytes < 0) {
+    if (r.string(item->name, 0) < 0) {
         SARN_LOGW("%s: TApplicationNameDescriptorItem:: parse: ERROR: parsing Name. Aborting!");
-        ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
-        delete item;
-        return nullptr;
+        return parse::fail(err, ERROR_FIELD_PARSE);
     }
     if (bytesRead != nullptr)
-        *bytesRead = static_cast<unsigned char>(3 + nameBytes);
-    return item;
+        *bytesRead = static_cast<unsigned char>(r.position());
+    return item.release();  // the code is left as it stands
 }
 
 TApplicationNameDescriptor::TApplicationNameDescriptor(unsigned char* bytes, unsigned int len)
@@ -65,17 +64,21 @@ TApplicationNameDescriptor* TApplicationNameDescriptor::parse(unsigned char* dat
                                                               unsigned short* err) {
     if (!parseCommonHeader(data, len, err, 4, DESCRIPTOR_TAG))
         return nullptr;
-    TApplicationNameDescriptor* d = new TApplicationNameDescriptor(data, len);
+    std::unique_ptr<TApplicationNameDescriptor> d(new TApplicationNameDescriptor(data, len));
+    bytes::Reader r(data, len);
+    r.skip(1);
+    const unsigned char body = r.u8();
     // A repeated language code replaces the earlier item.
-    auto store = [d](TApplicationNameDescriptorItem* item) {
-        owned::replace(d->items, item->getLanguageCode(), item);
+    TApplicationNameDescriptor* names = d.get();
+    auto store = [names](TApplicationNameDescriptorItem* item) {
+        owned::replace(names->items, item->getLanguageCode(), item);
     };
-    if (parseItems<TApplicationNameDescriptorItem>(d, "TApplicationNameDescriptor", data + 2,
-                                                   data[1], nullptr, err, store) == nullptr)
+    if (parseItems<TApplicationNameDescriptorItem>(d, "TApplicationNameDescriptor", r.sub(body),
+                                                   nullptr, err, store) == nullptr)
         return nullptr;
     if (bytesRead != nullptr)
-        *bytesRead = data[1];
-    return d;
+        *bytesRead = body;
+    return names;
 }
 
 void TApplicationNameDescriptor::add(TApplicationNameDescriptorItem* item) {

@@ -1,10 +1,12 @@
 #include "TDIILocationDescriptor.h"
 
-#include "Bytes.h"
+#include <memory>
+
 #include "ISDBTUtils.h"
 #include "ItemLoop.h"
 #include "Log.h"
 #include "Owned.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -26,10 +28,12 @@ TDIILocationDescriptorItem* TDIILocationDescriptorItem::parse(unsigned char* dat
         ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
         return nullptr;
     }
+    bytes::Reader r(data, len);
+    const unsigned short dii = static_cast<unsigned short>(r.u16() & 0x7FFF);
+    const unsigned short associationTag = r.u16();
     if (bytesRead != nullptr)
-        *bytesRead = 4;
-    return new TDIILocationDescriptorItem(static_cast<unsigned short>(bytes::be16(data) & 0x7FFF),
-                                          bytes::be16(data + 2));
+        *bytesRead = r.position();
+    return new TDIILocationDescriptorItem(dii, associationTag);  // the code is left as it stands
 }
 
 TDIILocationDescriptor::TDIILocationDescriptor(unsigned char* bytes, unsigned int len)
@@ -50,11 +54,15 @@ TDIILocationDescriptor* TDIILocationDescriptor::parse(unsigned char* data, unsig
     // transport_protocol_label, then items up to the end
     if (!parseCommonHeader(data, len, err, 4, DESCRIPTOR_TAG))
         return nullptr;
-    TDIILocationDescriptor* d = new TDIILocationDescriptor(data, len);
-    d->transportProtocolLabel = data[2];
-    auto store = [d](TDIILocationDescriptorItem* item) { d->items.push_back(item); };
-    return parseItems<TDIILocationDescriptorItem>(d, "TDIILocationDescriptor", data + 3,
-                                                  data[1] - 1u, bytesRead, err, store);
+    std::unique_ptr<TDIILocationDescriptor> d(new TDIILocationDescriptor(data, len));
+    bytes::Reader r(data, len);
+    r.skip(1);
+    bytes::Reader body = r.sub(r.u8());
+    d->transportProtocolLabel = body.u8();
+    TDIILocationDescriptor* location = d.get();
+    auto store = [location](TDIILocationDescriptorItem* item) { location->items.push_back(item); };
+    return parseItems<TDIILocationDescriptorItem>(d, "TDIILocationDescriptor", body.rest(),
+                                                  bytesRead, err, store);
 }
 
 void TDIILocationDescriptor::add(TDIILocationDescriptorItem* item) {

@@ -1,9 +1,12 @@
 #include "TExternalApplicationAuthorizationDescriptor.h"
 
+#include <memory>
+
 #include "ISDBTUtils.h"
 #include "ItemLoop.h"
 #include "Log.h"
 #include "Owned.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -36,13 +39,17 @@ TExternalApplicationAuthorizationDescriptorItem::parse(unsigned char* data, unsi
         ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
         return nullptr;
     }
+    bytes::Reader r(data, len);
     unsigned int n = 0;
-    TApplicationIdentifier* identifier = TApplicationIdentifier::parse(data, len, 1, &n, err);
+    TApplicationIdentifier* identifier =
+        TApplicationIdentifier::parse(r.mutableCurrent(), r.remaining(), 1, &n, err);
     if (identifier == nullptr)
         return nullptr;
+    r.skip(n);
+    const unsigned char priority = r.u8();
     if (bytesRead != nullptr)
-        *bytesRead = 7;
-    return new TExternalApplicationAuthorizationDescriptorItem(identifier, data[6]);
+        *bytesRead = r.position();
+    return new TExternalApplicationAuthorizationDescriptorItem(identifier, priority);
 }
 
 TExternalApplicationAuthorizationDescriptor::TExternalApplicationAuthorizationDescriptor(
@@ -63,16 +70,20 @@ TExternalApplicationAuthorizationDescriptor* TExternalApplicationAuthorizationDe
     unsigned char* data, unsigned int len, unsigned int* bytesRead, unsigned short* err) {
     if (!parseCommonHeader(data, len, err, 0, DESCRIPTOR_TAG))
         return nullptr;
-    TExternalApplicationAuthorizationDescriptor* d =
-        new TExternalApplicationAuthorizationDescriptor(data, len);
+    std::unique_ptr<TExternalApplicationAuthorizationDescriptor> d(
+        new TExternalApplicationAuthorizationDescriptor(data, len));
+    bytes::Reader r(data, len);
+    r.skip(1);
+    bytes::Reader body = r.sub(r.u8());
     // The same application authorized twice keeps the later entry.
-    auto store = [d](TExternalApplicationAuthorizationDescriptorItem* item) {
-        owned::replace(d->items,
+    TExternalApplicationAuthorizationDescriptor* authorization = d.get();
+    auto store = [authorization](TExternalApplicationAuthorizationDescriptorItem* item) {
+        owned::replace(authorization->items,
                        TApplicationIdentifier::calculateHashID(item->getApplicationIdentifier()),
                        item);
     };
     return parseItems<TExternalApplicationAuthorizationDescriptorItem>(
-        d, "TExternalApplicationAuthorizationDescriptor", data + 2, data[1], bytesRead, err, store);
+        d, "TExternalApplicationAuthorizationDescriptor", body, bytesRead, err, store);
 }
 
 void TExternalApplicationAuthorizationDescriptor::add(

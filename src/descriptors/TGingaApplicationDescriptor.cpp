@@ -1,10 +1,12 @@
 #include "TGingaApplicationDescriptor.h"
 
+#include <memory>
+
 #include "BodyParse.h"
 #include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
-#include "ParserUtils.h"
+#include "Reader.h"
 #include "TGingaHtml5ApplicationDescriptor.h"
 #include "TGingaJavaApplicationDescriptor.h"
 #include "TGingaNCLApplicationDescriptor.h"
@@ -18,7 +20,8 @@ T* parseGingaApplication(unsigned char* data, unsigned int len, unsigned int* by
     // An application without parameters has an empty body.
     if (!TISDBTDescriptor::parseCommonHeader(data, len, err, 0, T::DESCRIPTOR_TAG))
         return nullptr;
-    return parseBody(new T(data, len), data, bytesRead, err);
+    std::unique_ptr<T> d(new T(data, len));
+    return parseBody(d, data, bytesRead, err);
 }
 }  // namespace
 
@@ -33,23 +36,20 @@ TGingaApplicationDescriptor::~TGingaApplicationDescriptor() {}
 
 int TGingaApplicationDescriptor::parseData(unsigned char* data, unsigned int len,
                                            unsigned int* bytesRead, unsigned short* err) {
-    unsigned int count = 0;
-    unsigned int remaining = data == nullptr ? 0 : len;
+    // Length-prefixed parameters up to the end of the descriptor.
+    bytes::Reader r(data, len);
     std::string parameter;
-    while (remaining > 0) {
-        const int n = ParserUtils::parseStr(data + count, parameter, 0, remaining);
-        if (n < 0) {
+    while (!r.atEnd()) {
+        if (r.string(parameter, 0) < 0) {
             SARN_LOGW(
                 "%s: TGingaApplicationDescriptor:: parse: ERROR: parsing Parameter. Aborting!");
             ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
             return 0;
         }
         parameters.push_back(parameter);
-        count += static_cast<unsigned int>(n);
-        remaining -= static_cast<unsigned int>(n);
     }
     if (bytesRead != nullptr)
-        *bytesRead = count;
+        *bytesRead = r.position();
     ISDBTUtils::setErrorCode(err, ERROR_NONE);
     return 1;
 }

@@ -1,10 +1,12 @@
 #include "TGingaApplicationLocationDescriptor.h"
 
+#include <memory>
+
 #include "BodyParse.h"
 #include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
-#include "ParserUtils.h"
+#include "Reader.h"
 #include "TGingaHtml5ApplicationLocationDescriptor.h"
 #include "TGingaJavaApplicationLocationDescriptor.h"
 #include "TGingaNCLApplicationLocationDescriptor.h"
@@ -17,7 +19,8 @@ T* parseGingaLocation(unsigned char* data, unsigned int len, unsigned int* bytes
                       unsigned short* err) {
     if (!TISDBTDescriptor::parseCommonHeader(data, len, err, 4, T::DESCRIPTOR_TAG))
         return nullptr;
-    return parseBody(new T(data, len), data, bytesRead, err);
+    std::unique_ptr<T> d(new T(data, len));
+    return parseBody(d, data, bytesRead, err);
 }
 
 void logShort(unsigned int available, unsigned int needed) {
@@ -53,51 +56,46 @@ int TGingaApplicationLocationDescriptor::parseData(unsigned char* data, unsigned
         ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
         return 0;
     }
-    const unsigned int baseLength = data[0];
-    const unsigned int available = len - 1;
-    if (available < baseLength) {
-        logShort(available, baseLength);
+    bytes::Reader r(data, len);
+    const unsigned int baseLength = r.u8();
+    if (r.remaining() < baseLength) {
+        logShort(r.remaining(), baseLength);
         ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
         return 0;
     }
-    if (baseLength != 0 && ParserUtils::parseStr(data + 1, baseDirectory, baseLength, available) !=
-                               static_cast<int>(baseLength)) {
+    if (baseLength != 0 && r.string(baseDirectory, baseLength) != static_cast<int>(baseLength)) {
         SARN_LOGW(
             "%s: TGingaApplicationLocationDescriptor:: parse: ERROR: parsing Base Directory. "
             "Aborting!");
         ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
         return 0;
     }
-    unsigned int count = baseLength;
 
     // The class path length byte itself must still be inside the descriptor.
-    if (available - baseLength < 1) {
-        logShort(available - baseLength, 1);
+    if (!r.has(1)) {
+        logShort(r.remaining(), 1);
         ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
         return 0;
     }
-    unsigned char* p = data + 1 + baseLength;
-    const unsigned int classpathLength = *p++;
-    unsigned int rest = available - baseLength - 1;
-    if (rest < classpathLength) {
-        logShort(rest, classpathLength);
+    const unsigned int classpathLength = r.u8();
+    if (r.remaining() < classpathLength) {
+        logShort(r.remaining(), classpathLength);
         ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
         return 0;
     }
-    if (classpathLength != 0 && ParserUtils::parseStr(p, classpathExtension, classpathLength,
-                                                      rest) != static_cast<int>(classpathLength)) {
+    if (classpathLength != 0 &&
+        r.string(classpathExtension, classpathLength) != static_cast<int>(classpathLength)) {
         SARN_LOGW(
             "%s: TGingaApplicationLocationDescriptor:: parse: ERROR: parsing Classpath Extension. "
             "Aborting!");
         ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
         return 0;
     }
-    p += classpathLength;
-    rest -= classpathLength;
-    count += classpathLength;
+    unsigned int count = baseLength + classpathLength;
 
+    const unsigned int rest = r.remaining();
     if (rest != 0) {
-        if (ParserUtils::parseStr(p, initialClass, rest, rest) != static_cast<int>(rest)) {
+        if (r.string(initialClass, rest) != static_cast<int>(rest)) {
             SARN_LOGW(
                 "%s: TGingaApplicationLocationDescriptor:: parse: ERROR: parsing Initial Class. "
                 "Aborting!");

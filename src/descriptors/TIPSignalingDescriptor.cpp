@@ -1,7 +1,10 @@
 #include "TIPSignalingDescriptor.h"
 
-#include "Bytes.h"
+#include <memory>
+
 #include "ISDBTUtils.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -18,11 +21,14 @@ TIPSignalingDescriptor* TIPSignalingDescriptor::parse(unsigned char* data, unsig
                                                       unsigned short* err) {
     if (!parseCommonHeader(data, len, err, 3, DESCRIPTOR_TAG))
         return nullptr;
-    TIPSignalingDescriptor* d = new TIPSignalingDescriptor(data, len);
-    d->platformId = bytes::be24(data + 2);
+    // platform_id (24)
+    std::unique_ptr<TIPSignalingDescriptor> d(new TIPSignalingDescriptor(data, len));
+    bytes::Reader r(data, len);
+    r.skip(2);
+    d->platformId = r.u24();
     if (bytesRead != nullptr)
         *bytesRead = 3;
-    return d;
+    return parse::done(err, d);
 }
 
 }  // namespace Sarn

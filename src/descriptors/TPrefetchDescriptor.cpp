@@ -1,10 +1,13 @@
 #include "TPrefetchDescriptor.h"
 
+#include <memory>
+
 #include "ISDBTUtils.h"
 #include "ItemLoop.h"
 #include "Log.h"
 #include "Owned.h"
-#include "ParserUtils.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -24,27 +27,22 @@ TPrefetchDescriptorItem* TPrefetchDescriptorItem::parse(unsigned char* data, uns
         ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
         return nullptr;
     }
-    TPrefetchDescriptorItem* item = new TPrefetchDescriptorItem();
-    const int n = ParserUtils::parseStr(data, item->label, 0, len);
-    if (n < 0) {
+    std::unique_ptr<TPrefetchDescriptorItem> item(new TPrefetchDescriptorItem());
+    bytes::Reader r(data, len);
+    if (r.string(item->label, 0) < 0) {
         SARN_LOGW("%s: TPrefetchDescriptorItem:: parse: ERROR: parsing Label. Aborting!");
-        ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
-        delete item;
-        return nullptr;
+        return parse::fail(err, ERROR_FIELD_PARSE);
     }
-    const unsigned int used = static_cast<unsigned int>(n);
-    if (used >= len) {
+    if (r.atEnd()) {
         // No byte left for the priority.
         SARN_LOGW("%s: TPrefetchDescriptorItem::parse: Item length not valid: %u. Aborting!",
-                  len - used);
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        delete item;
-        return nullptr;
+                  r.remaining());
+        return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
-    item->prefetchPriority = data[used];
+    item->prefetchPriority = r.u8();
     if (bytesRead != nullptr)
-        *bytesRead = used + 1;
-    return item;
+        *bytesRead = r.position();
+    return item.release();  // the code is left as it stands
 }
 
 TPrefetchDescriptor::TPrefetchDescriptor(unsigned char* bytes, unsigned int len)
@@ -64,11 +62,15 @@ TPrefetchDescriptor* TPrefetchDescriptor::parse(unsigned char* data, unsigned in
     // transport_protocol_label, then items up to the end
     if (!parseCommonHeader(data, len, err, 4, DESCRIPTOR_TAG))
         return nullptr;
-    TPrefetchDescriptor* d = new TPrefetchDescriptor(data, len);
-    d->transportProtocolLabel = data[2];
-    auto store = [d](TPrefetchDescriptorItem* item) { d->items.push_back(item); };
-    return parseItems<TPrefetchDescriptorItem>(d, "TPrefetchDescriptor", data + 3, data[1] - 1u,
-                                               bytesRead, err, store);
+    std::unique_ptr<TPrefetchDescriptor> d(new TPrefetchDescriptor(data, len));
+    bytes::Reader r(data, len);
+    r.skip(1);
+    bytes::Reader body = r.sub(r.u8());
+    d->transportProtocolLabel = body.u8();
+    TPrefetchDescriptor* prefetch = d.get();
+    auto store = [prefetch](TPrefetchDescriptorItem* item) { prefetch->items.push_back(item); };
+    return parseItems<TPrefetchDescriptorItem>(d, "TPrefetchDescriptor", body.rest(), bytesRead,
+                                               err, store);
 }
 
 void TPrefetchDescriptor::add(TPrefetchDescriptorItem* item) {

@@ -1,7 +1,11 @@
 #include "TDSMCCSectionTable.h"
 
+#include <memory>
+
 #include "ISDBTUtils.h"
 #include "Log.h"
+#include "Parse.h"
+#include "Reader.h"
 
 namespace Sarn {
 
@@ -22,45 +26,43 @@ TDSMCCSectionTable::~TDSMCCSectionTable() {
         delete d;
 }
 
-TDSMCCSectionTable* TDSMCCSectionTable::parse(unsigned char* bytes, unsigned int length,
+TDSMCCSectionTable* TDSMCCSectionTable::parse(unsigned char* data, unsigned int length,
                                               int checkCrc, int, unsigned short* error,
                                               TDSMCCSectionTable* previous) {
-    TDSMCCSectionTable* table = new TDSMCCSectionTable(bytes, length);
-    unsigned short remaining = 0;
-    if (!table->parseCommonHeader(bytes, length, checkCrc, error, &remaining, previous)) {
-        delete table;
+    std::unique_ptr<TDSMCCSectionTable> table(new TDSMCCSectionTable(data, length));
+    unsigned short body = 0;
+    if (!table->parseCommonHeader(data, length, checkCrc, error, &body, previous))
         return nullptr;
-    }
     table->dataEventId = static_cast<unsigned char>(table->tableIdExtension >> 12);
     table->eventMsgGroupId = table->tableIdExtension & 0x0FFF;
 
     // The loop runs from byte 8 up to the CRC32. A section_length below 4
     // wraps the counter; such a section is walked no further than the last
     // four bytes of the buffer, where its CRC32 is taken from.
-    const unsigned int end = bodyEnd(8, remaining, length - 4);
-    remaining = static_cast<unsigned short>(end > 8 ? end - 8 : 0);
-
-    unsigned int p = 8;
-    while (remaining != 0) {
-        const unsigned char tag = bytes[p];
-        const unsigned char descriptorLength = bytes[p + 1];
+    bytes::Reader r(data, bodyEnd(8, body, length - 4));
+    r.skip(8);
+    while (!r.atEnd()) {
+        const unsigned char tag = r.peek(0);
         // With a single byte left the length byte is the CRC's and the room
         // negative: the descriptor cannot fit.
-        const int room = remaining - 2;
-        if (descriptorLength > room) {
+        const int room = static_cast<int>(r.remaining()) - 2;
+        if (r.peek(1) > room) {
             SARN_LOGW("%s: TDSMCCSectionTable::parse: Item length not valid: %u > %u. Aborting!",
                       static_cast<unsigned int>(tag), static_cast<unsigned int>(room));
-            ISDBTUtils::setErrorCode(error, ERROR_DATA_TOO_SHORT);
-            delete table;
-            return nullptr;
+            return parse::fail(error, ERROR_DATA_TOO_SHORT);
         }
-        const unsigned int whole = descriptorLength + 2u;
-        unsigned char* at = bytes + p;
-        if (tag == kStandardStreamEventTag)
-            at[0] = TStreamEventDescriptor::DESCRIPTOR_TAG;
+        const unsigned int whole = r.peek(1) + 2u;
+        unsigned char* at = r.mutableCurrent();
+        r.skip(whole);
+        // The stream event descriptor is rewritten in place to the tag its
+        // class knows, so the descriptor reads (and keeps) that tag.
+        const unsigned char kind =
+            tag == kStandardStreamEventTag ? TStreamEventDescriptor::DESCRIPTOR_TAG : tag;
+        if (kind != tag)
+            at[0] = kind;
 
         TISDBTDescriptor* d = nullptr;
-        switch (at[0]) {
+        switch (kind) {
             case TNPTReferenceDescriptor::DESCRIPTOR_TAG:
                 d = TNPTReferenceDescriptor::parse(at, whole, nullptr, error);
                 break;
@@ -76,25 +78,17 @@ TDSMCCSectionTable* TDSMCCSectionTable::parse(unsigned char* bytes, unsigned int
             default:
                 SARN_LOGW("%s: TDSMCCSectionTable::parse: Unknown descriptor: 0x%02X. Ignored!",
                           static_cast<unsigned int>(tag));
-                p += whole;
-                remaining = static_cast<unsigned short>(remaining - whole);
                 continue;
         }
-        if (d == nullptr) {
-            // The descriptor logged its reason and left its code.
-            delete table;
-            return nullptr;
-        }
+        if (d == nullptr)
+            return nullptr;  // the descriptor logged its reason and left its code
         // A repeated tag takes the slot; the earlier descriptor is not
         // reachable any more and goes.
-        TISDBTDescriptor*& slot = table->slots[at[0] - 1];
+        TISDBTDescriptor*& slot = table->slots[kind - 1];
         delete slot;
         slot = d;
-        p += whole;
-        remaining = static_cast<unsigned short>(remaining - whole);
     }
-    ISDBTUtils::setErrorCode(error, ERROR_NONE);
-    return table;
+    return parse::done(error, table);
 }
 
 TNPTReferenceDescriptor* TDSMCCSectionTable::getNPTReferenceDescriptor() const {
