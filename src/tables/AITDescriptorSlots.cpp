@@ -1,5 +1,6 @@
 #include "AITDescriptorSlots.h"
 
+#include "DescriptorFactories.h"
 #include "ISDBTUtils.h"
 #include "Log.h"
 #include "Parse.h"
@@ -26,11 +27,6 @@ namespace {
 constexpr unsigned char kStuffingTag = 0x42;
 
 template <class T>
-TISDBTDescriptor* parseAs(unsigned char* d, unsigned int n, unsigned short* err) {
-    return T::parse(d, n, nullptr, err);
-}
-
-template <class T>
 TISDBTDescriptor* copyAs(const TISDBTDescriptor* d) {
     const T* variant = dynamic_cast<const T*>(d);
     return variant == nullptr ? nullptr : new T(variant);
@@ -42,11 +38,14 @@ TISDBTDescriptor* cloneTransport(const TISDBTDescriptor* d) {
         const_cast<TTransportProtocolDescriptor*>(transport));
 }
 
-/** One descriptor kind of the AIT loops. */
+/**
+ * One descriptor kind of the AIT loops: where it is kept and what it means to
+ * its owner. The class that parses it comes from the registry of descriptor
+ * kinds.
+ */
 struct Kind {
     unsigned char tag;
     Slot slot;
-    TISDBTDescriptor* (*parse)(unsigned char* d, unsigned int n, unsigned short* err);
     TISDBTDescriptor* (*copy)(const TISDBTDescriptor* d);
     /** The application_type an application takes from it (Java 1, NCL 9, HTML5 11); 0: none. */
     unsigned short applicationType;
@@ -57,14 +56,13 @@ struct Kind {
 template <class T>
 constexpr Kind kind(Slot slot, unsigned short applicationType = 0,
                     const char* tableNote = nullptr) {
-    return Kind{T::DESCRIPTOR_TAG, slot, parseAs<T>, copyAs<T>, applicationType, tableNote};
+    return Kind{T::DESCRIPTOR_TAG, slot, copyAs<T>, applicationType, tableNote};
 }
 
 const Kind kKinds[] = {
     kind<TApplicationDescriptor>(SLOT_APPLICATION),
     kind<TApplicationNameDescriptor>(SLOT_NAME),
-    {TTransportProtocolDescriptor::DESCRIPTOR_TAG, SLOT_TRANSPORT,
-     parseAs<TTransportProtocolDescriptor>, cloneTransport, 0, nullptr},
+    {TTransportProtocolDescriptor::DESCRIPTOR_TAG, SLOT_TRANSPORT, cloneTransport, 0, nullptr},
     kind<TGingaJavaApplicationDescriptor>(SLOT_GINGA, 1, "Ginga Java Application Descriptor"),
     kind<TGingaJavaApplicationLocationDescriptor>(SLOT_GINGA_LOCATION, 1,
                                                   "Ginga Java Application Location Descriptor"),
@@ -101,6 +99,7 @@ bool walkDescriptorLoop(bytes::Reader& r, unsigned short loopLength, Slots& slot
     // A 16-bit count, as on the wire; it only ends the loop when a
     // descriptor ends exactly on it, and the checks against what the reader
     // has left keep the walk inside the owner's bytes in any case.
+    const DescriptorFactoryTable& factories = descriptorFactories(PLACE_AIT);
     unsigned short loop = loopLength;
     while (loop != 0) {
         const unsigned int headroom = r.remaining() - 2u;  // wraps below 2, as the check expects
@@ -117,7 +116,7 @@ bool walkDescriptorLoop(bytes::Reader& r, unsigned short loopLength, Slots& slot
         const unsigned int n = r.peek(1) + 2u;
         unsigned char* d = r.mutableCurrent();
         r.skip(n);
-        const Kind* k = kindOf(tag);
+        const Kind* k = factories.at[tag] != nullptr ? kindOf(tag) : nullptr;
         if (k == nullptr) {
             if (tag != kStuffingTag)
                 SARN_LOGW("%s: %s::parse: Unknown descriptor: 0x%02X. Ignored!", owner,
@@ -127,7 +126,7 @@ bool walkDescriptorLoop(bytes::Reader& r, unsigned short loopLength, Slots& slot
                 SARN_LOGW("%s: TAITTable::parse: %s... WHAT TO DO????", k->tableNote);
             if (!table && k->applicationType != 0)
                 *applicationType = k->applicationType;
-            TISDBTDescriptor* descriptor = k->parse(d, n, err);
+            TISDBTDescriptor* descriptor = factories.at[tag](d, n, nullptr, err);
             if (descriptor == nullptr)
                 return false;  // the descriptor's class has logged and set the code
             // A second descriptor of a kind replaces the first.

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "DescriptorFactories.h"
 #include "ISDBTUtils.h"
 #include "Log.h"
 #include "Parse.h"
@@ -61,25 +62,13 @@ TDSMCCSectionTable* TDSMCCSectionTable::parse(unsigned char* data, unsigned int 
         if (kind != tag)
             at[0] = kind;
 
-        TISDBTDescriptor* d = nullptr;
-        switch (kind) {
-            case TNPTReferenceDescriptor::DESCRIPTOR_TAG:
-                d = TNPTReferenceDescriptor::parse(at, whole, nullptr, error);
-                break;
-            case TNPTEndpointDescriptor::DESCRIPTOR_TAG:
-                d = TNPTEndpointDescriptor::parse(at, whole, nullptr, error);
-                break;
-            case TStreamModeDescriptor::DESCRIPTOR_TAG:
-                d = TStreamModeDescriptor::parse(at, whole, nullptr, error);
-                break;
-            case TStreamEventDescriptor::DESCRIPTOR_TAG:
-                d = TStreamEventDescriptor::parse(at, whole, nullptr, error);
-                break;
-            default:
-                SARN_LOGW("%s: TDSMCCSectionTable::parse: Unknown descriptor: 0x%02X. Ignored!",
-                          static_cast<unsigned int>(tag));
-                continue;
+        const DescriptorFactory build = descriptorFactories(PLACE_DSMCC).at[kind];
+        if (build == nullptr) {
+            SARN_LOGW("%s: TDSMCCSectionTable::parse: Unknown descriptor: 0x%02X. Ignored!",
+                      static_cast<unsigned int>(tag));
+            continue;
         }
+        TISDBTDescriptor* d = build(at, whole, nullptr, error);
         if (d == nullptr)
             return nullptr;  // the descriptor logged its reason and left its code
         // A repeated tag takes the slot; the earlier descriptor is not
