@@ -10,10 +10,6 @@
 using namespace Sarn;
 
 namespace {
-std::string line(const char* text) {
-    return std::string("5 SarnISDBTUtils: ") + text;
-}
-
 bool header(Bytes b, unsigned char min, unsigned short tag, unsigned short* code) {
     return TISDBTDescriptor::parseCommonHeader(b.empty() ? nullptr : b.data(),
                                                static_cast<unsigned int>(b.size()), code, min, tag);
@@ -42,18 +38,19 @@ TEST(DescriptorHeader, FiveChecksInOrder) {
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
-            line("TISDBTDescriptor::parseCommonHeader: (1) Invalid data. Aborting!"),
-            line("TISDBTDescriptor::parseCommonHeader: (2) Longer data length is required: 2 < "
-                 "3. Aborting!"),
-            line("TISDBTDescriptor::parseCommonHeader: (3) Unexpected Descriptor Tag. Got 0x48, "
-                 "instead of 0x52. Aborting!"),
-            line("TISDBTDescriptor::parseCommonHeader: (4) Longer data length is required: 7 < "
-                 "3. Aborting!"),
-            line("TISDBTDescriptor::parseCommonHeader: (5) Longer descriptor length is "
-                 "required: 0 < 1. Aborting!"),
-            line("TISDBTDescriptor::parseCommonHeader: (4) Longer data length is required: 256 "
-                 "< 3. Aborting!"),
-            line("TISDBTDescriptor::parseCommonHeader: (1) Invalid data. Aborting!"),
+            warnLine("TISDBTDescriptor::parseCommonHeader: (1) Invalid data. Aborting!"),
+            warnLine("TISDBTDescriptor::parseCommonHeader: (2) Longer data length is required: 2 < "
+                     "3. Aborting!"),
+            warnLine(
+                "TISDBTDescriptor::parseCommonHeader: (3) Unexpected Descriptor Tag. Got 0x48, "
+                "instead of 0x52. Aborting!"),
+            warnLine("TISDBTDescriptor::parseCommonHeader: (4) Longer data length is required: 7 < "
+                     "3. Aborting!"),
+            warnLine("TISDBTDescriptor::parseCommonHeader: (5) Longer descriptor length is "
+                     "required: 0 < 1. Aborting!"),
+            warnLine("TISDBTDescriptor::parseCommonHeader: (4) Longer data length is required: 256 "
+                     "< 3. Aborting!"),
+            warnLine("TISDBTDescriptor::parseCommonHeader: (1) Invalid data. Aborting!"),
         }));
 }
 
@@ -114,12 +111,13 @@ TEST(DescriptorLoop, WalksWholeDescriptorsAndStopsOnOverrun) {
     EXPECT_EQ(owner.parseDescriptorsLoop(second.data(), 6), 3u);
     EXPECT_EQ(owner.parseDescriptorsLoop(nullptr, 6), 0u);
     EXPECT_EQ(owner.parseDescriptorsLoop(second.data(), 0), 0u);
-    EXPECT_EQ(log.texts(),
-              (std::vector<std::string>{
-                  line("DescriptorLoop::parseDescriptorsLoop: Item length not valid: 0 + 7 > 3. "
-                       "Aborting!"),
-                  line("DescriptorLoop::parseDescriptorsLoop: Item length not valid: 3 + 6 > 6. "
-                       "Aborting!")}));
+    EXPECT_EQ(
+        log.texts(),
+        (std::vector<std::string>{
+            warnLine("DescriptorLoop::parseDescriptorsLoop: Item length not valid: 0 + 7 > 3. "
+                     "Aborting!"),
+            warnLine("DescriptorLoop::parseDescriptorsLoop: Item length not valid: 3 + 6 > 6. "
+                     "Aborting!")}));
 
     EXPECT_TRUE(owner.getDescriptorList().empty());
     EXPECT_EQ(owner.getDescriptor(0x52), nullptr);

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include "DescriptorParse.h"
-#include "Expect.h"
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
 #include "Sections.h"
@@ -36,11 +35,6 @@ Bytes section(unsigned char tableId, unsigned char sectionNumber, const Bytes& e
              {0x5C, 0x20, 0xC3, sectionNumber, 0x01, 0x02, 0xE1, 0x06, 0x40, 0x01, tableId});
     s.insert(s.end(), events.begin(), events.end());
     return withCrc(s);
-}
-
-Bytes operator+(Bytes a, const Bytes& b) {
-    a.insert(a.end(), b.begin(), b.end());
-    return a;
 }
 
 TEITTable* parse(Bytes& b, int fullSegment, unsigned short* code, TEITTable* previous = nullptr) {

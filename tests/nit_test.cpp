@@ -3,7 +3,7 @@
 
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
-#include "SiSection.h"
+#include "Sections.h"
 #include "TNITTable.h"
 #include "TTSInformationDescriptor.h"
 
@@ -43,6 +43,8 @@ TEST(NIT, NetworkAndTransportStreamsToJson) {
     EXPECT_EQ(code, 0);
     EXPECT_TRUE(log.lines().empty());
     EXPECT_EQ(t->getNetworkID(), 0x0641);
+    EXPECT_EQ(t->getVersion(), 3);
+    EXPECT_EQ(t->getCurrentIndicator(), 1);
     EXPECT_EQ(t->getTransportStreamLoopSize(), 2);
     EXPECT_EQ(t->getTransportStreamIDs(), (std::list<unsigned short>{0x0500, 0x0641}));
     EXPECT_EQ(t->toJSON(),
@@ -113,12 +115,12 @@ TEST(NIT, LoopLengthChecks) {
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
-            line("TNITTable::parse: NetDescLen not valid: 13 > 12. Aborting!"),
-            line("TNITTable::parse: Item length not valid: 7 > 10. Aborting!"),
-            line("DescriptorLoop::parseDescriptorsLoop: Item length not valid: 0 + 7 > 3. "
-                 "Aborting!"),
-            line("TNITTable::parse: read bytes different than network descriptors length (0 != "
-                 "3)")}));
+            warnLine("TNITTable::parse: NetDescLen not valid: 13 > 12. Aborting!"),
+            warnLine("TNITTable::parse: Item length not valid: 7 > 10. Aborting!"),
+            warnLine("DescriptorLoop::parseDescriptorsLoop: Item length not valid: 0 + 7 > 3. "
+                     "Aborting!"),
+            warnLine("TNITTable::parse: read bytes different than network descriptors length (0 != "
+                     "3)")}));
 }
 
 TEST(NIT, TransportStreamEntries) {
@@ -162,12 +164,13 @@ TEST(NIT, TransportStreamEntries) {
     EXPECT_EQ(t->getTransportStreamInfo(2)->getOriginalNetworkID(), 0x0020);
     delete t;
 
-    EXPECT_EQ(log.texts(),
-              (std::vector<std::string>{
-                  line("TNITTransportStreamInfo::parse: Item length not valid: 5. Aborting!"),
-                  line("TNITTable::parse: Invalid item. Aborting!"),
-                  line("TNITTransportStreamInfo::parse: Item length not valid: 11 > 10. Aborting!"),
-                  line("TNITTable::parse: Invalid item. Aborting!"),
-                  line("TNITTransportStreamInfo::parse: TS descriptor length bigger than data "
-                       "length! (8 > 4)")}));
+    EXPECT_EQ(
+        log.texts(),
+        (std::vector<std::string>{
+            warnLine("TNITTransportStreamInfo::parse: Item length not valid: 5. Aborting!"),
+            warnLine("TNITTable::parse: Invalid item. Aborting!"),
+            warnLine("TNITTransportStreamInfo::parse: Item length not valid: 11 > 10. Aborting!"),
+            warnLine("TNITTable::parse: Invalid item. Aborting!"),
+            warnLine("TNITTransportStreamInfo::parse: TS descriptor length bigger than data "
+                     "length! (8 > 4)")}));
 }

@@ -3,7 +3,7 @@
 
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
-#include "SiSection.h"
+#include "Sections.h"
 #include "TLocalTimeOffsetDescriptor.h"
 #include "TLocalTimeOffsetDescriptorItem.h"
 #include "TTOTTable.h"
@@ -99,7 +99,7 @@ TEST(TOT, LoopSwitchEarlyDatesAndOverruns) {
     EXPECT_EQ(t->getDescriptors(0x58).size(), 1u);
     ASSERT_FALSE(log.texts().empty());
     EXPECT_EQ(log.texts()[0],
-              line("TTOTTable::parse: descriptor length bigger than data length! (32 > 19)"));
+              warnLine("TTOTTable::parse: descriptor length bigger than data length! (32 > 19)"));
     delete t;
 
     // The CRC switch is the first integer argument.
@@ -116,9 +116,10 @@ TEST(TOT, LoopSwitchEarlyDatesAndOverruns) {
     EXPECT_EQ(parse(wrongId, &code, 0, 1), nullptr);
     EXPECT_EQ(code, ERROR_UNEXPECTED_TABLE_ID);
 
-    EXPECT_EQ(log.texts(),
-              (std::vector<std::string>{line("TISDBTTable::parse: Unexpected table ID. Got 0x70, "
-                                             "instead of 0x73. Aborting!")}));
+    EXPECT_EQ(
+        log.texts(),
+        (std::vector<std::string>{warnLine("TISDBTTable::parse: Unexpected table ID. Got 0x70, "
+                                           "instead of 0x73. Aborting!")}));
 }
 
 TEST(TOT, RealCapturesTimesAndTheItalianOffset) {

@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "LogCapture.h"
 #include "Sections.h"
 
 /**
@@ -25,10 +26,5 @@ struct ParsedDescriptor {
     unsigned short code = 0xBEEF;
     T* d = nullptr;
 };
-
-/** A warning line as LogCapture::texts() shows it. */
-inline std::string warnLine(const std::string& text) {
-    return "5 SarnISDBTUtils: " + text;
-}
 
 #endif
