@@ -52,6 +52,20 @@ Bytes application(unsigned char applicationId, const Bytes& descriptors) {
     return a;
 }
 
+/** The JSON of every kind of descriptor the holder keeps, "-" for an empty slot. */
+template <class Holder>
+std::vector<std::string> slotsJson(const Holder& h) {
+    std::vector<std::string> out;
+    for (const TISDBTDescriptor* d : std::initializer_list<const TISDBTDescriptor*>{
+             h.getApplicationDescriptor(), h.getApplicationNameDescriptor(),
+             h.getApplicationIconDescriptor(), h.getExternalApplicationAuthorizationDescriptor(),
+             h.getTransportProtocolDescriptor(), h.getIPSignalingDescriptor(),
+             h.getPrefetchDescriptor(), h.getDIILocationDescriptor(),
+             h.getGingaApplicationDescriptor(), h.getGingaApplicationLocationDescriptor()})
+        out.push_back(d == nullptr ? "-" : d->toJSON());
+    return out;
+}
+
 const Bytes kHtml5Application = {0x0E, 0x02, 0x01, 'p'};
 const Bytes kHtml5Location = {0x0F, 0x06, 0x00, 0x00, 'a', '.', 'h', 't'};
 }  // namespace
@@ -421,13 +435,18 @@ TEST(AIT, CommonLoopKeepsEveryKindInSlotOrder) {
         0x00, 0x03, 0x00, 0x40, 0x02,              // application: visibility 2, priority 2
         0x02, 0x05, 0x00, 0x01, 0x03, 0x00, 0x0A   // object carousel, label 3
     };
-    Bytes b = ait(common, {});
+    Bytes b = ait(common, application(1, {}));
     unsigned short code = 0xFFFF;
     TAITTable* t = parse(b, &code);
     ASSERT_NE(t, nullptr);
     EXPECT_EQ(code, 0);
-    EXPECT_EQ(t->getDescriptorTags(), (std::list<unsigned char>{0x00, 0x01, 0x0B, 0x05, 0x02, 0x11,
-                                                                0x0C, 0x0D, 0x03, 0x04}));
+    const std::list<unsigned char> tags = {0x00, 0x01, 0x0B, 0x05, 0x02,
+                                           0x11, 0x0C, 0x0D, 0x03, 0x04};
+    EXPECT_EQ(t->getDescriptorTags(), tags);
+    // A copy that inherits takes every kind from the table, each one equal.
+    TApplication inherited(t->getApplication("0000000A0001"), 1);
+    EXPECT_EQ(inherited.getDescriptorTags(), tags);
+    EXPECT_EQ(slotsJson(inherited), slotsJson(*t));
     EXPECT_EQ(t->getDescriptor(0x04), t->getGingaApplicationLocationDescriptor());
     EXPECT_EQ(t->getDescriptor(0x07), nullptr);
     EXPECT_EQ(t->getDescriptor(0x06), nullptr);
@@ -455,15 +474,21 @@ TEST(AIT, CommonLoopKeepsEveryKindInSlotOrder) {
               "{\"errors\":0,\"descriptor_tag\":3,\"descriptor_length\":0,\"parameter_loop\":[]},"
               "{\"errors\":0,\"descriptor_tag\":4,\"descriptor_length\":4,\"base_directory\":\"\","
               "\"entitypath_extension\":\"\",\"initial_entity\":\"Xl\"}],"
-              "\"application_loop\":[]}");
+              "\"application_loop\":[{\"application_identifier\":{\"organization_id\":10,"
+              "\"application_id\":1},\"application_control_code\":1,"
+              "\"recommended_resolution\":0,\"descriptors\":[]}]}");
     delete t;
 
-    // The NCL location in the common loop is announced the same way.
-    Bytes ncl = ait({0x07, 0x04, 0x00, 0x00, 'm', 'n'}, {});
+    // The NCL location in the common loop is announced the same way, and an
+    // inheriting copy keeps it as an NCL location.
+    Bytes ncl = ait({0x07, 0x04, 0x00, 0x00, 'm', 'n'}, application(1, {}));
     t = parse(ncl, &code);
     ASSERT_NE(t, nullptr);
     EXPECT_EQ(t->getDescriptor(0x07), t->getGingaApplicationLocationDescriptor());
     EXPECT_EQ(t->getDescriptor(0x04), nullptr);
+    TApplication nclCopy(t->getApplication("0000000A0001"), 1);
+    EXPECT_EQ(nclCopy.getDescriptorTags(), (std::list<unsigned char>{0x07}));
+    EXPECT_EQ(slotsJson(nclCopy), slotsJson(*t));
     delete t;
     EXPECT_EQ(log.texts(),
               (std::vector<std::string>{

@@ -1,11 +1,45 @@
 // Descriptor header checks, base rendering and the generic loop walk.
 #include <gtest/gtest.h>
 
+#include <typeinfo>
+
 #include "DescriptorLoop.h"
+#include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
 #include "Sections.h"
+#include "TAACDescriptor.h"
+#include "TAVCTimingAndHRDDescriptor.h"
+#include "TAVCVideoDescriptor.h"
+#include "TBouquetNameDescriptor.h"
+#include "TCAIdentifierDescriptor.h"
+#include "TCarouselCompatibleCompositeDescriptor.h"
+#include "TCarouselIdentifierDescriptor.h"
+#include "TConditionalPlaybackDescriptor.h"
+#include "TContentAvailabilityDescriptor.h"
+#include "TCopyrightDescriptor.h"
+#include "TCountryAvailabilityDescriptor.h"
+#include "TDataComponentDescriptor.h"
+#include "TDownloadContentDescriptor.h"
+#include "TEmergencyInformationDescriptor.h"
+#include "THierarchicalTransmissionDescriptor.h"
 #include "TISDBTDescriptor.h"
+#include "TISO639LanguageDescriptor.h"
+#include "TLocalTimeOffsetDescriptor.h"
+#include "TNPTEndpointDescriptor.h"
+#include "TNPTReferenceDescriptor.h"
+#include "TNetworkNameDescriptor.h"
+#include "TPartialReceptionDescriptor.h"
+#include "TServiceDescriptor.h"
+#include "TServiceListDescriptor.h"
+#include "TStreamEventDescriptor.h"
+#include "TStreamIdentifierDescriptor.h"
+#include "TStreamModeDescriptor.h"
+#include "TSystemManagementDescriptor.h"
+#include "TTSInformationDescriptor.h"
+#include "TTerrestrialDeliverySystemDescriptor.h"
+#include "TTimeShiftedServiceDescriptor.h"
+#include "TVideoDecodeControlDescriptor.h"
 
 using namespace Sarn;
 
@@ -52,6 +86,85 @@ TEST(DescriptorHeader, FiveChecksInOrder) {
                      "< 3. Aborting!"),
             warnLine("TISDBTDescriptor::parseCommonHeader: (1) Invalid data. Aborting!"),
         }));
+}
+
+namespace {
+// What one descriptor class demands of its header: the tag and the minimum
+// descriptor_length. run() parses the bytes and returns the error code.
+struct HeaderRule {
+    const char* name;
+    unsigned char tag;
+    unsigned char minimum;
+    unsigned short (*run)(const Bytes&);
+};
+
+template <typename T>
+HeaderRule kind(unsigned char tag, unsigned char minimum) {
+    return {typeid(T).name(), tag, minimum,
+            [](const Bytes& b) { return ParsedDescriptor<T>(b).code; }};
+}
+}  // namespace
+
+TEST(DescriptorHeader, EachClassChecksItsTagAndMinimumLength) {
+    const std::vector<HeaderRule> rules = {
+        kind<TAACDescriptor>(0x7C, 2),
+        kind<TAVCTimingAndHRDDescriptor>(0x2A, 2),
+        kind<TAVCVideoDescriptor>(0x28, 4),
+        kind<TBouquetNameDescriptor>(0x47, 1),
+        kind<TCAIdentifierDescriptor>(0x53, 2),
+        kind<TCarouselCompatibleCompositeDescriptor>(0xF7, 4),
+        kind<TCarouselIdentifierDescriptor>(0x13, 4),
+        kind<TConditionalPlaybackDescriptor>(0xF8, 4),
+        kind<TContentAvailabilityDescriptor>(0xDE, 1),
+        kind<TCopyrightDescriptor>(0x0D, 4),
+        kind<TCountryAvailabilityDescriptor>(0x49, 4),
+        kind<TDataComponentDescriptor>(0xFD, 2),
+        kind<TDownloadContentDescriptor>(TDownloadContentDescriptor::DESCRIPTOR_TAG, 18),
+        kind<TEmergencyInformationDescriptor>(0xFC, 4),
+        kind<THierarchicalTransmissionDescriptor>(0xC0, 3),
+        kind<TISO639LanguageDescriptor>(0x0A, 0),
+        kind<TLocalTimeOffsetDescriptor>(0x58, 11),
+        kind<TNPTEndpointDescriptor>(TNPTEndpointDescriptor::DESCRIPTOR_TAG, 14),
+        kind<TNPTReferenceDescriptor>(TNPTReferenceDescriptor::DESCRIPTOR_TAG, 18),
+        kind<TNetworkNameDescriptor>(0x40, 0),
+        kind<TPartialReceptionDescriptor>(0xFB, 0),
+        kind<TServiceDescriptor>(0x48, 3),
+        kind<TServiceListDescriptor>(0x41, 2),
+        kind<TStreamEventDescriptor>(TStreamEventDescriptor::DESCRIPTOR_TAG, 10),
+        kind<TStreamIdentifierDescriptor>(0x52, 1),
+        kind<TStreamModeDescriptor>(TStreamModeDescriptor::DESCRIPTOR_TAG, 2),
+        kind<TSystemManagementDescriptor>(0xFE, 2),
+        kind<TTSInformationDescriptor>(0xCD, 2),
+        kind<TTerrestrialDeliverySystemDescriptor>(0xFA, 4),
+        kind<TTimeShiftedServiceDescriptor>(0x4C, 2),
+        kind<TVideoDecodeControlDescriptor>(0xC8, 1),
+    };
+    for (const HeaderRule& r : rules) {
+        SCOPED_TRACE(r.name);
+        LogCapture log;
+        // Another tag, with room for everything.
+        Bytes b(r.minimum + 2u, 0x00);
+        b[0] = static_cast<unsigned char>(r.tag + 1);
+        b[1] = r.minimum;
+        EXPECT_EQ(r.run(b), ERROR_UNEXPECTED_DESCRIPTOR_TAG);
+        // One byte below the minimum descriptor_length.
+        b[0] = r.tag;
+        if (r.minimum > 0) {
+            b[1] = static_cast<unsigned char>(r.minimum - 1);
+            EXPECT_EQ(r.run(b), ERROR_DESCRIPTOR_LENGTH);
+            EXPECT_EQ(log.texts().back(),
+                      warnLine("TISDBTDescriptor::parseCommonHeader: (5) Longer descriptor length "
+                               "is required: " +
+                               std::to_string(r.minimum - 1) + " < " + std::to_string(r.minimum) +
+                               ". Aborting!"));
+        }
+        // Exactly the minimum passes the header (the body may still fail).
+        b[1] = r.minimum;
+        log.clear();
+        r.run(b);
+        for (const std::string& line : log.texts())
+            EXPECT_EQ(line.find("parseCommonHeader"), std::string::npos) << line;
+    }
 }
 
 TEST(DescriptorBase, RendersMembersAndHexContent) {

@@ -44,6 +44,10 @@ TEITTable* parse(Bytes& b, int fullSegment, unsigned short* code, TEITTable* pre
 const Bytes kShortEvent = {0x4D, 0x0A, 'p', 'o', 'r', 0x03, 'N', 'o', 't', 0x02, 'H', 'i'};
 const Bytes kExtendedEvent = {0x4E, 0x06, 0x00, 'p', 'o', 'r', 0x00, 0x00};
 const Bytes kParentalRating = {0x55, 0x04, 'B', 'R', 'A', 0x2A};
+const Bytes kComponent = {0x50, 0x06, 0x01, 0xB3, 0x00, 'p', 'o', 'r'};
+const Bytes kContent = {0x54, 0x02, 0x02, 0x00};
+const Bytes kCopyControl = {0xC1, 0x01, 0x08};
+const Bytes kAudio = {0xC4, 0x09, 0x02, 0x03, 0x10, 0x11, 0xFF, 0x5F, 'p', 'o', 'r'};
 }  // namespace
 
 TEST(EIT, EventsTimesDurationsAndJson) {
@@ -109,8 +113,10 @@ TEST(EIT, EventsTimesDurationsAndJson) {
 }
 
 TEST(EIT, VariantTableIdAndSectionChooseTheEventDescriptors) {
+    // Every event descriptor that has a class, in tag order.
     const Bytes both = event(7, {0xE8, 0x00, 0x10, 0x00, 0x00}, {0x00, 0x30, 0x00}, 4, false,
-                             kShortEvent + kExtendedEvent + kParentalRating);
+                             kShortEvent + kExtendedEvent + kComponent + kContent +
+                                 kParentalRating + kCopyControl + kAudio);
     auto tags = [&](int fullSegment, unsigned char tableId, unsigned char sectionNumber) {
         Bytes b = section(tableId, sectionNumber, both);
         unsigned short code = 0xFFFF;
@@ -123,32 +129,31 @@ TEST(EIT, VariantTableIdAndSectionChooseTheEventDescriptors) {
         delete t;
         return found;
     };
-    EXPECT_EQ(tags(1, 0x4E, 0), "77 78 85 ");
-    EXPECT_EQ(tags(1, 0x4E, 9), "77 78 85 ");
-    EXPECT_EQ(tags(1, 0x50, 0), "77 85 ");
-    EXPECT_EQ(tags(1, 0x57, 0), "77 85 ");
+    EXPECT_EQ(tags(1, 0x4E, 0), "77 78 80 84 85 193 196 ");
+    EXPECT_EQ(tags(1, 0x4E, 9), "77 78 80 84 85 193 196 ");
+    EXPECT_EQ(tags(1, 0x50, 0), "77 80 84 85 193 196 ");
+    EXPECT_EQ(tags(1, 0x57, 0), "77 80 84 85 193 196 ");
     EXPECT_EQ(tags(1, 0x58, 0), "78 ");
     EXPECT_EQ(tags(1, 0x5F, 0), "78 ");
     EXPECT_EQ(tags(1, 0x4F, 0), "");
     EXPECT_EQ(tags(1, 0x60, 0), "");
-    // One segment: parental rating in sections 0 and 1 only.
-    EXPECT_EQ(tags(0, 0x4E, 1), "77 85 ");
-    EXPECT_EQ(tags(0, 0x4E, 2), "77 ");
-    EXPECT_EQ(tags(0, 0x4E, 3), "77 ");
+    // One segment: no extended texts, components or audio components;
+    // parental rating in sections 0 and 1 only; nothing from section 4 on.
+    EXPECT_EQ(tags(0, 0x4E, 0), "77 84 85 193 ");
+    EXPECT_EQ(tags(0, 0x4E, 1), "77 84 85 193 ");
+    EXPECT_EQ(tags(0, 0x4E, 2), "77 84 193 ");
+    EXPECT_EQ(tags(0, 0x4E, 3), "77 84 193 ");
     EXPECT_EQ(tags(0, 0x4E, 4), "");
     EXPECT_EQ(tags(0, 0x50, 0), "");
+    EXPECT_EQ(tags(0, 0x58, 0), "");
 }
 
 TEST(EIT, EveryEventDescriptorRendersInsideItsEvent) {
     LogCapture log;
-    const Bytes component = {0x50, 0x06, 0x01, 0xB3, 0x00, 'p', 'o', 'r'};
-    const Bytes content = {0x54, 0x02, 0x02, 0x00};
-    const Bytes copyControl = {0xC1, 0x01, 0x08};
-    const Bytes audio = {0xC4, 0x09, 0x02, 0x03, 0x10, 0x11, 0xFF, 0x5F, 'p', 'o', 'r'};
     Bytes b = section(0x4E, 0,
                       event(0x0A0B, {0xE8, 0x00, 0x21, 0x00, 0x00}, {0x00, 0x45, 0x00}, 4, false,
-                            kShortEvent + kExtendedEvent + component + content + kParentalRating +
-                                copyControl + audio));
+                            kShortEvent + kExtendedEvent + kComponent + kContent + kParentalRating +
+                                kCopyControl + kAudio));
     unsigned short code = 0xFFFF;
     TEITTable* t = parse(b, 1, &code);
     ASSERT_NE(t, nullptr);

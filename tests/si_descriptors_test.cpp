@@ -134,6 +134,18 @@ TEST(LocalTimeOffset, EntriesInCodeOrderAndOffsetRendering) {
     EXPECT_EQ(d->get("ARG"), nullptr);
     delete d;
 
+    // Single-digit minutes count in full; the rendering keeps hours only.
+    Bytes minutes = offsetDescriptor({offsetItem("URY", 0x05, 0x01, 0x07, 0x0000, 0x00, 0x09)});
+    d = TLocalTimeOffsetDescriptor::parse(minutes.data(), length(minutes), &read, &code);
+    ASSERT_NE(d, nullptr);
+    EXPECT_EQ(d->get("URY")->getCountryRegionID(), 1);
+    EXPECT_EQ(d->get("URY")->getLocalTimeOffsetPolarity(), 1);
+    EXPECT_EQ(d->get("URY")->getLocalTimeOffset(), 4020);
+    EXPECT_EQ(d->get("URY")->getNextTimeOffset(), 540);
+    EXPECT_NE(d->toJSON().find("\"local_time_offset\":\"01:00\""), std::string::npos);
+    EXPECT_NE(d->toJSON().find("\"next_time_offset\":\"00:00\""), std::string::npos);
+    delete d;
+
     // A repeated country code: the later entry stays (the earlier is freed).
     Bytes twice = offsetDescriptor({offsetItem("BRA", 0x03, 0x03, 0x00, 0xE14D, 0x02, 0x00),
                                     offsetItem("BRA", 0x03, 0x02, 0x00, 0xE0A8, 0x03, 0x00)});

@@ -70,7 +70,7 @@ TEST(AVCDescriptors, VideoAndTimingFields) {
     // Timing information without N and K: the flags are the top bits of
     // num_units_in_tick, which prints as a signed number.
     ParsedDescriptor<TAVCTimingAndHRDDescriptor> timing(
-        {0x2A, 0x07, 0x01, 0x00, 0xE0, 0x00, 0x03, 0xE9, 0x00});
+        {0x2A, 0x07, 0x01, 0x7F, 0xE0, 0x00, 0x03, 0xE9, 0x00});
     ASSERT_NE(timing.d, nullptr);
     EXPECT_EQ(timing.read, 3u);
     EXPECT_EQ(timing.d->getNumUnitsInTick(), 0xE00003E9u);
