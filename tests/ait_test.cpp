@@ -352,31 +352,6 @@ TEST(AIT, RefusalsWithCodesAndMessages) {
                   warnLine("TAITTable::parse: Invalid item. Aborting!")}));
 }
 
-TEST(AIT, WrappedSectionLengthStaysInsideTheBuffer) {
-    // section_length 0 to 3 wraps the body count; the walk is bounded by the
-    // bytes handed in whatever follows the header.
-    for (unsigned char len = 0; len < 4; ++len) {
-        for (size_t size = 7; size <= 14; ++size) {
-            Bytes b = {0x74, 0xF0, len,  0x00, 0x09, 0xC1, 0x00,
-                       0x00, 0xF0, 0x02, 0x42, 0x00, 0xF0, 0x00};
-            b.resize(size);
-            Bytes exact(b.begin(), b.end());  // heap block of exactly size bytes
-            unsigned short code = 0;
-            TAITTable* t = parse(exact, &code, nullptr, 0);
-            delete t;
-        }
-    }
-    // Seven bytes cannot hold the long-form header even when the count wrapped.
-    LogCapture log;
-    Bytes seven = {0x74, 0xF0, 0x00, 0x00, 0x09, 0xC1, 0x00};
-    unsigned short code = 0;
-    EXPECT_EQ(parse(seven, &code, nullptr, 0), nullptr);
-    EXPECT_EQ(code, ERROR_SECTION_LENGTH);
-    EXPECT_EQ(log.texts(),
-              (std::vector<std::string>{
-                  warnLine("TISDBTTable::parse: Section length exceeds data length. Aborting!")}));
-}
-
 TEST(AIT, RealInteractionChannelApplicationFailsItsTable) {
     // The Italian AIT on PID 0x1EC5 (its outcome among all the captured
     // sections is stated in si_captures_test.cpp): one application whose

@@ -295,32 +295,6 @@ TEST(EIT, RepeatedEventIdsAndOddHeaders) {
                   warnLine("TEITTable::parse: TEITTable::parse: Invalid item. Aborting!")}));
 }
 
-TEST(EIT, RealCapturesTypeFollowsThePid) {
-    // Every captured EIT parses (each is listed with its outcome in
-    // si_captures_test.cpp); the variant follows the PID, and the Brazilian
-    // schedule carries each title as extended event text.
-    int eits = 0;
-    bool brazilianTitle = false;
-    for (auto& s : capturedSections()) {
-        if (s.pid != 0x0012 && s.pid != 0x0026 && s.pid != 0x0027)
-            continue;
-        // Full-segment on 0x0012, one-segment on the others.
-        const int fullSegment = s.pid == 0x0012 ? 1 : 0;
-        LogCapture log;
-        unsigned short code = 0xFFFF;
-        TEITTable* t = parse(s.bytes, fullSegment, &code);
-        ASSERT_NE(t, nullptr) << s.file << " table_id " << s.tableId;
-        EXPECT_EQ(t->getType(), fullSegment ? TISDBTTable::TYPE_EIT_12 : TISDBTTable::TYPE_EIT_27);
-        if (t->toJSON().find("\"text\":\"JORNAL DA GLOBO\"") != std::string::npos)
-            brazilianTitle = true;
-        delete t;
-        ++eits;
-    }
-    if (eits == 0)
-        GTEST_SKIP() << "shared captures not present";
-    EXPECT_TRUE(brazilianTitle);
-}
-
 TEST(EIT, TruncatedAndCorruptedSectionsStayInBounds) {
     // Every event descriptor class in one event, then every prefix of the
     // section and every byte replaced by a few values, with the CRC check

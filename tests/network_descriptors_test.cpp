@@ -1,11 +1,6 @@
-// Stand-alone network and service descriptors, on hand-built bytes and on
-// the descriptor loops of captured network information tables.
+// Stand-alone network and service descriptors on hand-built bytes.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <functional>
-
-#include "Bytes.h"
 #include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
@@ -123,88 +118,4 @@ TEST(NetworkNameDescriptors, SystemManagementBouquetAndCountries) {
     EXPECT_EQ(partial.d->toJSON(),
               "\"name\":\"countryAvailabilityDescriptor\",\"countryAvailabilityFlag\":0,"
               "\"countryCode\":[URY]");
-}
-
-namespace {
-// Calls visit(tag, bytes, length) for every descriptor of a NIT section: the
-// network loop, then each transport stream's loop.
-void walkNit(const Bytes& s, const std::function<void(const unsigned char*, unsigned int)>& visit) {
-    const unsigned int end = static_cast<unsigned int>(s.size()) - 4;
-    auto loop = [&](unsigned int p, unsigned int n) {
-        const unsigned int stop = p + n;
-        while (p + 2 <= stop && p + 2 + s[p + 1] <= stop) {
-            visit(s.data() + p, s[p + 1] + 2u);
-            p += s[p + 1] + 2u;
-        }
-    };
-    unsigned int p = 8;
-    const unsigned int networkLength = bytes::len12(s.data() + p);
-    loop(p + 2, networkLength);
-    p += 2 + networkLength;
-    const unsigned int tsEnd = p + 2 + bytes::len12(s.data() + p);
-    for (p += 2; p + 6 <= tsEnd && tsEnd <= end;) {
-        const unsigned int n = bytes::len12(s.data() + p + 4);
-        loop(p + 6, n);
-        p += 6 + n;
-    }
-}
-
-template <typename T>
-std::string parseWhole(const unsigned char* d, unsigned int length) {
-    unsigned short code = 0xBEEF;
-    T* parsed = T::parse(const_cast<unsigned char*>(d), length, nullptr, &code);
-    EXPECT_NE(parsed, nullptr);
-    EXPECT_EQ(code, ERROR_NONE);
-    std::string text = parsed ? parsed->toJSON() : "";
-    delete parsed;
-    return text;
-}
-}  // namespace
-
-TEST(NetworkDescriptorsOnAir, CapturedNitLoops) {
-    const std::vector<CapturedSection> sections = capturedSections();
-    if (sections.empty())
-        GTEST_SKIP() << "no captures";
-    LogCapture log;
-    std::vector<std::string> texts;
-    for (const CapturedSection& section : sections) {
-        if (section.tableId != 0x40)
-            continue;
-        walkNit(section.bytes, [&](const unsigned char* d, unsigned int length) {
-            switch (d[0]) {
-                case 0x41:
-                    texts.push_back(parseWhole<TServiceListDescriptor>(d, length));
-                    break;
-                case 0xFA:
-                    texts.push_back(parseWhole<TTerrestrialDeliverySystemDescriptor>(d, length));
-                    break;
-                case 0xFB:
-                    texts.push_back(parseWhole<TPartialReceptionDescriptor>(d, length));
-                    break;
-                case 0xFE:
-                    texts.push_back(parseWhole<TSystemManagementDescriptor>(d, length));
-                    break;
-            }
-        });
-    }
-    EXPECT_TRUE(log.lines().empty());
-    auto has = [&](const std::string& text) {
-        return std::find(texts.begin(), texts.end(), text) != texts.end();
-    };
-    // TV Integração (network 0x02E1): two services, one of them one-seg, on
-    // one UHF frequency in mode 3.
-    EXPECT_TRUE(
-        has("\"name\":\"serviceListDescriptor\",,\"loop\":[{\"serviceId\":23584,"
-            "\"serviceType\":1},{\"serviceId\":23608,\"serviceType\":192}]"));
-    EXPECT_TRUE(
-        has("\"name\":\"terrestrialDeliverySystemDescriptor\",\"areaCode\":2193,"
-            "\"guardInterval\":1,\"transmissionMode\":2,\"frequency\":[3984]"));
-    EXPECT_TRUE(
-        has("\"errors\":0,\"descriptor_tag\":251,\"descriptor_length\":2,"
-            "\"name\":\"partialReceptionDescriptor\",\"service_id\":[23608]"));
-    // Japanese terrestrial networks announce digital terrestrial broadcasting.
-    EXPECT_TRUE(
-        has("\"name\":\"systemManagementDescriptor\",\"system_management_id\":{,"
-            "\"broadcastingFlag\":0,\"broadcastingIdentifier\":3,"
-            "\"additionalBroadcastingIdentification\":1}"));
 }
