@@ -11,10 +11,10 @@ using namespace Sarn;
 
 namespace {
 
-// program 0x5C20 on PID 0x0101, network PID 0x0010; version 1, current.
-Bytes patSection(unsigned char versionByte = 0xC3, unsigned char sectionNumber = 0) {
-    return withCrc({0x00, 0xB0, 0x11, 0x02, 0xE1, versionByte, sectionNumber, 0x00, 0x00, 0x00,
-                    0xE0, 0x10, 0x5C, 0x20, 0xE1, 0x01});
+// program 0x5C20 on PID 0x0101, network PID 0x0010 of TS 0x02E1.
+Bytes patSection(unsigned char version = 1, unsigned char sectionNumber = 0) {
+    return longSection(0x00, 0x02E1, version, {0x00, 0x00, 0xE0, 0x10, 0x5C, 0x20, 0xE1, 0x01},
+                       sectionNumber);
 }
 
 struct Result {
@@ -149,7 +149,7 @@ TEST(TableHeader, LongFormHeaderMustFitInTheBuffer) {
 
 TEST(TableHeader, PreviousTableComparison) {
     LogCapture log;
-    Bytes first = patSection(0xC7);  // version 3
+    Bytes first = patSection(3);
     Result a = parsePat(first);
     ASSERT_NE(a.table, nullptr);
 
@@ -164,7 +164,7 @@ TEST(TableHeader, PreviousTableComparison) {
     EXPECT_EQ(parsePat(same, 0, noCrc.table).code, ERROR_TABLE_UNCHANGED);
     delete noCrc.table;
 
-    Bytes next = patSection(0xC9);  // version 4
+    Bytes next = patSection(4);
     Result b = parsePat(next, 1, a.table);
     ASSERT_NE(b.table, nullptr);
     EXPECT_EQ(b.code, 0);
@@ -172,7 +172,7 @@ TEST(TableHeader, PreviousTableComparison) {
     delete b.table;
 
     // Section 1 of a multi-section table is refused without touching the code.
-    Bytes second = patSection(0xC9, 1);
+    Bytes second = patSection(4, 1);
     Result multi = parsePat(second, 1, a.table, 1234);
     EXPECT_EQ(multi.table, nullptr);
     EXPECT_EQ(multi.code, 1234);

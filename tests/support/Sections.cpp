@@ -28,7 +28,7 @@ Bytes withCrc(Bytes section) {
 }
 
 Bytes longSection(unsigned char tableId, unsigned short extension, unsigned char version,
-                  const Bytes& body) {
+                  const Bytes& body, unsigned char sectionNumber, unsigned char lastSectionNumber) {
     const size_t sectionLength = 5 + body.size() + 4;
     Bytes s = {tableId,
                static_cast<unsigned char>(0xB0 | ((sectionLength >> 8) & 0x0F)),
@@ -36,8 +36,8 @@ Bytes longSection(unsigned char tableId, unsigned short extension, unsigned char
                static_cast<unsigned char>(extension >> 8),
                static_cast<unsigned char>(extension & 0xFF),
                static_cast<unsigned char>(0xC1 | ((version & 0x1F) << 1)),
-               0x00,
-               0x00};
+               sectionNumber,
+               lastSectionNumber};
     s.insert(s.end(), body.begin(), body.end());
     return withCrc(s);
 }

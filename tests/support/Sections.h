@@ -16,11 +16,12 @@ Bytes withCrc(Bytes section);
 /**
  * A long-form section around body: table_id, section_length (with the syntax
  * bits 0xB0), table_id_extension, the 5-bit version_number with
- * current_next_indicator 1, section_number and last_section_number 0, body
- * and a correct CRC32.
+ * current_next_indicator 1, section_number and last_section_number, body and
+ * a correct CRC32.
  */
 Bytes longSection(unsigned char tableId, unsigned short extension, unsigned char version,
-                  const Bytes& body);
+                  const Bytes& body, unsigned char sectionNumber = 0,
+                  unsigned char lastSectionNumber = 0);
 
 /** A short-form section (no table_id_extension) with a correct section_length and CRC32. */
 Bytes shortSection(unsigned char tableId, const Bytes& body);
