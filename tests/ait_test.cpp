@@ -7,6 +7,7 @@
 #include "Sections.h"
 #include "TAITTable.h"
 #include "TGingaNCLApplicationDescriptor.h"
+#include "TGingaNCLApplicationLocationDescriptor.h"
 #include "TTransportProtocolDescriptorOC.h"
 
 using namespace Sarn;
@@ -401,6 +402,9 @@ TEST(AIT, CommonLoopKeepsEveryKindInSlotOrder) {
     EXPECT_EQ(t->getDescriptor(0x04), nullptr);
     TApplication nclCopy(t->getApplication("0000000A0001"), 1);
     EXPECT_EQ(nclCopy.getDescriptorTags(), (std::list<unsigned char>{0x07}));
+    EXPECT_NE(dynamic_cast<TGingaNCLApplicationLocationDescriptor*>(
+                  nclCopy.getGingaApplicationLocationDescriptor()),
+              nullptr);
     EXPECT_EQ(slotsJson(nclCopy), slotsJson(*t));
     delete t;
     EXPECT_EQ(log.texts(),

@@ -90,18 +90,21 @@ TEST(DescriptorHeader, FiveChecksInOrder) {
 
 namespace {
 // What one descriptor class demands of its header: the tag and the minimum
-// descriptor_length. run() parses the bytes and returns the error code.
+// descriptor_length. run() parses the bytes and returns the error code and
+// the tag of the object built (-1 for none).
 struct HeaderRule {
     const char* name;
     unsigned char tag;
     unsigned char minimum;
-    unsigned short (*run)(const Bytes&);
+    std::pair<unsigned short, int> (*run)(const Bytes&);
 };
 
 template <typename T>
 HeaderRule kind(unsigned char tag, unsigned char minimum) {
-    return {typeid(T).name(), tag, minimum,
-            [](const Bytes& b) { return ParsedDescriptor<T>(b).code; }};
+    return {typeid(T).name(), tag, minimum, [](const Bytes& b) {
+                ParsedDescriptor<T> p(b);
+                return std::make_pair(p.code, p.d ? static_cast<int>(p.d->getDescriptorTag()) : -1);
+            }};
 }
 }  // namespace
 
@@ -146,22 +149,24 @@ TEST(DescriptorHeader, EachClassChecksItsTagAndMinimumLength) {
         Bytes b(r.minimum + 2u, 0x00);
         b[0] = static_cast<unsigned char>(r.tag + 1);
         b[1] = r.minimum;
-        EXPECT_EQ(r.run(b), ERROR_UNEXPECTED_DESCRIPTOR_TAG);
+        EXPECT_EQ(r.run(b), std::make_pair(ERROR_UNEXPECTED_DESCRIPTOR_TAG, -1));
         // One byte below the minimum descriptor_length.
         b[0] = r.tag;
         if (r.minimum > 0) {
             b[1] = static_cast<unsigned char>(r.minimum - 1);
-            EXPECT_EQ(r.run(b), ERROR_DESCRIPTOR_LENGTH);
+            EXPECT_EQ(r.run(b), std::make_pair(ERROR_DESCRIPTOR_LENGTH, -1));
             EXPECT_EQ(log.texts().back(),
                       warnLine("TISDBTDescriptor::parseCommonHeader: (5) Longer descriptor length "
                                "is required: " +
                                std::to_string(r.minimum - 1) + " < " + std::to_string(r.minimum) +
                                ". Aborting!"));
         }
-        // Exactly the minimum passes the header (the body may still fail).
+        // Exactly the minimum passes the header (the body may still fail);
+        // an object built carries the tag.
         b[1] = r.minimum;
         log.clear();
-        r.run(b);
+        const int built = r.run(b).second;
+        EXPECT_TRUE(built == -1 || built == r.tag) << built;
         for (const std::string& line : log.texts())
             EXPECT_EQ(line.find("parseCommonHeader"), std::string::npos) << line;
     }
