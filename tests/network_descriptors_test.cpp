@@ -54,11 +54,9 @@ TEST(DeliveryDescriptors, TerrestrialAndPartialReception) {
     EXPECT_EQ(bare.d, nullptr);
     EXPECT_EQ(bare.code, ERROR_DESCRIPTOR_LENGTH);
 
-    ParsedDescriptor<TTerrestrialDeliverySystemDescriptor> two(
-        {0xFA, 0x06, 0x89, 0x1F, 0x0F, 0x90, 0x0F, 0xA4});
-    ASSERT_NE(two.d, nullptr);
-    EXPECT_EQ(two.read, 6u);
-    EXPECT_EQ(two.d->toJSON(),
+    EXPECT_EQ(outcome<TTerrestrialDeliverySystemDescriptor>(
+                  {0xFA, 0x06, 0x89, 0x1F, 0x0F, 0x90, 0x0F, 0xA4}),
+              "read=6 "
               "\"name\":\"terrestrialDeliverySystemDescriptor\",\"areaCode\":2193,"
               "\"guardInterval\":3,\"transmissionMode\":3,\"frequency\":[3984,4004]");
     // An odd trailing byte is not read as half a frequency.
@@ -68,16 +66,12 @@ TEST(DeliveryDescriptors, TerrestrialAndPartialReception) {
     EXPECT_EQ(odd.d->getFrequencyCounter(), 1);
     EXPECT_EQ(odd.d->getFrequencies()[0], 3984);
 
-    ParsedDescriptor<TPartialReceptionDescriptor> oneSeg({0xFB, 0x04, 0x5C, 0x38, 0x5C, 0x39});
-    ASSERT_NE(oneSeg.d, nullptr);
-    EXPECT_EQ(oneSeg.read, 4u);
-    EXPECT_EQ(oneSeg.d->toJSON(),
+    EXPECT_EQ(outcome<TPartialReceptionDescriptor>({0xFB, 0x04, 0x5C, 0x38, 0x5C, 0x39}),
+              "read=4 "
               "\"errors\":0,\"descriptor_tag\":251,\"descriptor_length\":4,"
               "\"name\":\"partialReceptionDescriptor\",\"service_id\":[23608,23609]");
-    ParsedDescriptor<TPartialReceptionDescriptor> none({0xFB, 0x00});
-    ASSERT_NE(none.d, nullptr);
-    EXPECT_EQ(none.read, 0u);
-    EXPECT_EQ(none.d->toJSON(),
+    EXPECT_EQ(outcome<TPartialReceptionDescriptor>({0xFB, 0x00}),
+              "read=0 "
               "\"errors\":0,\"descriptor_tag\":251,\"descriptor_length\":0,"
               "\"name\":\"partialReceptionDescriptor\",\"service_id\":[]");
 }
@@ -94,11 +88,9 @@ TEST(NetworkNameDescriptors, SystemManagementBouquetAndCountries) {
               "\"additional_identification_info\":\"0xab\"");
 
     // Control codes are dropped from the name; it is written without quotes.
-    ParsedDescriptor<TBouquetNameDescriptor> bouquet({0x47, 0x05, 0x47, 0x0E, 0x6C, 0x6F, 0x62});
-    ASSERT_NE(bouquet.d, nullptr);
-    EXPECT_EQ(bouquet.code, ERROR_NONE);
-    EXPECT_EQ(bouquet.read, 5u);
-    EXPECT_EQ(bouquet.d->toJSON(), "\"name\":\"bouquetNameDescriptor\",\"bouquetName\":Glob");
+    EXPECT_EQ(outcome<TBouquetNameDescriptor>({0x47, 0x05, 0x47, 0x0E, 0x6C, 0x6F, 0x62}),
+              "read=5 "
+              "\"name\":\"bouquetNameDescriptor\",\"bouquetName\":Glob");
 
     ParsedDescriptor<TCountryAvailabilityDescriptor> countries(
         {0x49, 0x07, 0xFF, 'B', 'R', 'A', 'J', 'P', 'N'});
