@@ -117,6 +117,15 @@ TEST(DsmccSection, CrcSwitchIsTheFirstIntegerArgument) {
     EXPECT_EQ(t->getTableCRC32(), 0u);
     EXPECT_EQ(t->getDescriptorTags(), (std::list<unsigned char>{3}));
     delete t;
+
+    // Unchecked, a section_length of 2 wraps the body counter: the walk ends
+    // where the CRC of the buffer would be.
+    Bytes wrapped = {0x3D, 0xB0, 0x02, 0x00, 0x01, 0xC1, 0x00, 0x00,
+                     0x03, 0x02, 0x07, 0xFF, 0xDE, 0xAD, 0xBE, 0xEF};
+    t = parse(wrapped, &code, 0);
+    ASSERT_NE(t, nullptr);
+    EXPECT_EQ(t->getStreamModeDescriptor()->getStreamMode(), 7);
+    delete t;
 }
 
 TEST(DsmccSection, BadDescriptorsFailTheSection) {

@@ -213,6 +213,18 @@ TEST(SDTT, BrokenContentsFailTheTable) {
 
 TEST(SDTT, ContentsAndSchedulesOnTheirOwn) {
     LogCapture log;
+    // section_length 2 wraps the body counter: contents are read up to the
+    // four bytes before the end of the buffer and no further.
+    Bytes wrapped = join({{0xC3, 0xB0, 0x02, 0x01, 0x01, 0xC1, 0x00, 0x00},
+                          fixedFields(1),
+                          kBareContent,
+                          {0xDE, 0xAD, 0xBE, 0xEF}});
+    Parsed r = parse(wrapped, 0);
+    ASSERT_NE(r.t, nullptr);
+    EXPECT_EQ(r.t->getDownloadContentSize(), 1);
+    delete r.t;
+    EXPECT_TRUE(log.lines().empty());
+
     Bytes b = join({fixedFields(1), kBareContent});
     unsigned short code = 0;
     EXPECT_EQ(TScheduleInfo::parse(nullptr, 8, nullptr, &code), nullptr);
