@@ -235,6 +235,13 @@ TEST(SDTT, ContentsAndSchedulesOnTheirOwn) {
     // A content on its own whose schedule length (4) is not whole schedules:
     // the second schedule would run past the bytes, and the content is too
     // short rather than holding a broken item.
+    // One whole schedule in exactly the eight bytes left is fine.
+    Bytes exact = {0x00, 0x00, 0x00, 0x00, 0x00, 0x80, 0x00, 0x80,
+                   0xEB, 0xE0, 0x12, 0x00, 0x00, 0x00, 0x01, 0x00};
+    TDownloadContent* one = TDownloadContent::parse(exact.data(), length(exact), 1, nullptr, &code);
+    ASSERT_NE(one, nullptr);
+    EXPECT_EQ(code, ERROR_NONE);
+    delete one;
     Bytes content = {0x00, 0x00, 0x00, 0x00, 0x00, 0xCF, 0x00, 0x40, 0xEB, 0xE0,
                      0x12, 0x00, 0x00, 0x00, 0x01, 0x00, 0x40, 0x02, 0x00, 0x00};
     code = 0;
