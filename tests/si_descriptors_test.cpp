@@ -8,6 +8,7 @@
 #include "TNetworkNameDescriptor.h"
 #include "TServiceDescriptor.h"
 #include "TTSInformationDescriptor.h"
+#include "TTSInformationDescriptorItem.h"
 
 using namespace Sarn;
 
@@ -204,6 +205,11 @@ TEST(TSInformation, NameLayersServicesAndFailures) {
     EXPECT_FALSE(d->removeTransmissionType(2));
     EXPECT_TRUE(d->removeTransmissionType(0));
     EXPECT_EQ(d->getTransmissionTypeCount(), 1);
+    d->addTransmissionType(nullptr);
+    EXPECT_EQ(d->getTransmissionTypeCount(), 1);
+    TTSInformationDescriptorItem* added = new TTSInformationDescriptorItem();
+    d->addTransmissionType(added);
+    EXPECT_EQ(d->getTransmissionType(1), added);
     delete d;
 
     // Three services announced, one present: all three render, the missing as 0.
