@@ -245,6 +245,19 @@ TEST(AIT, Html5LookupsAsymmetric) {
     EXPECT_EQ(a->getApplicationType(), 11);
     EXPECT_EQ(a->getGingaApplicationDescriptor(1, nullptr)->getDescriptorTag(), 0x0E);
     delete a;
+    // Each Ginga kind, application or location, gives its type: Java 1,
+    // NCL 9, HTML5 11.
+    const std::vector<std::pair<Bytes, int>> kinds = {
+        {{0x03, 0x00}, 1},  {{0x04, 0x04, 0x00, 0x00, 'a', 'b'}, 1},
+        {{0x06, 0x00}, 9},  {{0x07, 0x04, 0x00, 0x00, 'a', 'b'}, 9},
+        {{0x0E, 0x00}, 11}, {{0x0F, 0x04, 0x00, 0x00, 'a', 'b'}, 11}};
+    for (const auto& k : kinds) {
+        Bytes one = application(4, k.first);
+        a = TApplication::parse(one.data(), length(one), 1, &n, &code);
+        ASSERT_NE(a, nullptr) << static_cast<int>(k.first[0]);
+        EXPECT_EQ(a->getApplicationType(), k.second) << static_cast<int>(k.first[0]);
+        delete a;
+    }
     EXPECT_TRUE(log.lines().empty());
 }
 

@@ -9,6 +9,7 @@
 #include "TCountryAvailabilityDescriptor.h"
 #include "TPartialReceptionDescriptor.h"
 #include "TServiceListDescriptor.h"
+#include "TServiceListDescriptorItem.h"
 #include "TSystemManagementDescriptor.h"
 #include "TTerrestrialDeliverySystemDescriptor.h"
 
@@ -28,6 +29,9 @@ TEST(ServiceListDescriptor, EntriesByServiceIdAndBrokenEntries) {
     EXPECT_FALSE(list.d->remove(0x5C20));
     EXPECT_EQ(list.d->get(0x5C20), nullptr);
     EXPECT_EQ(list.d->get(0x5C38)->getServiceType(), 0xC0);
+    list.d->add(nullptr);
+    list.d->add(new TServiceListDescriptorItem(0x0001, 0x01));
+    EXPECT_EQ(list.d->getServiceIDs(), (std::list<unsigned short>{0x0001, 0x5C38}));
 
     // A service_id met twice keeps the later entry.
     ParsedDescriptor<TServiceListDescriptor> twice(
