@@ -85,6 +85,11 @@ TEST(PrefetchDescriptor, LabelsPrioritiesAndFailures) {
     EXPECT_EQ(copy.toJSON(),
               "\"errors\":0,\"descriptor_tag\":12,\"descriptor_length\":12,\"descriptor_content\":"
               "\"0x01046d61696e6403696d6701\"");
+    // The shortest item, an empty label and its priority, ends the loop.
+    ParsedDescriptor<TPrefetchDescriptor> empty({0x0C, 0x05, 0x01, 0x00, 0x07, 0x00, 0x00});
+    ASSERT_NE(empty.d, nullptr);
+    ASSERT_EQ(empty.d->size(), 2u);
+    EXPECT_EQ(empty.d->get(1)->getPriority(), 0);
     EXPECT_TRUE(log.lines().empty());
 
     // The label fills the rest of the descriptor: no priority byte. Then a

@@ -4,6 +4,7 @@
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
 #include "Sections.h"
+#include "TCompatibilityDescriptorSubItem.h"
 #include "TDownloadContentDescriptor.h"
 
 using namespace Sarn;
@@ -231,6 +232,13 @@ TEST(DownloadContentDescriptor, CompatibilityEntriesOnTheirOwn) {
     EXPECT_EQ(i->getModel(), 0);
     EXPECT_EQ(i->getVersion(), 0x8000);
     delete i;
+    // A sub-descriptor without additional information is two bytes.
+    Bytes bareSub = {0x01, 0x00};
+    TCompatibilityDescriptorSubItem* sub =
+        TCompatibilityDescriptorSubItem::parse(bareSub.data(), 2, &read, &code);
+    ASSERT_NE(sub, nullptr);
+    EXPECT_EQ(read, 2u);
+    delete sub;
 
     // The structure on its own: the length field is not counted in bytesRead.
     Bytes structure = join({{0x00, 0x0D, 0x00, 0x01}, item});
