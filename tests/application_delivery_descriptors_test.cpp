@@ -5,6 +5,7 @@
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
 #include "Sections.h"
+#include "TApplicationIdentifier.h"
 #include "TDIILocationDescriptor.h"
 #include "TExternalApplicationAuthorizationDescriptor.h"
 #include "TIPSignalingDescriptor.h"
@@ -36,6 +37,13 @@ TEST(ExternalApplicationAuthorizationDescriptor, ItemsByHashIdLaterWins) {
     p.d = nullptr;
     EXPECT_EQ(copy.get("0000000A0001")->getApplicationIdentifier()->getOrganizationID(), 10u);
     EXPECT_EQ(copy.size(), 2);
+    // add() keeps an item by its hash id (the caller's item, now owned) and ignores null.
+    copy.add(nullptr);
+    EXPECT_EQ(copy.size(), 2);
+    copy.add(
+        new TExternalApplicationAuthorizationDescriptorItem(new TApplicationIdentifier(11, 3), 4));
+    EXPECT_EQ(copy.size(), 3);
+    EXPECT_EQ(copy.get("0000000B0003")->getPriority(), 4);
 
     ParsedDescriptor<TExternalApplicationAuthorizationDescriptor> empty({0x05, 0x00});
     ASSERT_NE(empty.d, nullptr);
@@ -77,6 +85,11 @@ TEST(PrefetchDescriptor, LabelsPrioritiesAndFailures) {
     EXPECT_EQ(copy.toJSON(),
               "\"errors\":0,\"descriptor_tag\":12,\"descriptor_length\":12,\"descriptor_content\":"
               "\"0x01046d61696e6403696d6701\"");
+    // The shortest item, an empty label and its priority, ends the loop.
+    ParsedDescriptor<TPrefetchDescriptor> empty({0x0C, 0x05, 0x01, 0x00, 0x07, 0x00, 0x00});
+    ASSERT_NE(empty.d, nullptr);
+    ASSERT_EQ(empty.d->size(), 2u);
+    EXPECT_EQ(empty.d->get(1)->getPriority(), 0);
     EXPECT_TRUE(log.lines().empty());
 
     // The label fills the rest of the descriptor: no priority byte. Then a

@@ -58,14 +58,17 @@ TEST(ApplicationDescriptor, ProfilesFlagsLabelsAndDeepCopy) {
     EXPECT_EQ(copy->getProfile(1)->getVersionMajor(), 1);
     delete copy;
 
-    // No profiles, only the service-bound flag, priority 5, no labels.
-    Bytes bare = {0x00, 0x03, 0x00, 0x80, 0x05};
+    // No profiles, service bound, visible to applications only, priority 5,
+    // no labels.
+    Bytes bare = {0x00, 0x03, 0x00, 0xA0, 0x05};
     d = parseWhole<TApplicationDescriptor>(bare, &code);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(d->getTransportProtocols(), nullptr);
+    EXPECT_FALSE(d->isVisibileForUsers());
+    EXPECT_TRUE(d->isVisibileForApplications());
     EXPECT_EQ(d->toJSON(),
               "\"errors\":0,\"descriptor_tag\":0,\"descriptor_length\":3,\"profile_loop\":[],"
-              "\"service_bound_flag\":1,\"visibility\":0,\"application_priority\":5,"
+              "\"service_bound_flag\":1,\"visibility\":1,\"application_priority\":5,"
               "\"transport_protocol_label\":\"\"");
     delete d;
     EXPECT_TRUE(log.lines().empty());
@@ -82,6 +85,10 @@ TEST(ApplicationDescriptor, LengthFailures) {
     Bytes seven = {0x00, 0x0A, 0x07, 0x00, 0x01, 0x01, 0x00, 0x00, 0x00, 0x02, 0x80, 0x05};
     EXPECT_EQ(parseWhole<TApplicationDescriptor>(seven, &code), nullptr);
     EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
+    // Profiles filling the whole body: no room for flags and priority.
+    Bytes onlyProfiles = {0x00, 0x06, 0x05, 0x00, 0x01, 0x01, 0x00, 0x00};
+    EXPECT_EQ(parseWhole<TApplicationDescriptor>(onlyProfiles, &code), nullptr);
+    EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
     // A profile but only one byte left for flags and priority.
     Bytes noPriority = {0x00, 0x07, 0x05, 0x00, 0x01, 0x01, 0x00, 0x00, 0x80};
     EXPECT_EQ(parseWhole<TApplicationDescriptor>(noPriority, &code), nullptr);
@@ -92,6 +99,7 @@ TEST(ApplicationDescriptor, LengthFailures) {
                            "Descriptor Length: 9 > 4. Aborting!"),
                   warnLine("TApplicationDescriptorProfile::parse: Item length not valid: 2. "
                            "Aborting!"),
+                  warnLine("TApplicationDescriptor:: parse: Section length exceeded. Aborting!"),
                   warnLine("TApplicationDescriptor:: parse: Section length exceeded. Aborting!")}));
 }
 

@@ -10,10 +10,6 @@ using namespace Sarn;
 
 namespace {
 
-std::string line(const std::string& text) {
-    return "5 SarnISDBTUtils: " + text;
-}
-
 // Loop length (with four reserved bits set) followed by the entries.
 Bytes loop(unsigned short length, const Bytes& entries) {
     return join({{static_cast<unsigned char>(0xF0 | (length >> 8)),
@@ -43,7 +39,7 @@ Parsed parse(Bytes& b, int checkCrc = 1, int second = 0) {
 
 TEST(DCT, CarouselsOfAService) {
     LogCapture log;
-    Bytes b = longSection(0x99, 0x0101, 0xC5, loop(23, kTwoCarousels));
+    Bytes b = longSection(0x99, 0x0101, 2, loop(23, kTwoCarousels));
     Parsed r = parse(b);
     ASSERT_NE(r.t, nullptr);
     EXPECT_EQ(r.code, 0);
@@ -81,7 +77,7 @@ TEST(DCT, CarouselsOfAService) {
     delete t;
 
     // An empty loop; the CRC switch is the first integer.
-    Bytes empty = longSection(0x99, 0x0102, 0xC1, loop(0, {}));
+    Bytes empty = longSection(0x99, 0x0102, 0, loop(0, {}));
     r = parse(empty);
     ASSERT_NE(r.t, nullptr);
     EXPECT_EQ(r.t->getDatacasterCarouselSize(), 0);
@@ -96,7 +92,7 @@ TEST(DCT, CarouselsOfAService) {
 
 TEST(DCT, BrokenEntriesFailTheTable) {
     LogCapture log;
-    const std::string invalid = line("TDCTTable::parse: Invalid item. Aborting!");
+    const std::string invalid = warnLine("TDCTTable::parse: Invalid item. Aborting!");
     struct Case {
         Bytes body;
         unsigned short code;
@@ -107,21 +103,22 @@ TEST(DCT, BrokenEntriesFailTheTable) {
         // The name length points past the body.
         {loop(9, {0xE2, 0x00, 0x00, 0x00, 0x00, 0x00, 0x01, 0x41, 0x08}),
          ERROR_INVALID_ITEM,
-         {line("ParserUtils::parseStr: ERROR: String length exceeds available data length: 8 > "
-               "0. Aborting!"),
-          line("TDatacasterCarousel:: parse: ERROR: parsing ApplicationName. Aborting!"), invalid}},
+         {warnLine("ParserUtils::parseStr: ERROR: String length exceeds available data length: 8 > "
+                   "0. Aborting!"),
+          warnLine("TDatacasterCarousel:: parse: ERROR: parsing ApplicationName. Aborting!"),
+          invalid}},
         // A loop length that is not a sum of whole entries goes on past the last one.
         {loop(10, unnamed),
          ERROR_INVALID_ITEM,
-         {line("TDatacasterCarousel::parse: Item length not valid: 0. Aborting!"), invalid}},
+         {warnLine("TDatacasterCarousel::parse: Item length not valid: 0. Aborting!"), invalid}},
         // An entry cut short inside its fixed part.
         {loop(9, {0xE2, 0x00, 0x00, 0x00, 0x00}),
          ERROR_INVALID_ITEM,
-         {line("TDatacasterCarousel::parse: Item length not valid: 5. Aborting!"), invalid}},
+         {warnLine("TDatacasterCarousel::parse: Item length not valid: 5. Aborting!"), invalid}},
     };
     for (const Case& c : cases) {
         log.clear();
-        Bytes b = longSection(0x99, 0x0101, 0xC1, c.body);
+        Bytes b = longSection(0x99, 0x0101, 0, c.body);
         Parsed r = parse(b);
         EXPECT_EQ(r.t, nullptr) << testing::PrintToString(c.lines);
         EXPECT_EQ(r.code, c.code);
@@ -135,9 +132,8 @@ TEST(DCT, BrokenEntriesFailTheTable) {
     Parsed r = parse(tiny, 0);
     EXPECT_EQ(r.t, nullptr);
     EXPECT_EQ(r.code, ERROR_DATA_TOO_SHORT);
-    EXPECT_EQ(
-        log.texts(),
-        (std::vector<std::string>{line("TDCTTable::parse: Item length not valid: 8. Aborting!")}));
+    EXPECT_EQ(log.texts(), (std::vector<std::string>{
+                               warnLine("TDCTTable::parse: Item length not valid: 8. Aborting!")}));
 }
 
 TEST(DCT, CarouselEntryOnItsOwn) {
@@ -163,6 +159,6 @@ TEST(DCT, CarouselEntryOnItsOwn) {
     EXPECT_EQ(TDatacasterCarousel::parse(nullptr, 20, 1, &read, &code), nullptr);
     EXPECT_EQ(log.texts(),
               (std::vector<std::string>{
-                  line("TDatacasterCarousel::parse: Item length not valid: 2. Aborting!"),
-                  line("TDatacasterCarousel::parse: Item length not valid: 0. Aborting!")}));
+                  warnLine("TDatacasterCarousel::parse: Item length not valid: 2. Aborting!"),
+                  warnLine("TDatacasterCarousel::parse: Item length not valid: 0. Aborting!")}));
 }

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include "DescriptorParse.h"
-#include "Expect.h"
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
 #include "Sections.h"

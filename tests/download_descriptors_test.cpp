@@ -4,15 +4,12 @@
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
 #include "Sections.h"
+#include "TCompatibilityDescriptorSubItem.h"
 #include "TDownloadContentDescriptor.h"
 
 using namespace Sarn;
 
 namespace {
-
-std::string line(const std::string& text) {
-    return "5 SarnISDBTUtils: " + text;
-}
 
 const std::string kNoTarget = "ParserUtils::parseByteArray: ERROR: Invalid data target. Aborting!";
 
@@ -112,7 +109,7 @@ TEST(DownloadContentDescriptor, EveryPartOfAFullDescriptor) {
     EXPECT_EQ(d->getLanguageCode(), "por");
     EXPECT_EQ(d->getText(), "Hello");
     // Every byte array read logs the (harmless) null target message.
-    EXPECT_EQ(log.texts(), (std::vector<std::string>(3, line(kNoTarget))));
+    EXPECT_EQ(log.texts(), (std::vector<std::string>(3, warnLine(kNoTarget))));
 
     delete d;
 }
@@ -173,42 +170,43 @@ TEST(DownloadContentDescriptor, FieldsThatDoNotFitFailTheDescriptor) {
         // A zero text length followed by a byte: that byte is read as the length.
         {join({fixedPart(0x08), {0x00, 'e', 'n', 'g', 0x00, 'X'}}),
          ERROR_FIELD_PARSE,
-         {line("ParserUtils::parseStr: ERROR: String length exceeds available data length: 88 > "
-               "0. Aborting!"),
-          line("TComponentDescriptor:: parse: ERROR: parsing Text. Aborting!")}},
+         {warnLine(
+              "ParserUtils::parseStr: ERROR: String length exceeds available data length: 88 > "
+              "0. Aborting!"),
+          warnLine("TComponentDescriptor:: parse: ERROR: parsing Text. Aborting!")}},
         // The language code runs past the end.
         {join({fixedPart(0x08), {0x00, 'e', 'n'}}),
          ERROR_FIELD_PARSE,
-         {line("ParserUtils::parseStr: ERROR: String length exceeds available data length: 3 > "
-               "2. Aborting!"),
-          line("TDownloadContentDescriptor:: parse: ERROR: parsing Language Code. Aborting!")}},
+         {warnLine("ParserUtils::parseStr: ERROR: String length exceeds available data length: 3 > "
+                   "2. Aborting!"),
+          warnLine("TDownloadContentDescriptor:: parse: ERROR: parsing Language Code. Aborting!")}},
         // Five bytes of private data announced, none there.
         {join({fixedPart(0x00), {0x05}}),
          ERROR_FIELD_PARSE,
-         {line("TDownloadContentDescriptor:: parse: ERROR: parsing Private Data. Aborting!")}},
+         {warnLine("TDownloadContentDescriptor:: parse: ERROR: parsing Private Data. Aborting!")}},
         // Two modules announced, one there.
         {join({fixedPart(0x10), {0x00, 0x02, 0x34, 0x12, 0x00, 0x00, 0x10, 0x00, 0x00}}),
          ERROR_INVALID_ITEM,
-         {line("TDownloadContentDescriptorItem::parse: Item length not valid: 0. Aborting!"),
-          line("TDownloadContentDescriptor::parse: Invalid item. Aborting!")}},
+         {warnLine("TDownloadContentDescriptorItem::parse: Item length not valid: 0. Aborting!"),
+          warnLine("TDownloadContentDescriptor::parse: Invalid item. Aborting!")}},
         // Module info of nine bytes, two there.
         {join({fixedPart(0x10), {0x00, 0x01, 0x34, 0x12, 0x00, 0x00, 0x10, 0x00, 0x09, 1, 2}}),
          ERROR_INVALID_ITEM,
-         {line("TDownloadContentDescriptorItem::parse: Item length not valid: 9. Aborting!"),
-          line("TDownloadContentDescriptor::parse: Invalid item. Aborting!")}},
+         {warnLine("TDownloadContentDescriptorItem::parse: Item length not valid: 9. Aborting!"),
+          warnLine("TDownloadContentDescriptor::parse: Invalid item. Aborting!")}},
         // A compatibility entry whose sub descriptor runs past the structure.
         {join({fixedPart(0x20),
                {0x00, 0x11, 0x00, 0x01, 0x01, 0x0D, 0x01, 0x00, 0x00, 0x0F, 0x01, 0x02, 0x03, 0x01,
                 0x01, 0x02, 0x10, 0xAA, 0xBB},
                {0x00}}),
          ERROR_INVALID_ITEM,
-         {line("TCompatibilityDescriptorSubItem::parse: Item length not valid: 4. Aborting!"),
-          line("TCompatibilityDescriptorItem::parse: Invalid sub item. Aborting!"),
-          line("TCompatibilityDescriptor::parse: Invalid item. Aborting!")}},
+         {warnLine("TCompatibilityDescriptorSubItem::parse: Item length not valid: 4. Aborting!"),
+          warnLine("TCompatibilityDescriptorItem::parse: Invalid sub item. Aborting!"),
+          warnLine("TCompatibilityDescriptor::parse: Invalid item. Aborting!")}},
         // The compatibility flag set, but no room left for its length field.
         {join({fixedPart(0x20), {0x00}}),
          ERROR_DATA_TOO_SHORT,
-         {line("TCompatibilityDescriptor::parse: Item length not valid: 1. Aborting!")}},
+         {warnLine("TCompatibilityDescriptor::parse: Item length not valid: 1. Aborting!")}},
     };
     for (const Case& c : cases) {
         log.clear();
@@ -234,6 +232,13 @@ TEST(DownloadContentDescriptor, CompatibilityEntriesOnTheirOwn) {
     EXPECT_EQ(i->getModel(), 0);
     EXPECT_EQ(i->getVersion(), 0x8000);
     delete i;
+    // A sub-descriptor without additional information is two bytes.
+    Bytes bareSub = {0x01, 0x00};
+    TCompatibilityDescriptorSubItem* sub =
+        TCompatibilityDescriptorSubItem::parse(bareSub.data(), 2, &read, &code);
+    ASSERT_NE(sub, nullptr);
+    EXPECT_EQ(read, 2u);
+    delete sub;
 
     // The structure on its own: the length field is not counted in bytesRead.
     Bytes structure = join({{0x00, 0x0D, 0x00, 0x01}, item});
@@ -246,8 +251,7 @@ TEST(DownloadContentDescriptor, CompatibilityEntriesOnTheirOwn) {
     delete c;
     EXPECT_EQ(TCompatibilityDescriptor::parse(nullptr, 15, &read, &code), nullptr);
     EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
-    EXPECT_EQ(
-        log.texts(),
-        (std::vector<std::string>{line("TCompatibilityDescriptor::parse: Item length not valid: 0. "
-                                       "Aborting!")}));
+    EXPECT_EQ(log.texts(), (std::vector<std::string>{warnLine(
+                               "TCompatibilityDescriptor::parse: Item length not valid: 0. "
+                               "Aborting!")}));
 }

@@ -86,23 +86,3 @@ TEST(PAT, NetworkOnlyRepeatsAndPartialEntries) {
     EXPECT_EQ(t->get(1)->getProgramMapPid(), 0x20);
     delete t;
 }
-
-TEST(PAT, RealCapturesRepeatedAreUnchanged) {
-    // Each captured PAT parses (all of them are listed with their outcome in
-    // si_captures_test.cpp) and, handed in again, is reported unchanged.
-    int pats = 0;
-    for (auto& s : capturedSections()) {
-        if (s.tableId != 0x00)
-            continue;
-        unsigned short code = 0xFFFF;
-        const unsigned int n = static_cast<unsigned int>(s.bytes.size());
-        TPATTable* t = TPATTable::parse(s.bytes.data(), n, 0, 1, &code, nullptr);
-        ASSERT_NE(t, nullptr) << s.file;
-        EXPECT_EQ(TPATTable::parse(s.bytes.data(), n, 0, 1, &code, t), nullptr);
-        EXPECT_EQ(code, ERROR_TABLE_UNCHANGED);
-        delete t;
-        ++pats;
-    }
-    if (pats == 0)
-        GTEST_SKIP() << "shared captures not present";
-}

@@ -3,7 +3,7 @@
 
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
-#include "SiSection.h"
+#include "Sections.h"
 #include "TDataComponentDescriptor.h"
 #include "TISO639LanguageDescriptor.h"
 #include "TPMTTable.h"
@@ -48,6 +48,8 @@ TEST(PMT, StreamsDescriptorsAndJson) {
     EXPECT_EQ(code, 0);
     EXPECT_TRUE(log.lines().empty());
     EXPECT_EQ(t->getProgramNumber(), 0x5C20);
+    EXPECT_EQ(t->getVersion(), 1);
+    EXPECT_EQ(t->getCurrentIndicator(), 1);
     EXPECT_EQ(t->getPCRPID(), 0x0111);
     EXPECT_EQ(t->size(), 6);
     EXPECT_TRUE(t->getDescriptorList().empty());
@@ -159,15 +161,16 @@ TEST(PMT, EmptyLoopsRepeatsAndDescriptorLoopOverruns) {
     EXPECT_EQ(code, 0);
     EXPECT_TRUE(t->getDescriptorList().empty());
     EXPECT_EQ(t->getProgramMap(0)->getDescriptors(0x52).size(), 1u);
-    EXPECT_EQ(log.texts(),
-              (std::vector<std::string>{
-                  line("DescriptorLoop::parseDescriptorsLoop: Item length not valid: 0 + 6 > 5. "
-                       "Aborting!"),
-                  line("TPMTTable::parse: readBytes != l_iProgramInfoLength! (0 != 5)"),
-                  line("DescriptorLoop::parseDescriptorsLoop: Item length not valid: 3 + 4 > 6. "
-                       "Aborting!"),
-                  line("TProgramMap:parse: read bytes different than network descriptors length "
-                       "(3 != 6)")}));
+    EXPECT_EQ(
+        log.texts(),
+        (std::vector<std::string>{
+            warnLine("DescriptorLoop::parseDescriptorsLoop: Item length not valid: 0 + 6 > 5. "
+                     "Aborting!"),
+            warnLine("TPMTTable::parse: readBytes != l_iProgramInfoLength! (0 != 5)"),
+            warnLine("DescriptorLoop::parseDescriptorsLoop: Item length not valid: 3 + 4 > 6. "
+                     "Aborting!"),
+            warnLine("TProgramMap:parse: read bytes different than network descriptors length "
+                     "(3 != 6)")}));
     delete t;
 }
 
@@ -197,12 +200,12 @@ TEST(PMT, BadLoopLengthsFailTheTable) {
 
     EXPECT_EQ(log.texts(),
               (std::vector<std::string>{
-                  line("TPMTTable::parse: Longer data length is required: (12 + 4) >(7). "
-                       "Aborting!"),
-                  line("TProgramMap::parse: ESInfoLength not valid: 5 + 4 > 8. Aborting!"),
-                  line("TPMTTable::parse: Invalid item. Aborting!"),
-                  line("TProgramMap::parse: Item length not valid: 4. Aborting!"),
-                  line("TPMTTable::parse: Invalid item. Aborting!")}));
+                  warnLine("TPMTTable::parse: Longer data length is required: (12 + 4) >(7). "
+                           "Aborting!"),
+                  warnLine("TProgramMap::parse: ESInfoLength not valid: 5 + 4 > 8. Aborting!"),
+                  warnLine("TPMTTable::parse: Invalid item. Aborting!"),
+                  warnLine("TProgramMap::parse: Item length not valid: 4. Aborting!"),
+                  warnLine("TPMTTable::parse: Invalid item. Aborting!")}));
 
     // A section_length below 4 wraps the body counter: the walk stays inside
     // the 16 bytes handed in (the CRC bytes make a short entry).

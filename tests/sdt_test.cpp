@@ -3,7 +3,7 @@
 
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
-#include "SiSection.h"
+#include "Sections.h"
 #include "TSDTTable.h"
 #include "TServiceDescriptor.h"
 
@@ -56,6 +56,8 @@ TEST(SDT, ServicesFlagsAndJson) {
     EXPECT_EQ(code, 0);
     EXPECT_TRUE(log.lines().empty());
     EXPECT_EQ(t->getTransportStreamID(), 0x0641);
+    EXPECT_EQ(t->getVersion(), 2);
+    EXPECT_EQ(t->getCurrentIndicator(), 1);
     EXPECT_EQ(t->getOriginalNetworkID(), 0x0641);
     EXPECT_EQ(t->getServiceIDs(), (std::list<unsigned short>{0xC840, 0xC858}));
     EXPECT_EQ(t->toJSON(),
@@ -127,15 +129,16 @@ TEST(SDT, EmptyRepeatedAndBrokenServices) {
     EXPECT_EQ(parse(tail, &code), nullptr);
     EXPECT_EQ(code, ERROR_INVALID_ITEM);
 
-    EXPECT_EQ(log.texts(),
-              (std::vector<std::string>{
-                  line("DescriptorLoop::parseDescriptorsLoop: Item length not valid: 0 + 11 > 4. "
-                       "Aborting!"),
-                  line("TServiceDescription::parse: readbytes != desc loop length (0 != 4)"),
-                  line("TServiceDescription::parse: Item length not valid: 3 > 1. Aborting!"),
-                  line("TSDTTable::parse: Invalid item. Aborting!"),
-                  line("TServiceDescription::parse: Item length not valid: 4. Aborting!"),
-                  line("TSDTTable::parse: Invalid item. Aborting!")}));
+    EXPECT_EQ(
+        log.texts(),
+        (std::vector<std::string>{
+            warnLine("DescriptorLoop::parseDescriptorsLoop: Item length not valid: 0 + 11 > 4. "
+                     "Aborting!"),
+            warnLine("TServiceDescription::parse: readbytes != desc loop length (0 != 4)"),
+            warnLine("TServiceDescription::parse: Item length not valid: 3 > 1. Aborting!"),
+            warnLine("TSDTTable::parse: Invalid item. Aborting!"),
+            warnLine("TServiceDescription::parse: Item length not valid: 4. Aborting!"),
+            warnLine("TSDTTable::parse: Invalid item. Aborting!")}));
 
     // A section_length of 9 leaves no room for original_network_id: the
     // wrapped loop count stays inside the 16 bytes handed in.

@@ -3,11 +3,12 @@
 
 #include "ISDBTUtils.h"
 #include "LogCapture.h"
-#include "SiSection.h"
+#include "Sections.h"
 #include "TLocalTimeOffsetDescriptor.h"
 #include "TNetworkNameDescriptor.h"
 #include "TServiceDescriptor.h"
 #include "TTSInformationDescriptor.h"
+#include "TTSInformationDescriptorItem.h"
 
 using namespace Sarn;
 
@@ -18,7 +19,8 @@ TEST(NetworkNameAndService, NamesCountsAndJson) {
     // "TV INTEGRAÇÃO" in plain 8-bit Latin, with a shift code in the middle.
     Bytes net = {0x40, 0x0E, 'T', 'V', ' ', 0x0E, 'I',  'N',
                  'T',  'E',  'G', 'R', 'A', 0xC7, 0xC3, 'O'};
-    TNetworkNameDescriptor* n = TNetworkNameDescriptor::parse(net.data(), size(net), &read, &code);
+    TNetworkNameDescriptor* n =
+        TNetworkNameDescriptor::parse(net.data(), length(net), &read, &code);
     ASSERT_NE(n, nullptr);
     EXPECT_EQ(code, 0);
     EXPECT_EQ(read, 14u);
@@ -34,7 +36,7 @@ TEST(NetworkNameAndService, NamesCountsAndJson) {
 
     Bytes svc = {0x48, 0x0E, 0x01, 0x04, 'S', 'A', 'R', 'N',
                  0x07, 'S',  'A',  'R',  'N', ' ', 'H', 'D'};
-    TServiceDescriptor* s = TServiceDescriptor::parse(svc.data(), size(svc), &read, &code);
+    TServiceDescriptor* s = TServiceDescriptor::parse(svc.data(), length(svc), &read, &code);
     ASSERT_NE(s, nullptr);
     EXPECT_EQ(code, 0);
     EXPECT_EQ(read, 13u);  // the two names with their length bytes only
@@ -48,25 +50,27 @@ TEST(NetworkNameAndService, NamesCountsAndJson) {
 
     // The provider name fills the body: no room for the service name's length.
     Bytes full = {0x48, 0x05, 0x01, 0x03, 'A', 'B', 'C'};
-    EXPECT_EQ(TServiceDescriptor::parse(full.data(), size(full), &read, &code), nullptr);
+    EXPECT_EQ(TServiceDescriptor::parse(full.data(), length(full), &read, &code), nullptr);
     EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
     Bytes longProvider = {0x48, 0x04, 0x01, 0x05, 'A', 'B'};
-    EXPECT_EQ(TServiceDescriptor::parse(longProvider.data(), size(longProvider), &read, &code),
+    EXPECT_EQ(TServiceDescriptor::parse(longProvider.data(), length(longProvider), &read, &code),
               nullptr);
     EXPECT_EQ(code, ERROR_FIELD_PARSE);
     Bytes longName = {0x48, 0x05, 0x01, 0x00, 0x03, 'A', 'B'};
-    EXPECT_EQ(TServiceDescriptor::parse(longName.data(), size(longName), &read, &code), nullptr);
+    EXPECT_EQ(TServiceDescriptor::parse(longName.data(), length(longName), &read, &code), nullptr);
     EXPECT_EQ(code, ERROR_FIELD_PARSE);
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
-            line("TServiceDescriptor::parse: Longer data length is required: 0 < 1. Aborting!"),
-            line("ParserUtils::parseStr: ERROR: String length exceeds available data length: 5 > "
-                 "2. Aborting!"),
-            line("TServiceDescriptor:: parse: ERROR: parsing Service Provider Name. Aborting!"),
-            line("ParserUtils::parseStr: ERROR: String length exceeds available data length: 3 > "
-                 "2. Aborting!"),
-            line("TServiceDescriptor:: parse: ERROR: parsing Service Name. Aborting!")}));
+            warnLine("TServiceDescriptor::parse: Longer data length is required: 0 < 1. Aborting!"),
+            warnLine(
+                "ParserUtils::parseStr: ERROR: String length exceeds available data length: 5 > "
+                "2. Aborting!"),
+            warnLine("TServiceDescriptor:: parse: ERROR: parsing Service Provider Name. Aborting!"),
+            warnLine(
+                "ParserUtils::parseStr: ERROR: String length exceeds available data length: 3 > "
+                "2. Aborting!"),
+            warnLine("TServiceDescriptor:: parse: ERROR: parsing Service Name. Aborting!")}));
 }
 
 namespace {
@@ -105,7 +109,7 @@ TEST(LocalTimeOffset, EntriesInCodeOrderAndOffsetRendering) {
     Bytes b = offsetDescriptor({offsetItem("BRA", 0x03, 0x03, 0x00, 0xE14D, 0x02, 0x00),
                                 offsetItem("ARG", 0x0A, 0x03, 0x30, 0x0000, 0x10, 0x30)});
     TLocalTimeOffsetDescriptor* d =
-        TLocalTimeOffsetDescriptor::parse(b.data(), size(b), &read, &code);
+        TLocalTimeOffsetDescriptor::parse(b.data(), length(b), &read, &code);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(code, 0);
     EXPECT_EQ(read, 13u);
@@ -131,10 +135,22 @@ TEST(LocalTimeOffset, EntriesInCodeOrderAndOffsetRendering) {
     EXPECT_EQ(d->get("ARG"), nullptr);
     delete d;
 
+    // Single-digit minutes count in full; the rendering keeps hours only.
+    Bytes minutes = offsetDescriptor({offsetItem("URY", 0x05, 0x01, 0x07, 0x0000, 0x00, 0x09)});
+    d = TLocalTimeOffsetDescriptor::parse(minutes.data(), length(minutes), &read, &code);
+    ASSERT_NE(d, nullptr);
+    EXPECT_EQ(d->get("URY")->getCountryRegionID(), 1);
+    EXPECT_EQ(d->get("URY")->getLocalTimeOffsetPolarity(), 1);
+    EXPECT_EQ(d->get("URY")->getLocalTimeOffset(), 4020);
+    EXPECT_EQ(d->get("URY")->getNextTimeOffset(), 540);
+    EXPECT_NE(d->toJSON().find("\"local_time_offset\":\"01:00\""), std::string::npos);
+    EXPECT_NE(d->toJSON().find("\"next_time_offset\":\"00:00\""), std::string::npos);
+    delete d;
+
     // A repeated country code: the later entry stays (the earlier is freed).
     Bytes twice = offsetDescriptor({offsetItem("BRA", 0x03, 0x03, 0x00, 0xE14D, 0x02, 0x00),
                                     offsetItem("BRA", 0x03, 0x02, 0x00, 0xE0A8, 0x03, 0x00)});
-    d = TLocalTimeOffsetDescriptor::parse(twice.data(), size(twice), &read, &code);
+    d = TLocalTimeOffsetDescriptor::parse(twice.data(), length(twice), &read, &code);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(d->size(), 1);
     EXPECT_EQ(d->get("BRA")->getLocalTimeOffset(), 7200);
@@ -144,24 +160,25 @@ TEST(LocalTimeOffset, EntriesInCodeOrderAndOffsetRendering) {
     // Eleven body bytes pass the header check but hold no whole entry; a
     // whole entry followed by a partial one fails just the same.
     Bytes eleven = {0x58, 0x0B, 'B', 'R', 'A', 0x03, 0x03, 0x00, 0xE1, 0x4D, 0x00, 0x00, 0x00};
-    EXPECT_EQ(TLocalTimeOffsetDescriptor::parse(eleven.data(), size(eleven), &read, &code),
+    EXPECT_EQ(TLocalTimeOffsetDescriptor::parse(eleven.data(), length(eleven), &read, &code),
               nullptr);
     EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
     Bytes partial = offsetDescriptor(
         {offsetItem("BRA", 0x03, 0x03, 0x00, 0xE14D, 0x02, 0x00), Bytes{'A', 'R', 'G'}});
-    EXPECT_EQ(TLocalTimeOffsetDescriptor::parse(partial.data(), size(partial), &read, &code),
+    EXPECT_EQ(TLocalTimeOffsetDescriptor::parse(partial.data(), length(partial), &read, &code),
               nullptr);
     EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
-    EXPECT_EQ(log.texts(),
-              (std::vector<std::string>{
-                  line("TLocalTimeOffsetDescriptorItem::parse: Descriptor length not valid: 11. "
-                       "Aborting!"),
-                  line("TLocalTimeOffsetDescriptor::parse: Descriptor length not valid: 13. "
-                       "Aborting!"),
-                  line("TLocalTimeOffsetDescriptorItem::parse: Descriptor length not valid: 3. "
-                       "Aborting!"),
-                  line("TLocalTimeOffsetDescriptor::parse: Descriptor length not valid: 18. "
-                       "Aborting!")}));
+    EXPECT_EQ(
+        log.texts(),
+        (std::vector<std::string>{
+            warnLine("TLocalTimeOffsetDescriptorItem::parse: Descriptor length not valid: 11. "
+                     "Aborting!"),
+            warnLine("TLocalTimeOffsetDescriptor::parse: Descriptor length not valid: 13. "
+                     "Aborting!"),
+            warnLine("TLocalTimeOffsetDescriptorItem::parse: Descriptor length not valid: 3. "
+                     "Aborting!"),
+            warnLine("TLocalTimeOffsetDescriptor::parse: Descriptor length not valid: 18. "
+                     "Aborting!")}));
 }
 
 TEST(TSInformation, NameLayersServicesAndFailures) {
@@ -172,7 +189,8 @@ TEST(TSInformation, NameLayersServicesAndFailures) {
     // with service 0xC858, layer B with 0xC840 and 0xC841.
     Bytes b = {0xCD, 0x11, 0x05, 0x12, 'S',  'A',  'R',  'N',  0x0F, 0x01,
                0xC8, 0x58, 0xAF, 0x02, 0xC8, 0x40, 0xC8, 0x41, 0xFF};
-    TTSInformationDescriptor* d = TTSInformationDescriptor::parse(b.data(), size(b), &read, &code);
+    TTSInformationDescriptor* d =
+        TTSInformationDescriptor::parse(b.data(), length(b), &read, &code);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(code, 0);
     EXPECT_EQ(read, 18u);  // the trailing byte belongs to no transmission type
@@ -187,11 +205,16 @@ TEST(TSInformation, NameLayersServicesAndFailures) {
     EXPECT_FALSE(d->removeTransmissionType(2));
     EXPECT_TRUE(d->removeTransmissionType(0));
     EXPECT_EQ(d->getTransmissionTypeCount(), 1);
+    d->addTransmissionType(nullptr);
+    EXPECT_EQ(d->getTransmissionTypeCount(), 1);
+    TTSInformationDescriptorItem* added = new TTSInformationDescriptorItem();
+    d->addTransmissionType(added);
+    EXPECT_EQ(d->getTransmissionType(1), added);
     delete d;
 
     // Three services announced, one present: all three render, the missing as 0.
     Bytes few = {0xCD, 0x06, 0x01, 0x01, 0x0F, 0x03, 0xC8, 0x58};
-    d = TTSInformationDescriptor::parse(few.data(), size(few), &read, &code);
+    d = TTSInformationDescriptor::parse(few.data(), length(few), &read, &code);
     ASSERT_NE(d, nullptr);
     EXPECT_EQ(d->getTransmissionType(0)->getNumberOfServices(), 3);
     EXPECT_NE(d->toJSON().find("\"serviceId\":[51288,0,0]"), std::string::npos);
@@ -199,18 +222,19 @@ TEST(TSInformation, NameLayersServicesAndFailures) {
     EXPECT_TRUE(log.lines().empty());
 
     Bytes longName = {0xCD, 0x03, 0x01, 0x10, 'S'};
-    EXPECT_EQ(TTSInformationDescriptor::parse(longName.data(), size(longName), &read, &code),
+    EXPECT_EQ(TTSInformationDescriptor::parse(longName.data(), length(longName), &read, &code),
               nullptr);
     EXPECT_EQ(code, ERROR_FIELD_PARSE);
     Bytes shortItem = {0xCD, 0x03, 0x01, 0x01, 0x0F};
-    EXPECT_EQ(TTSInformationDescriptor::parse(shortItem.data(), size(shortItem), &read, &code),
+    EXPECT_EQ(TTSInformationDescriptor::parse(shortItem.data(), length(shortItem), &read, &code),
               nullptr);
     EXPECT_EQ(code, ERROR_DESCRIPTOR_LENGTH);
-    EXPECT_EQ(log.texts(),
-              (std::vector<std::string>{
-                  line("ParserUtils::parseStr: ERROR: String length exceeds available data "
-                       "length: 4 > 1. Aborting!"),
-                  line("TTSInformationDescriptor:: parse: ERROR: parsing TS Name. Aborting!"),
-                  line("TTSInformationDescriptorItem::parse: Item length not valid: 1. Aborting!"),
-                  line("TTSInformationDescriptor::parse: Invalid item. Aborting!")}));
+    EXPECT_EQ(
+        log.texts(),
+        (std::vector<std::string>{
+            warnLine("ParserUtils::parseStr: ERROR: String length exceeds available data "
+                     "length: 4 > 1. Aborting!"),
+            warnLine("TTSInformationDescriptor:: parse: ERROR: parsing TS Name. Aborting!"),
+            warnLine("TTSInformationDescriptorItem::parse: Item length not valid: 1. Aborting!"),
+            warnLine("TTSInformationDescriptor::parse: Invalid item. Aborting!")}));
 }

@@ -11,10 +11,10 @@ using namespace Sarn;
 
 namespace {
 
-// program 0x5C20 on PID 0x0101, network PID 0x0010; version 1, current.
-Bytes patSection(unsigned char versionByte = 0xC3, unsigned char sectionNumber = 0) {
-    return withCrc({0x00, 0xB0, 0x11, 0x02, 0xE1, versionByte, sectionNumber, 0x00, 0x00, 0x00,
-                    0xE0, 0x10, 0x5C, 0x20, 0xE1, 0x01});
+// program 0x5C20 on PID 0x0101, network PID 0x0010 of TS 0x02E1.
+Bytes patSection(unsigned char version = 1, unsigned char sectionNumber = 0) {
+    return longSection(0x00, 0x02E1, version, {0x00, 0x00, 0xE0, 0x10, 0x5C, 0x20, 0xE1, 0x01},
+                       sectionNumber);
 }
 
 struct Result {
@@ -28,10 +28,6 @@ Result parsePat(Bytes& b, int checkCrc = 1, TPATTable* previous = nullptr,
     TPATTable* t = TPATTable::parse(b.data(), static_cast<unsigned int>(b.size()), 0, checkCrc,
                                     &code, previous);
     return {t, code};
-}
-
-std::string line(const char* text, int priority = 5) {
-    return std::to_string(priority) + " SarnISDBTUtils: " + text;
 }
 
 }  // namespace
@@ -64,13 +60,14 @@ TEST(TableHeader, RefusalsInOrderWithTheirCodesAndMessages) {
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
-            line("TISDBTTable::parse: Invalid data. Aborting!"),
-            line("TISDBTTable::parse: Longer data length is required: 6 < 12. Aborting!"),
-            line("TISDBTTable::parse: Unexpected table ID. Got 0x02, instead of 0x00. Aborting!"),
-            line("TISDBTTable::parse: Section length exceeds data length. Aborting!"),
-            line("TISDBTTable::parse: CRC32  FAIL! (0xD1EC3AC0 != 0xD0349647). Data may be "
-                 "corrupted!",
-                 6),
+            warnLine("TISDBTTable::parse: Invalid data. Aborting!"),
+            warnLine("TISDBTTable::parse: Longer data length is required: 6 < 12. Aborting!"),
+            warnLine(
+                "TISDBTTable::parse: Unexpected table ID. Got 0x02, instead of 0x00. Aborting!"),
+            warnLine("TISDBTTable::parse: Section length exceeds data length. Aborting!"),
+            logLine(6,
+                    "TISDBTTable::parse: CRC32  FAIL! (0xD1EC3AC0 != 0xD0349647). Data may be "
+                    "corrupted!"),
         }));
     for (const LogLine& l : log.lines())
         EXPECT_EQ(l.tag, "Sarn");
@@ -118,8 +115,8 @@ TEST(TableHeader, ShortBodiesAndWrappedSectionLength) {
     // A long-form section whose body counter is 4 after the short header.
     Bytes eight = {0x00, 0xB0, 0x08, 0x00, 0x01, 0xC1, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00};
     EXPECT_EQ(parsePat(eight, 0).code, ERROR_SECTION_LENGTH);
-    EXPECT_EQ(log.texts(),
-              std::vector<std::string>{line("TISDBTVersionedTable::parse: Section length 4 < 5")});
+    EXPECT_EQ(log.texts(), std::vector<std::string>{
+                               warnLine("TISDBTVersionedTable::parse: Section length 4 < 5")});
 
     // section_length 0..3 wraps the 16-bit body counter; the walk must still
     // stay inside the 12 bytes handed in (the sanitized run checks the reads).
@@ -144,7 +141,7 @@ TEST(TableHeader, LongFormHeaderMustFitInTheBuffer) {
     EXPECT_EQ(code, ERROR_SECTION_LENGTH);
     EXPECT_EQ(log.texts(),
               std::vector<std::string>{
-                  line("TISDBTTable::parse: Section length exceeds data length. Aborting!")});
+                  warnLine("TISDBTTable::parse: Section length exceeds data length. Aborting!")});
     seven.push_back(0x00);
     EXPECT_TRUE(table.parseCommonHeader(seven.data(), 8, 0, &code, &remaining, nullptr));
     EXPECT_EQ(remaining, 65529);
@@ -152,7 +149,7 @@ TEST(TableHeader, LongFormHeaderMustFitInTheBuffer) {
 
 TEST(TableHeader, PreviousTableComparison) {
     LogCapture log;
-    Bytes first = patSection(0xC7);  // version 3
+    Bytes first = patSection(3);
     Result a = parsePat(first);
     ASSERT_NE(a.table, nullptr);
 
@@ -167,7 +164,7 @@ TEST(TableHeader, PreviousTableComparison) {
     EXPECT_EQ(parsePat(same, 0, noCrc.table).code, ERROR_TABLE_UNCHANGED);
     delete noCrc.table;
 
-    Bytes next = patSection(0xC9);  // version 4
+    Bytes next = patSection(4);
     Result b = parsePat(next, 1, a.table);
     ASSERT_NE(b.table, nullptr);
     EXPECT_EQ(b.code, 0);
@@ -175,7 +172,7 @@ TEST(TableHeader, PreviousTableComparison) {
     delete b.table;
 
     // Section 1 of a multi-section table is refused without touching the code.
-    Bytes second = patSection(0xC9, 1);
+    Bytes second = patSection(4, 1);
     Result multi = parsePat(second, 1, a.table, 1234);
     EXPECT_EQ(multi.table, nullptr);
     EXPECT_EQ(multi.code, 1234);
@@ -186,8 +183,8 @@ TEST(TableHeader, PreviousTableComparison) {
     delete alone.table;
 
     EXPECT_EQ(log.texts(),
-              std::vector<std::string>{
-                  line("TISDBTVersionedTable::parse: Multi-section parsing not supported. TODO!")});
+              std::vector<std::string>{warnLine(
+                  "TISDBTVersionedTable::parse: Multi-section parsing not supported. TODO!")});
     delete a.table;
 }
 
@@ -222,6 +219,6 @@ TEST(TableHeader, ShortFormMinimumsAndAnyTableId) {
     EXPECT_EQ(remaining, 0);
     EXPECT_EQ(anyId.toJSON(), "\"table_id\":119,\"section_length\":4");
     EXPECT_EQ(log.texts(),
-              std::vector<std::string>{
-                  line("TISDBTTable::parse: Longer data length is required: 6 < 7. Aborting!")});
+              std::vector<std::string>{warnLine(
+                  "TISDBTTable::parse: Longer data length is required: 6 < 7. Aborting!")});
 }

@@ -189,6 +189,7 @@ TEST(TransportProtocolDescriptor, InteractionChannelAndProtocol5ClassesAreNotClo
     EXPECT_EQ(ic.getURLExtension(0, 1), "");
     EXPECT_EQ(ic.getURLBase(1), "u");
     EXPECT_EQ(ic.getURLExtensionCount(1), 0u);
+    EXPECT_EQ(ic.getURLBase(2), "");
     EXPECT_EQ(ic.getTransportProtocolLabel(), 9);
     EXPECT_EQ(ic.getType(), TTransportProtocolDescriptor::TYPE_DC);
     EXPECT_EQ(TTransportProtocolDescriptor::clone(&ic), nullptr);

@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "LogCapture.h"
 #include "Sections.h"
 
 /**
@@ -26,9 +27,18 @@ struct ParsedDescriptor {
     T* d = nullptr;
 };
 
-/** A warning line as LogCapture::texts() shows it. */
-inline std::string warnLine(const std::string& text) {
-    return "5 SarnISDBTUtils: " + text;
+/**
+ * T::parse over the bytes in one line: "read=<byte count> <JSON>" for a
+ * descriptor with error code 0, otherwise "null code=<code>" or
+ * "code=<code> read=<byte count> <JSON>".
+ */
+template <typename T>
+std::string outcome(Bytes b) {
+    ParsedDescriptor<T> p(std::move(b));
+    if (p.d == nullptr)
+        return "null code=" + std::to_string(p.code);
+    const std::string read = "read=" + std::to_string(p.read) + " ";
+    return (p.code == 0 ? read : "code=" + std::to_string(p.code) + " " + read) + p.d->toJSON();
 }
 
 #endif

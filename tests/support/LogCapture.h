@@ -33,4 +33,14 @@ class LogCapture {
     LogCapture* outer;
 };
 
+/** A line as LogCapture::texts() shows it: "<priority> SarnISDBTUtils: <text>". */
+inline std::string logLine(int priority, const std::string& text) {
+    return std::to_string(priority) + " SarnISDBTUtils: " + text;
+}
+
+/** A warning line (priority 5) as LogCapture::texts() shows it. */
+inline std::string warnLine(const std::string& text) {
+    return logLine(5, text);
+}
+
 #endif

@@ -27,19 +27,39 @@ Bytes withCrc(Bytes section) {
     return section;
 }
 
-Bytes longSection(unsigned char tableId, unsigned short extension, unsigned char versionByte,
-                  const Bytes& body) {
+Bytes longSection(unsigned char tableId, unsigned short extension, unsigned char version,
+                  const Bytes& body, unsigned char sectionNumber, unsigned char lastSectionNumber) {
     const size_t sectionLength = 5 + body.size() + 4;
     Bytes s = {tableId,
                static_cast<unsigned char>(0xB0 | ((sectionLength >> 8) & 0x0F)),
                static_cast<unsigned char>(sectionLength & 0xFF),
                static_cast<unsigned char>(extension >> 8),
                static_cast<unsigned char>(extension & 0xFF),
-               versionByte,
-               0x00,
-               0x00};
+               static_cast<unsigned char>(0xC1 | ((version & 0x1F) << 1)),
+               sectionNumber,
+               lastSectionNumber};
     s.insert(s.end(), body.begin(), body.end());
     return withCrc(s);
+}
+
+Bytes shortSection(unsigned char tableId, const Bytes& body) {
+    const size_t sectionLength = body.size() + 4;
+    Bytes s = {tableId, static_cast<unsigned char>(0xB0 | ((sectionLength >> 8) & 0x0F)),
+               static_cast<unsigned char>(sectionLength & 0xFF)};
+    s.insert(s.end(), body.begin(), body.end());
+    return withCrc(s);
+}
+
+Bytes loop12(const Bytes& content) {
+    const size_t n = content.size();
+    // Sized once and filled in place: growing a two-byte vector by insert()
+    // makes g++ 12 at -O3 warn about a memcpy past its old end (-Warray-bounds)
+    // although the copy goes to the new storage.
+    Bytes b(n + 2);
+    b[0] = static_cast<unsigned char>(0xF0 | ((n >> 8) & 0x0F));
+    b[1] = static_cast<unsigned char>(n & 0xFF);
+    std::copy(content.begin(), content.end(), b.begin() + 2);
+    return b;
 }
 
 Bytes join(std::initializer_list<Bytes> parts) {

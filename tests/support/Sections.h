@@ -15,15 +15,38 @@ Bytes withCrc(Bytes section);
 
 /**
  * A long-form section around body: table_id, section_length (with the syntax
- * bits 0xB0), table_id_extension, the version byte (version_number and
- * current_next_indicator), section_number and last_section_number 0, body
- * and a correct CRC32.
+ * bits 0xB0), table_id_extension, the 5-bit version_number with
+ * current_next_indicator 1, section_number and last_section_number, body and
+ * a correct CRC32.
  */
-Bytes longSection(unsigned char tableId, unsigned short extension, unsigned char versionByte,
-                  const Bytes& body);
+Bytes longSection(unsigned char tableId, unsigned short extension, unsigned char version,
+                  const Bytes& body, unsigned char sectionNumber = 0,
+                  unsigned char lastSectionNumber = 0);
+
+/** A short-form section (no table_id_extension) with a correct section_length and CRC32. */
+Bytes shortSection(unsigned char tableId, const Bytes& body);
+
+/** A loop: four reserved bits and a 12-bit length, then the content. */
+Bytes loop12(const Bytes& content);
+
+/** Two bytes, big-endian. */
+inline Bytes be16(unsigned int v) {
+    return {static_cast<unsigned char>(v >> 8), static_cast<unsigned char>(v)};
+}
 
 /** The parts one after another. */
 Bytes join(std::initializer_list<Bytes> parts);
+
+/** Concatenation, to build loops piece by piece. */
+inline Bytes operator+(Bytes a, const Bytes& b) {
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
+}
+
+/** The byte count of a buffer, as the parsers take it. */
+inline unsigned int length(const Bytes& b) {
+    return static_cast<unsigned int>(b.size());
+}
 
 /** Bytes from hexadecimal text; blanks are ignored. */
 Bytes fromHex(const std::string& hex);
