@@ -66,11 +66,16 @@ TEST(EmergencyInformationDescriptor, BrokenItemsFailTheDescriptor) {
     EXPECT_EQ(beyond.d, nullptr);
     EXPECT_EQ(beyond.code, ERROR_DESCRIPTOR_LENGTH);
 
+    // No data: refused with the length handed in.
+    code = 0;
+    EXPECT_EQ(TEmergencyInformationDescriptorItem::parse(nullptr, 9, nullptr, &code), nullptr);
+    EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
+
     EXPECT_EQ(log.texts(),
               (std::vector<std::string>{
                   kItemShort + "4. Aborting!", kInvalid,
                   "6 SarnISDBTUtils: TEmergencyInformationDescriptorItem::parse The area code "
                   "length is not a multiple of 2 (value: 3)",
-                  kItemShort + "6. Aborting!", kInvalid}));
+                  kItemShort + "6. Aborting!", kInvalid, kItemShort + "9. Aborting!"}));
     EXPECT_EQ(log.lines()[2].priority, 6);
 }
