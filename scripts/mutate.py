@@ -370,7 +370,7 @@ def main():
 
     if args.list:
         for m in order[:args.count]:
-            print(f"{m.where()} [{m.kind}] {show(m.before)}  ->  {show(m.after)}")
+            print(f"{m.where()} ({m.kind}) {show(m.before)}  ->  {show(m.after)}")
         return 0
 
     dirty = src_is_clean()
@@ -397,6 +397,7 @@ def main():
     def interrupt(signum, frame):
         raise KeyboardInterrupt
 
+    signal.signal(signal.SIGINT, signal.default_int_handler)
     signal.signal(signal.SIGTERM, interrupt)
     signal.signal(signal.SIGHUP, interrupt)
 
@@ -415,10 +416,10 @@ def main():
                     code, failed = runner.test(timeout)
             finally:
                 restore(mutant, original)
-            label = f"{mutant.where()} [{mutant.kind}] {show(mutant.before)}  ->  {show(mutant.after)}"
+            label = f"{mutant.where()} ({mutant.kind}) {show(mutant.before)}  ->  {show(mutant.after)}"
             if not built:
                 discarded += 1
-                print(f"  -- {label}: does not compile, discarded ({first_error(out)})", flush=True)
+                print(f"  -- {label} ... does not compile, discarded ({first_error(out)})", flush=True)
                 continue
             tested += 1
             if code == 0:
@@ -428,11 +429,13 @@ def main():
                 killed += 1
                 if code is None:
                     verdict = "killed (timeout)"
+                elif code < 0:
+                    verdict = f"killed (crash, signal {-code})"
                 elif failed:
                     verdict = "killed by " + failed[0]
                 else:
                     verdict = f"killed (exit {code})"
-            print(f"[{tested}/{args.count}] {label}: {verdict}", flush=True)
+            print(f"[{tested}/{args.count}] {label} ... {verdict}", flush=True)
     except KeyboardInterrupt:
         print("\ninterrupted; the source file is restored", flush=True)
     finally:
