@@ -110,7 +110,7 @@ COMPARISONS = {"<": "<=", "<=": "<", ">": ">=", ">=": ">", "==": "!=", "!=": "==
 # A binary comparison as the project's formatting writes it: spaced on both
 # sides. Templates (vector<T>), shifts, arrows and streams never are.
 COMPARISON_RE = re.compile(r"(?<=\s)(<=|>=|==|!=|<|>)(?=\s)")
-INTEGER_RE = re.compile(r"(?<![\w.])(0[xX][0-9A-Fa-f]+|\d+)([uUlL]*)(?![\w.])")
+INTEGER_RE = re.compile(r"(?<![\w.])(0[xX][0-9A-Fa-f]+|\d+)[uUlL]*(?![\w.])")
 MASK_RE = re.compile(r"(?:[^&|]|^)[&|]=?\s+$")
 SHIFT_RE = re.compile(r"(?:<<|>>)=?\s*$")
 RETURN_RE = re.compile(r"\breturn\s+(true|false|0|1)\s*;")
@@ -161,7 +161,7 @@ def line_sites(path, lines, code_lines):
         for m in COMPARISON_RE.finditer(code):
             add("comparison", m.start(1), m.end(1), COMPARISONS[m.group(1)])
         for m in INTEGER_RE.finditer(code):
-            digits, suffix = m.group(1), m.group(2)
+            digits = m.group(1)
             value = integer_value(digits)
             prefix = code[: m.start()]
             if SHIFT_RE.search(prefix):
