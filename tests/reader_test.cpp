@@ -31,6 +31,16 @@ TEST(Reader, ReadsBigEndianFieldsAndFailsForGoodPastTheEnd) {
     EXPECT_EQ(r.bytes(0), nullptr);
     EXPECT_EQ(r.position(), 11u);
 
+    unsigned char tag = 0, size = 0;
+    EXPECT_FALSE(r.peekHeader(tag, size));  // failed: no header either
+    Reader header(d, 2);
+    ASSERT_TRUE(header.peekHeader(tag, size));
+    EXPECT_EQ(tag, 0xE1);
+    EXPECT_EQ(size, 0x01);
+    EXPECT_EQ(header.position(), 0u);  // peeked, not read
+    header.skip(1);
+    EXPECT_FALSE(header.peekHeader(tag, size));  // one byte cannot hold a header
+
     Reader empty(nullptr, 5);  // no data: nothing to read
     EXPECT_EQ(empty.remaining(), 0u);
     EXPECT_EQ(empty.u8(), 0);

@@ -42,17 +42,17 @@ unsigned int DescriptorLoop::parseDescriptorsLoop(unsigned char* data, unsigned 
     // loop instead of doubling its way up (the walk below does the checks).
     const DescriptorFactoryTable& kinds = known();
     unsigned int expected = 0;
-    for (bytes::Reader look(data, length); look.has(2);) {
-        const unsigned char tag = look.u8();
-        look.skip(look.u8());
+    bytes::Reader look(data, length);
+    for (unsigned char tag = 0, size = 0; look.peekHeader(tag, size);) {
+        look.skip(size + 2u);
         expected += builds(kinds, acceptedTags, tag) ? 1u : 0u;
     }
     if (expected > 1)
         descriptors.reserve(descriptors.size() + expected);
     bytes::Reader in(data, length);
     // A single trailing byte cannot hold a header and is ignored.
-    while (in.has(2)) {
-        const unsigned int n = in.peek(1) + 2u;
+    for (unsigned char tag = 0, size = 0; in.peekHeader(tag, size);) {
+        const unsigned int n = size + 2u;
         if (!in.has(n)) {
             SARN_LOGW(
                 "%s: DescriptorLoop::parseDescriptorsLoop: Item length not valid: %u + %u > %d. "
@@ -62,7 +62,10 @@ unsigned int DescriptorLoop::parseDescriptorsLoop(unsigned char* data, unsigned 
         }
         unsigned char* descriptor = in.mutableCurrent();
         in.skip(n);
-        parseDescriptor(descriptor, n);
+        // As parseDescriptor, without looking the table up again.
+        if (builds(kinds, acceptedTags, tag))
+            if (TISDBTDescriptor* d = kinds.at[tag](descriptor, n, nullptr, nullptr))
+                descriptors.push_back(d);
     }
     return in.position();
 }

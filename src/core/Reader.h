@@ -77,6 +77,17 @@ class Reader {
 
     /** Steps over n bytes. */
     void skip(unsigned int n) { take(n); }
+    /**
+     * The two header bytes (tag and length) of the next descriptor, without
+     * reading them: false when fewer than two bytes are left.
+     */
+    bool peekHeader(unsigned char& tag, unsigned char& length) const {
+        if (!has(2))
+            return false;
+        tag = base[pos];
+        length = base[pos + 1];
+        return true;
+    }
     /** The next n bytes (stepped over), or null. */
     const unsigned char* bytes(unsigned int n) { return take(n) ? base + pos - n : nullptr; }
 
