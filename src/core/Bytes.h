@@ -1,7 +1,7 @@
 #ifndef SARN_CORE_BYTES_H
 #define SARN_CORE_BYTES_H
 
-// Big-endian field readers, a bounds test and owned byte copies. The field
+// Big-endian field readers and owned byte copies. The field
 // readers do not check: parsers read through bytes::Reader (Reader.h), which
 // checks every read and uses them underneath.
 
@@ -28,11 +28,6 @@ inline unsigned short pid13(const unsigned char* p) {
 /** 12-bit length after four reserved bits. */
 inline unsigned short len12(const unsigned char* p) {
     return static_cast<unsigned short>(((p[0] & 0x0F) << 8) | p[1]);
-}
-
-/** True when n bytes starting at pos lie within len bytes (no overflow). */
-inline bool fits(unsigned int pos, unsigned int n, unsigned int len) {
-    return pos <= len && n <= len - pos;
 }
 
 /**

@@ -78,11 +78,6 @@ bool removeAt(std::vector<V*>& entries, unsigned int index) {
     entries.erase(entries.begin() + index);
     return true;
 }
-/** The same as removeAt (the lists never hold a null entry). */
-template <typename V>
-bool eraseAt(std::vector<V*>& entries, unsigned int index) {
-    return removeAt(entries, index);
-}
 
 /** Appends an entry (a null pointer is not stored). */
 template <typename V>

@@ -93,7 +93,7 @@ TTSInformationDescriptorItem* TTSInformationDescriptor::getTransmissionType(
 }
 
 bool TTSInformationDescriptor::removeTransmissionType(unsigned char index) {
-    return owned::eraseAt(transmissionTypes, index);
+    return owned::removeAt(transmissionTypes, index);
 }
 
 std::string TTSInformationDescriptor::toJSON() const {
