@@ -13,20 +13,6 @@ using namespace Sarn;
 namespace {
 
 // A long-form section (extension 1, version 0, current) around body, with its CRC32.
-Bytes longForm(unsigned char tableId, const Bytes& body) {
-    const unsigned int length = 5u + static_cast<unsigned int>(body.size()) + 4u;
-    Bytes b = {tableId,
-               static_cast<unsigned char>(0xB0 | (length >> 8)),
-               static_cast<unsigned char>(length & 0xFF),
-               0x00,
-               0x01,
-               0xC1,
-               0x00,
-               0x00};
-    b.insert(b.end(), body.begin(), body.end());
-    return withCrc(b);
-}
-
 struct Kind {
     Bytes section;
     TISDBTTable::Type type;
@@ -36,20 +22,23 @@ struct Kind {
 // The smallest well-formed section of every class.
 std::vector<Kind> everyKind() {
     return {
-        {longForm(0x00, {0x00, 0x00, 0xE0, 0x10}), TISDBTTable::TYPE_PAT, true},
-        {longForm(0x02, {0xE1, 0x00, 0xF0, 0x00}), TISDBTTable::TYPE_PMT, true},
-        {longForm(0x3B, {}), TISDBTTable::TYPE_DSI_DII, false},
-        {longForm(0x3C, {}), TISDBTTable::TYPE_DDB, false},
-        {longForm(0x3D, {}), TISDBTTable::TYPE_DSMCC, true},
-        {longForm(0x40, {0xF0, 0x00, 0xF0, 0x00}), TISDBTTable::TYPE_NIT, true},
-        {longForm(0x42, {0x00, 0x01, 0xFF}), TISDBTTable::TYPE_SDT, true},
-        {longForm(0x4E, {0x00, 0x01, 0x00, 0x01, 0x00, 0x4E}), TISDBTTable::TYPE_EIT_27, true},
-        {longForm(0x6F, {0x00, 0x01, 0x00, 0x01, 0x00, 0x6F}), TISDBTTable::TYPE_EIT_27, true},
+        {longSection(0x00, 0x0001, 0, {0x00, 0x00, 0xE0, 0x10}), TISDBTTable::TYPE_PAT, true},
+        {longSection(0x02, 0x0001, 0, {0xE1, 0x00, 0xF0, 0x00}), TISDBTTable::TYPE_PMT, true},
+        {longSection(0x3B, 0x0001, 0, {}), TISDBTTable::TYPE_DSI_DII, false},
+        {longSection(0x3C, 0x0001, 0, {}), TISDBTTable::TYPE_DDB, false},
+        {longSection(0x3D, 0x0001, 0, {}), TISDBTTable::TYPE_DSMCC, true},
+        {longSection(0x40, 0x0001, 0, {0xF0, 0x00, 0xF0, 0x00}), TISDBTTable::TYPE_NIT, true},
+        {longSection(0x42, 0x0001, 0, {0x00, 0x01, 0xFF}), TISDBTTable::TYPE_SDT, true},
+        {longSection(0x4E, 0x0001, 0, {0x00, 0x01, 0x00, 0x01, 0x00, 0x4E}),
+         TISDBTTable::TYPE_EIT_27, true},
+        {longSection(0x6F, 0x0001, 0, {0x00, 0x01, 0x00, 0x01, 0x00, 0x6F}),
+         TISDBTTable::TYPE_EIT_27, true},
         {withCrc({0x73, 0x70, 0x0B, 0xE8, 0x36, 0x12, 0x00, 0x00, 0xF0, 0x00}),
          TISDBTTable::TYPE_TOT, true},
-        {longForm(0x74, {0xF0, 0x00, 0xF0, 0x00}), TISDBTTable::TYPE_AIT, true},
-        {longForm(0x99, {0xF0, 0x00}), TISDBTTable::TYPE_DCT, true},
-        {longForm(0xC3, {0x04, 0x00, 0x7F, 0xE0, 0xFF, 0xF0, 0x00}), TISDBTTable::TYPE_SDTT, true},
+        {longSection(0x74, 0x0001, 0, {0xF0, 0x00, 0xF0, 0x00}), TISDBTTable::TYPE_AIT, true},
+        {longSection(0x99, 0x0001, 0, {0xF0, 0x00}), TISDBTTable::TYPE_DCT, true},
+        {longSection(0xC3, 0x0001, 0, {0x04, 0x00, 0x7F, 0xE0, 0xFF, 0xF0, 0x00}),
+         TISDBTTable::TYPE_SDTT, true},
     };
 }
 
@@ -93,7 +82,7 @@ TEST(ParseSection, EachTableIdToItsClassWithTheCrcSwitchHonoured) {
 }
 
 TEST(ParseSection, ThePidPicksTheEventVariantAndPreviousTablesAreChecked) {
-    Bytes eit = longForm(0x50, {0x00, 0x01, 0x00, 0x01, 0x00, 0x50});
+    Bytes eit = longSection(0x50, 0x0001, 0, {0x00, 0x01, 0x00, 0x01, 0x00, 0x50});
     unsigned short code = 0;
     TISDBTTable* full = parse(eit, 1, &code, 0x0012);
     ASSERT_NE(full, nullptr);
@@ -111,7 +100,7 @@ TEST(ParseSection, ThePidPicksTheEventVariantAndPreviousTablesAreChecked) {
     code = 0;
     EXPECT_EQ(parse(eit, 1, &code, 0x0012, oneSeg), nullptr);
     EXPECT_EQ(code, ERROR_PREVIOUS_TABLE_TYPE);
-    Bytes pat = longForm(0x00, {0x00, 0x00, 0xE0, 0x10});
+    Bytes pat = longSection(0x00, 0x0001, 0, {0x00, 0x00, 0xE0, 0x10});
     code = 0;
     EXPECT_EQ(parse(pat, 1, &code, 0x0000, full), nullptr);
     EXPECT_EQ(code, ERROR_PREVIOUS_TABLE_TYPE);
@@ -126,7 +115,7 @@ TEST(ParseSection, WithoutAClassNothingIsLogged) {
     // Table_ids the library does not model: the CAT, the other network's NIT
     // and SDT, the TDT, stuffing, and those either side of the EIT range.
     for (unsigned char tableId : {0x01, 0x41, 0x46, 0x4D, 0x70, 0x72, 0xFF}) {
-        Bytes b = longForm(tableId, {0xF0, 0x00, 0xF0, 0x00});
+        Bytes b = longSection(tableId, 0x0001, 0, {0xF0, 0x00, 0xF0, 0x00});
         code = 0;
         EXPECT_EQ(parse(b, 1, &code), nullptr) << int(tableId);
         EXPECT_EQ(code, ERROR_UNEXPECTED_TABLE_ID) << int(tableId);
