@@ -40,6 +40,13 @@ bool erase(std::map<K, V*>& entries, const K& key) {
     return true;
 }
 
+/** Stores entry under the key it reports (a null pointer is not stored). */
+template <typename K, typename V>
+void put(std::map<K, V*>& entries, V* entry, K (V::*keyOf)() const) {
+    if (entry != nullptr)
+        entries[(entry->*keyOf)()] = entry;
+}
+
 /**
  * Stores value under key while a parse fills the map: an entry displaced by
  * a repeated key is deleted, since no caller can hold it yet.
@@ -109,5 +116,35 @@ void copyAll(const std::vector<V*>& from, std::vector<V*>& to) {
 }  // namespace owned
 }  // namespace Sarn
 #pragma GCC visibility pop
+
+// The public methods of a class over the entries it owns, defined once here:
+// a list in wire order addressed by position (add, get, remove) ...
+#define SARN_OWNED_LIST_METHODS(Class, Entry, list, addName, getName, removeName) \
+    void Class::addName(Entry* entry) {                                           \
+        Sarn::owned::append(list, entry);                                         \
+    }                                                                             \
+    Entry* Class::getName(unsigned char index) const {                            \
+        return Sarn::owned::at(list, index);                                      \
+    }                                                                             \
+    bool Class::removeName(unsigned char index) {                                 \
+        return Sarn::owned::removeAt(list, index);                                \
+    }
+
+// ... and a map keyed by the identifier an entry reports through keyOf
+// (add, get, the keys in ascending order, remove).
+#define SARN_OWNED_MAP_METHODS(Class, Key, Entry, map, keyOf, addName, getName, keysName, \
+                               removeName)                                                \
+    void Class::addName(Entry* entry) {                                                   \
+        Sarn::owned::put(map, entry, &Entry::keyOf);                                      \
+    }                                                                                     \
+    Entry* Class::getName(Key key) const {                                                \
+        return Sarn::owned::find(map, key);                                               \
+    }                                                                                     \
+    std::list<Key> Class::keysName() const {                                              \
+        return Sarn::owned::keys(map);                                                    \
+    }                                                                                     \
+    bool Class::removeName(Key key) {                                                     \
+        return Sarn::owned::erase(map, key);                                              \
+    }
 
 #endif

@@ -5,10 +5,8 @@
 #include "AITDescriptorSlots.h"
 #include "ISDBTUtils.h"
 #include "Json.h"
-#include "Log.h"
 #include "Owned.h"
-#include "Parse.h"
-#include "Reader.h"
+#include "TableParse.h"
 
 namespace Sarn {
 
@@ -29,9 +27,10 @@ std::nullptr_t tooShort(unsigned int shown, unsigned int available, unsigned sho
 
 TAITTable* TAITTable::parse(unsigned char* data, unsigned int len, int, int checkCrc,
                             unsigned short* err, TAITTable* previous) {
-    std::unique_ptr<TAITTable> table(new TAITTable(data, len));
     unsigned short body = 0;
-    if (!table->parseCommonHeader(data, len, checkCrc, err, &body, previous))
+    std::unique_ptr<TAITTable> table =
+        tables::open(new TAITTable(data, len), data, len, checkCrc, err, previous, body);
+    if (table == nullptr)
         return nullptr;
     // The body runs from byte 8 to the CRC; never past the bytes handed in,
     // even when a section_length below 4 made the count wrap. Descriptors and
@@ -51,26 +50,17 @@ TAITTable* TAITTable::parse(unsigned char* data, unsigned int len, int, int chec
     // application_loop_length (12 bits after 4 reserved bits) and the applications
     if (!r.has(2))
         return tooShort(2, r.remaining(), err);
-    unsigned short appLoop = r.length12();
+    const unsigned short appLoop = r.length12();
     if (appLoop > r.remaining())
         return tooShort(appLoop, r.remaining(), err);
-    while (appLoop != 0) {
-        // An application never reports more than the bytes it was given.
-        unsigned int consumed = 0;
-        TApplication* app =
-            TApplication::parse(r.mutableCurrent(), r.remaining(), 1, &consumed, err);
-        if (app == nullptr) {
-            SARN_LOGW("%s: TAITTable::parse: Invalid item. Aborting!");
-            return parse::fail(err, ERROR_INVALID_ITEM);
-        }
-        app->setParentAITTable(table.get());
-        // The table's application_type is authoritative for its applications.
-        app->setApplicationType(table->getApplicationType());
-        // The same application twice in one section: the later one stays.
-        owned::replace(table->applications, app->getHashID(), app);
-        r.skip(consumed);
-        appLoop = static_cast<unsigned short>(appLoop - consumed);
-    }
+    if (!tables::readLoop<TApplication>(r, appLoop, "TAITTable", err, [&](TApplication* app) {
+            app->setParentAITTable(table.get());
+            // The table's application_type is authoritative for its applications.
+            app->setApplicationType(table->getApplicationType());
+            // The same application twice in one section: the later one stays.
+            owned::replace(table->applications, app->getHashID(), app);
+        }))
+        return nullptr;
     return parse::done(err, table);
 }
 
@@ -115,28 +105,8 @@ std::list<unsigned char> TAITTable::getDescriptorTags() const {
     return ait::tagsOf(descriptors);
 }
 
-TApplication* TAITTable::getApplication(std::string hashId) const {
-    auto it = applications.find(hashId);
-    return it == applications.end() ? nullptr : it->second;
-}
-
-std::list<std::string> TAITTable::getApplicationsIDs() const {
-    return owned::keys(applications);
-}
-
-void TAITTable::addApplication(TApplication* application) {
-    if (application != nullptr)
-        applications[application->getHashID()] = application;
-}
-
-bool TAITTable::removeApplication(std::string hashId) {
-    auto it = applications.find(hashId);
-    if (it == applications.end())
-        return false;
-    delete it->second;
-    applications.erase(it);
-    return true;
-}
+SARN_OWNED_MAP_METHODS(TAITTable, std::string, TApplication, applications, getHashID,
+                       addApplication, getApplication, getApplicationsIDs, removeApplication)
 
 std::string TAITTable::toJSON() const {
     std::string out;

@@ -1,10 +1,8 @@
 // Datacaster carousel table (private table_id 0x99) and its carousel entries.
 #include "TDCTTable.h"
 
-#include "Log.h"
 #include "Owned.h"
-#include "Parse.h"
-#include "Reader.h"
+#include "TableParse.h"
 
 namespace Sarn {
 
@@ -18,11 +16,8 @@ TDatacasterCarousel* TDatacasterCarousel::parse(unsigned char* data, unsigned in
     bytes::Reader in(data, length);
     // The eight fixed bytes must be there; the name's length byte may be
     // missing at the very end, which reads as an empty name.
-    if (!in.has(8)) {
-        SARN_LOGW("%s: TDatacasterCarousel::parse: Item length not valid: %u. Aborting!",
-                  in.remaining());
-        return parse::fail(error, ERROR_DATA_TOO_SHORT);
-    }
+    if (!tables::hasFixed(in, 8, "TDatacasterCarousel", in.remaining(), error))
+        return nullptr;
     std::unique_ptr<TDatacasterCarousel> carousel(new TDatacasterCarousel());
     carousel->pid = in.pid();
     carousel->version = in.u8();
@@ -48,50 +43,30 @@ TDCTTable::~TDCTTable() {
 
 TDCTTable* TDCTTable::parse(unsigned char* bytes, unsigned int length, int checkCrc, int,
                             unsigned short* error, TDCTTable* previous) {
-    std::unique_ptr<TDCTTable> table(new TDCTTable(bytes, length));
     unsigned short remaining = 0;
-    if (!table->parseCommonHeader(bytes, length, checkCrc, error, &remaining, previous))
+    std::unique_ptr<TDCTTable> table = tables::open(new TDCTTable(bytes, length), bytes, length,
+                                                    checkCrc, error, previous, remaining);
+    if (table == nullptr)
         return nullptr;
-    bytes::Reader section(bytes, length);
-    section.skip(8);
+    bytes::Reader section = tables::afterHeader(bytes, length);
     // Only a section_length below 4 leaves the loop length outside a buffer
     // that passed the header checks.
     if (!section.has(2)) {
         SARN_LOGW("%s: TDCTTable::parse: Item length not valid: %u. Aborting!", length);
         return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
-    unsigned short loopLength = section.length12();
+    const unsigned short loopLength = section.length12();
     // Each entry gets the rest of the body, up to the CRC32 (or the end of
     // the bytes handed in, when a short section_length wrapped the count).
     bytes::Reader body = section.subAtMost(static_cast<unsigned short>(remaining - 2));
-    // The loop length runs down to exactly 0; one that is not a sum of whole
-    // entries wraps and the walk goes on until an entry fails, at the latest
-    // at the end of the body.
-    while (loopLength != 0) {
-        unsigned int read = 0;
-        TDatacasterCarousel* carousel =
-            TDatacasterCarousel::parse(body.mutableCurrent(), body.remaining(), 1, &read, error);
-        if (carousel == nullptr) {
-            SARN_LOGW("%s: TDCTTable::parse: Invalid item. Aborting!");
-            return parse::fail(error, ERROR_INVALID_ITEM);
-        }
-        table->carousels.push_back(carousel);
-        body.skip(read);
-        loopLength = static_cast<unsigned short>(loopLength - read);
-    }
+    if (!tables::readLoop<TDatacasterCarousel>(
+            body, loopLength, "TDCTTable", error,
+            [&](TDatacasterCarousel* carousel) { table->carousels.push_back(carousel); }))
+        return nullptr;
     return parse::done(error, table);
 }
 
-void TDCTTable::addDatacasterCarousel(TDatacasterCarousel* carousel) {
-    owned::append(carousels, carousel);
-}
-
-TDatacasterCarousel* TDCTTable::getDatacasterCarousel(unsigned char index) const {
-    return owned::at(carousels, index);
-}
-
-bool TDCTTable::removeDatacasterCarousel(unsigned char index) {
-    return owned::removeAt(carousels, index);
-}
+SARN_OWNED_LIST_METHODS(TDCTTable, TDatacasterCarousel, carousels, addDatacasterCarousel,
+                        getDatacasterCarousel, removeDatacasterCarousel)
 
 }  // namespace Sarn

@@ -1,10 +1,8 @@
 #include "TEITTable.h"
 
 #include "Json.h"
-#include "Log.h"
 #include "Owned.h"
-#include "Parse.h"
-#include "Reader.h"
+#include "TableParse.h"
 
 namespace Sarn {
 
@@ -138,16 +136,16 @@ TEITTable::~TEITTable() {
 
 TEITTable* TEITTable::parse(unsigned char* bytes, unsigned int len, int fullSegment, int checkCrc,
                             int, unsigned short* err, TEITTable* previous) {
-    std::unique_ptr<TEITTable> table(
-        new TEITTable(fullSegment ? TYPE_EIT_12 : TYPE_EIT_27, bytes, len));
     unsigned short remaining = 0;
-    if (!table->parseCommonHeader(bytes, len, checkCrc, err, &remaining, previous))
+    std::unique_ptr<TEITTable> table =
+        tables::open(new TEITTable(fullSegment ? TYPE_EIT_12 : TYPE_EIT_27, bytes, len), bytes, len,
+                     checkCrc, err, previous, remaining);
+    if (table == nullptr)
         return nullptr;
     // Events and their descriptors are read from the table's own copy, so
     // they stay valid for as long as the table lives. The minimum length of
     // 14 covers the fixed fields after the long header.
-    bytes::Reader section(table->data, table->dataLength);
-    section.skip(8);
+    bytes::Reader section = tables::afterHeader(table->data, table->dataLength);
     bytes::Reader fixed = section;
     table->transportStreamId = fixed.u16();
     table->originalNetworkId = fixed.u16();
@@ -174,8 +172,7 @@ TEITTable* TEITTable::parse(unsigned char* bytes, unsigned int len, int fullSegm
 }
 
 void TEITTable::addItem(TEventItem* item) {
-    if (item != nullptr)
-        events[item->eventId] = item;
+    owned::put(events, item, &TEventItem::getEventId);
 }
 
 std::list<unsigned short> TEITTable::getEventsIDs() const {

@@ -1,10 +1,8 @@
 #include "TNITTable.h"
 
 #include "Json.h"
-#include "Log.h"
 #include "Owned.h"
-#include "Parse.h"
-#include "Reader.h"
+#include "TableParse.h"
 
 namespace Sarn {
 
@@ -24,11 +22,8 @@ TTransportStreamInfo* TTransportStreamInfo::parse(unsigned char* bytes, unsigned
                                                   unsigned int* bytesRead, unsigned short* error) {
     // The entry's messages have always named it TNITTransportStreamInfo.
     bytes::Reader in(bytes, length);
-    if (!in.has(6)) {
-        SARN_LOGW("%s: TNITTransportStreamInfo::parse: Item length not valid: %u. Aborting!",
-                  length);
-        return parse::fail(error, ERROR_DATA_TOO_SHORT);
-    }
+    if (!tables::hasFixed(in, 6, "TNITTransportStreamInfo", length, error))
+        return nullptr;
     const unsigned short transportStreamId = in.u16();
     const unsigned short originalNetworkId = in.u16();
     const unsigned int descriptorsLength = in.length12();
@@ -63,12 +58,12 @@ TNITTable::~TNITTable() {
 
 TNITTable* TNITTable::parse(unsigned char* bytes, unsigned int length, int checkCrc, int,
                             unsigned short* error, TNITTable* previous) {
-    std::unique_ptr<TNITTable> table(new TNITTable(bytes, length));
     unsigned short remaining = 0;
-    if (!table->parseCommonHeader(bytes, length, checkCrc, error, &remaining, previous))
+    std::unique_ptr<TNITTable> table = tables::open(new TNITTable(bytes, length), bytes, length,
+                                                    checkCrc, error, previous, remaining);
+    if (table == nullptr)
         return nullptr;
-    bytes::Reader section(bytes, length);
-    section.skip(8);
+    bytes::Reader section = tables::afterHeader(bytes, length);
     // network_descriptors_length lies within the minimum length, even in a
     // section whose section_length is too short for it.
     const unsigned int networkDescriptorsLength = bytes::Reader(section).length12();
@@ -97,36 +92,17 @@ TNITTable* TNITTable::parse(unsigned char* bytes, unsigned int length, int check
                   static_cast<unsigned int>(remaining));
         return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
-    for (bytes::Reader loop = body.sub(loopLength); !loop.atEnd();) {
-        unsigned int bytesRead = 0;
-        TTransportStreamInfo* info = TTransportStreamInfo::parse(
-            loop.mutableCurrent(), loop.remaining(), 1, &bytesRead, error);
-        if (info == nullptr) {
-            SARN_LOGW("%s: TNITTable::parse: Invalid item. Aborting!");
-            return parse::fail(error, ERROR_INVALID_ITEM);
-        }
-        owned::replace(table->transportStreams, info->transportStreamId, info);
-        loop.skip(bytesRead);
-    }
+    bytes::Reader loop = body.sub(loopLength);
+    if (!tables::readToEnd<TTransportStreamInfo>(loop, "TNITTable", error, [&](auto* info) {
+            owned::replace(table->transportStreams, info->transportStreamId, info);
+        }))
+        return nullptr;
     return parse::done(error, table);
 }
 
-void TNITTable::addTransportStreamInfo(TTransportStreamInfo* info) {
-    if (info != nullptr)
-        transportStreams[info->getTransportStreamID()] = info;
-}
-
-TTransportStreamInfo* TNITTable::getTransportStreamInfo(unsigned short transportStreamId) const {
-    return owned::find(transportStreams, transportStreamId);
-}
-
-std::list<unsigned short> TNITTable::getTransportStreamIDs() const {
-    return owned::keys(transportStreams);
-}
-
-bool TNITTable::removeTransportStreamInfo(unsigned short transportStreamId) {
-    return owned::erase(transportStreams, transportStreamId);
-}
+SARN_OWNED_MAP_METHODS(TNITTable, unsigned short, TTransportStreamInfo, transportStreams,
+                       getTransportStreamID, addTransportStreamInfo, getTransportStreamInfo,
+                       getTransportStreamIDs, removeTransportStreamInfo)
 
 std::string TNITTable::toJSON() const {
     std::string out;

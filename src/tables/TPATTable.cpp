@@ -1,9 +1,9 @@
 #include "TPATTable.h"
 
+#include "Bytes.h"
 #include "Json.h"
 #include "Owned.h"
-#include "Parse.h"
-#include "Reader.h"
+#include "TableParse.h"
 
 namespace Sarn {
 
@@ -18,17 +18,17 @@ TPATTable::~TPATTable() {
 
 TPATTable* TPATTable::parse(unsigned char* bytes, unsigned int length, int, int checkCrc,
                             unsigned short* error, TPATTable* previous) {
-    std::unique_ptr<TPATTable> table(new TPATTable(bytes, length));
     unsigned short remaining = 0;
-    if (!table->parseCommonHeader(bytes, length, checkCrc, error, &remaining, previous))
+    std::unique_ptr<TPATTable> table = tables::open(new TPATTable(bytes, length), bytes, length,
+                                                    checkCrc, error, previous, remaining);
+    if (table == nullptr)
         return nullptr;
     // Four-byte entries from byte 8 up to the CRC; a partial entry is ignored.
-    bytes::Reader section(bytes, length);
-    section.skip(8);
-    bytes::Reader in = section.subAtMost(remaining);
+    bytes::Reader in = tables::afterHeader(bytes, length).subAtMost(remaining);
     while (in.has(4)) {
-        const unsigned short programNumber = in.u16();
-        const unsigned short pid = in.pid();
+        const unsigned char* entry = in.bytes(4);
+        const unsigned short programNumber = bytes::be16(entry);
+        const unsigned short pid = bytes::pid13(entry + 2);
         if (programNumber == 0) {
             table->networkPid = pid;
             continue;
@@ -38,22 +38,8 @@ TPATTable* TPATTable::parse(unsigned char* bytes, unsigned int length, int, int 
     return parse::done(error, table);
 }
 
-void TPATTable::add(TProgramAssociation* entry) {
-    if (entry != nullptr)
-        programs[entry->getProgramNumber()] = entry;
-}
-
-TProgramAssociation* TPATTable::get(unsigned short programNumber) const {
-    return owned::find(programs, programNumber);
-}
-
-std::list<unsigned short> TPATTable::getProgramNumbers() const {
-    return owned::keys(programs);
-}
-
-bool TPATTable::remove(unsigned short programNumber) {
-    return owned::erase(programs, programNumber);
-}
+SARN_OWNED_MAP_METHODS(TPATTable, unsigned short, TProgramAssociation, programs, getProgramNumber,
+                       add, get, getProgramNumbers, remove)
 
 std::string TPATTable::toJSON() const {
     std::string out;

@@ -1,12 +1,10 @@
 #include "TPMTTable.h"
 
 #include "Json.h"
-#include "Log.h"
 #include "Owned.h"
-#include "Parse.h"
-#include "Reader.h"
 #include "TDataComponentDescriptor.h"
 #include "TStreamIdentifierDescriptor.h"
+#include "TableParse.h"
 
 namespace Sarn {
 
@@ -36,10 +34,8 @@ TProgramMap::~TProgramMap() {}
 TProgramMap* TProgramMap::parse(unsigned char* bytes, unsigned int length, int,
                                 unsigned int* bytesRead, unsigned short* error) {
     bytes::Reader in(bytes, length);
-    if (!in.has(5)) {
-        SARN_LOGW("%s: TProgramMap::parse: Item length not valid: %u. Aborting!", length);
-        return parse::fail(error, ERROR_DATA_TOO_SHORT);
-    }
+    if (!tables::hasFixed(in, 5, "TProgramMap", length, error))
+        return nullptr;
     // stream_type, elementary_PID (13 bits), ES_info_length (12 bits).
     const unsigned char streamType = in.u8();
     const unsigned short elementaryPid = in.pid();
@@ -75,12 +71,12 @@ TPMTTable::~TPMTTable() {
 
 TPMTTable* TPMTTable::parse(unsigned char* bytes, unsigned int length, int, int checkCrc,
                             unsigned short* error, TPMTTable* previous) {
-    std::unique_ptr<TPMTTable> table(new TPMTTable(bytes, length));
     unsigned short remaining = 0;
-    if (!table->parseCommonHeader(bytes, length, checkCrc, error, &remaining, previous))
+    std::unique_ptr<TPMTTable> table = tables::open(new TPMTTable(bytes, length), bytes, length,
+                                                    checkCrc, error, previous, remaining);
+    if (table == nullptr)
         return nullptr;
-    bytes::Reader section(bytes, length);
-    section.skip(8);
+    bytes::Reader section = tables::afterHeader(bytes, length);
     // PCR_PID and program_info_length lie within the minimum length, even in
     // a section whose section_length is too short for them.
     bytes::Reader fixed = section;
@@ -102,27 +98,14 @@ TPMTTable* TPMTTable::parse(unsigned char* bytes, unsigned int length, int, int 
         SARN_LOGW("%s: TPMTTable::parse: readBytes != l_iProgramInfoLength! (%u != %u)", read,
                   programInfoLength);
 
-    while (!body.atEnd()) {
-        unsigned int bytesRead = 0;
-        TProgramMap* map =
-            TProgramMap::parse(body.mutableCurrent(), body.remaining(), 1, &bytesRead, error);
-        if (map == nullptr) {
-            SARN_LOGW("%s: TPMTTable::parse: Invalid item. Aborting!");
-            return parse::fail(error, ERROR_INVALID_ITEM);
-        }
-        table->programMaps.push_back(map);
-        body.skip(bytesRead);
-    }
+    if (!tables::readToEnd<TProgramMap>(
+            body, "TPMTTable", error, [&](TProgramMap* map) { table->programMaps.push_back(map); }))
+        return nullptr;
     return parse::done(error, table);
 }
 
-void TPMTTable::addProgramMap(TProgramMap* map) {
-    owned::append(programMaps, map);
-}
-
-TProgramMap* TPMTTable::getProgramMap(unsigned char index) const {
-    return owned::at(programMaps, index);
-}
+SARN_OWNED_LIST_METHODS(TPMTTable, TProgramMap, programMaps, addProgramMap, getProgramMap,
+                        removeProgramMap)
 
 std::list<TProgramMap*> TPMTTable::getProgramMapByStreamType(unsigned char streamType) const {
     std::list<TProgramMap*> found;
@@ -167,10 +150,6 @@ std::list<ProgramData> TPMTTable::getAllPrograms() const {
             all.push_back({map->getElementaryPID(), map->getStreamType(), sid->getComponentTag()});
     }
     return all;
-}
-
-bool TPMTTable::removeProgramMap(unsigned char index) {
-    return owned::removeAt(programMaps, index);
 }
 
 std::string TPMTTable::toJSON() const {

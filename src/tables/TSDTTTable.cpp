@@ -1,10 +1,8 @@
 // Software download trigger table with its download contents and schedules.
 #include "TSDTTTable.h"
 
-#include "Log.h"
 #include "Owned.h"
-#include "Parse.h"
-#include "Reader.h"
+#include "TableParse.h"
 
 namespace Sarn {
 
@@ -13,10 +11,8 @@ TScheduleInfo::~TScheduleInfo() {}
 TScheduleInfo* TScheduleInfo::parse(unsigned char* data, unsigned int length,
                                     unsigned int* bytesRead, unsigned short* error) {
     bytes::Reader in(data, length);
-    if (!in.has(8)) {
-        SARN_LOGW("%s: TScheduleInfo::parse: Item length not valid: %u. Aborting!", in.remaining());
-        return parse::fail(error, ERROR_DATA_TOO_SHORT);
-    }
+    if (!tables::hasFixed(in, 8, "TScheduleInfo", in.remaining(), error))
+        return nullptr;
     // start_time: MJD(16) and BCD hour, minute, second, taken as UTC.
     // duration: BCD hhmmss, kept as the raw 24-bit number.
     std::unique_ptr<TScheduleInfo> schedule(new TScheduleInfo());
@@ -47,11 +43,8 @@ TDownloadContent::~TDownloadContent() {
 TDownloadContent* TDownloadContent::parse(unsigned char* data, unsigned int length, int,
                                           unsigned int* bytesRead, unsigned short* error) {
     bytes::Reader in(data, length);
-    if (!in.has(8)) {
-        SARN_LOGW("%s: TDownloadContent::parse: Item length not valid: %u. Aborting!",
-                  in.remaining());
-        return parse::fail(error, ERROR_DATA_TOO_SHORT);
-    }
+    if (!tables::hasFixed(in, 8, "TDownloadContent", in.remaining(), error))
+        return nullptr;
     // group(4) target_version(12) new_version(12) download_level(2)
     // version_indicator(2) content_description_length(12) reserved(4)
     // schedule_description_length(12) schedule_timeshift_information(4).
@@ -78,11 +71,8 @@ TDownloadContent* TDownloadContent::parse(unsigned char* data, unsigned int leng
     // content wraps them, and the walk then ends where the bytes end: a
     // schedule short of its eight bytes makes the content too short.
     while (scheduleLength != 0) {
-        if (!in.has(8)) {
-            SARN_LOGW("%s: TDownloadContent::parse: Item length not valid: %u. Aborting!",
-                      in.remaining());
-            return parse::fail(error, ERROR_DATA_TOO_SHORT);
-        }
+        if (!tables::hasFixed(in, 8, "TDownloadContent", in.remaining(), error))
+            return nullptr;
         TScheduleInfo* schedule = TScheduleInfo::parse(in.mutableCurrent(), 8, nullptr, error);
         if (schedule == nullptr) {
             SARN_LOGW("%s: TDownloadContent::parse: Invalid item. Aborting!");
@@ -94,13 +84,9 @@ TDownloadContent* TDownloadContent::parse(unsigned char* data, unsigned int leng
         contentLength = static_cast<unsigned short>(contentLength - 8);
     }
     while (contentLength != 0) {
-        if (!in.has(2)) {
-            // Not even a descriptor header is left: only a wrapped counter
-            // gets here.
-            SARN_LOGW("%s: TDownloadContent::parse: Item length not valid: %u. Aborting!",
-                      in.remaining());
-            return parse::fail(error, ERROR_DATA_TOO_SHORT);
-        }
+        // Not even a descriptor header left: only a wrapped counter gets here.
+        if (!tables::hasFixed(in, 2, "TDownloadContent", in.remaining(), error))
+            return nullptr;
         const unsigned char tag = in.peek(0);
         const unsigned int descriptorLength = in.peek(1);
         if (!in.has(descriptorLength + 2)) {
@@ -141,17 +127,8 @@ std::list<unsigned char> TDownloadContent::getDescriptorTags() const {
     return tags;
 }
 
-void TDownloadContent::addScheduleInfo(TScheduleInfo* schedule) {
-    owned::append(schedules, schedule);
-}
-
-TScheduleInfo* TDownloadContent::getScheduleInfo(unsigned char index) const {
-    return owned::at(schedules, index);
-}
-
-bool TDownloadContent::removeScheduleInfo(unsigned char index) {
-    return owned::removeAt(schedules, index);
-}
+SARN_OWNED_LIST_METHODS(TDownloadContent, TScheduleInfo, schedules, addScheduleInfo,
+                        getScheduleInfo, removeScheduleInfo)
 
 // ---------------------------------------------------------------------------
 
@@ -167,13 +144,13 @@ TSDTTTable::~TSDTTTable() {
 
 TSDTTTable* TSDTTTable::parse(unsigned char* bytes, unsigned int length, int checkCrc, int,
                               unsigned short* error, TSDTTTable* previous) {
-    std::unique_ptr<TSDTTTable> table(new TSDTTTable(bytes, length));
     unsigned short remaining = 0;
-    if (!table->parseCommonHeader(bytes, length, checkCrc, error, &remaining, previous))
+    std::unique_ptr<TSDTTTable> table = tables::open(new TSDTTTable(bytes, length), bytes, length,
+                                                     checkCrc, error, previous, remaining);
+    if (table == nullptr)
         return nullptr;
     // The body is read from the table's own copy.
-    bytes::Reader section(table->data, table->dataLength);
-    section.skip(8);
+    bytes::Reader section = tables::afterHeader(table->data, table->dataLength);
     // transport_stream_id(16) original_network_id(16) service_id(16)
     // num_of_contents(8): read even when section_length is too small for
     // them, as long as the bytes are there.
@@ -189,30 +166,16 @@ TSDTTTable* TSDTTTable::parse(unsigned char* bytes, unsigned int length, int che
     // section_length still stops at the end of the buffer.
     bytes::Reader body = section.subAtMost(static_cast<unsigned short>(remaining - 7));
     for (; count != 0; --count) {
-        unsigned int read = 0;
-        TDownloadContent* content =
-            TDownloadContent::parse(body.mutableCurrent(), body.remaining(), 1, &read, error);
-        if (content == nullptr) {
-            SARN_LOGW("%s: TSDTTTable::parse: Invalid item. Aborting!");
-            return parse::fail(error, ERROR_INVALID_ITEM);
-        }
+        TDownloadContent* content = tables::nextEntry<TDownloadContent>(body, "TSDTTTable", error);
+        if (content == nullptr)
+            return nullptr;
         table->contents.push_back(content);
-        body.skip(read);
     }
     // Bytes after the last content are not looked at.
     return parse::done(error, table);
 }
 
-void TSDTTTable::addDownloadContent(TDownloadContent* content) {
-    owned::append(contents, content);
-}
-
-TDownloadContent* TSDTTTable::getDownloadContent(unsigned char index) const {
-    return owned::at(contents, index);
-}
-
-bool TSDTTTable::removeDownloadContent(unsigned char index) {
-    return owned::removeAt(contents, index);
-}
+SARN_OWNED_LIST_METHODS(TSDTTTable, TDownloadContent, contents, addDownloadContent,
+                        getDownloadContent, removeDownloadContent)
 
 }  // namespace Sarn

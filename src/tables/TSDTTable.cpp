@@ -1,10 +1,8 @@
 #include "TSDTTable.h"
 
 #include "Json.h"
-#include "Log.h"
 #include "Owned.h"
-#include "Parse.h"
-#include "Reader.h"
+#include "TableParse.h"
 
 namespace Sarn {
 
@@ -29,10 +27,8 @@ TServiceDescription::~TServiceDescription() {}
 TServiceDescription* TServiceDescription::parse(unsigned char* bytes, unsigned int length, int,
                                                 unsigned int* bytesRead, unsigned short* error) {
     bytes::Reader in(bytes, length);
-    if (!in.has(5)) {
-        SARN_LOGW("%s: TServiceDescription::parse: Item length not valid: %u. Aborting!", length);
-        return parse::fail(error, ERROR_DATA_TOO_SHORT);
-    }
+    if (!tables::hasFixed(in, 5, "TServiceDescription", length, error))
+        return nullptr;
     // service_id, reserved bits and the two EIT flags, then running_status
     // (3 bits) and free_CA_mode (1) ahead of descriptors_loop_length (12).
     const unsigned short serviceId = in.u16();
@@ -69,49 +65,29 @@ TSDTTable::~TSDTTable() {
 
 TSDTTable* TSDTTable::parse(unsigned char* bytes, unsigned int length, int, int checkCrc,
                             unsigned short* error, TSDTTable* previous) {
-    std::unique_ptr<TSDTTable> table(new TSDTTable(bytes, length));
     unsigned short remaining = 0;
-    if (!table->parseCommonHeader(bytes, length, checkCrc, error, &remaining, previous))
+    std::unique_ptr<TSDTTable> table = tables::open(new TSDTTable(bytes, length), bytes, length,
+                                                    checkCrc, error, previous, remaining);
+    if (table == nullptr)
         return nullptr;
     // original_network_id and a reserved byte lie within the minimum length.
-    bytes::Reader section(bytes, length);
-    section.skip(8);
+    bytes::Reader section = tables::afterHeader(bytes, length);
     table->originalNetworkId = section.u16();
     section.skip(1);
     // Bytes of the service loop, counted in 16 bits: a body shorter than
     // original_network_id and the reserved byte wraps the count, which is
     // then bounded by the bytes handed in.
     bytes::Reader loop = section.subAtMost(static_cast<unsigned short>(remaining - 3));
-    while (!loop.atEnd()) {
-        unsigned int n = 0;
-        TServiceDescription* entry =
-            TServiceDescription::parse(loop.mutableCurrent(), loop.remaining(), 1, &n, error);
-        if (entry == nullptr) {
-            SARN_LOGW("%s: TSDTTable::parse: Invalid item. Aborting!");
-            return parse::fail(error, ERROR_INVALID_ITEM);
-        }
-        owned::replace(table->services, entry->serviceId, entry);
-        loop.skip(n);
-    }
+    if (!tables::readToEnd<TServiceDescription>(loop, "TSDTTable", error, [&](auto* entry) {
+            owned::replace(table->services, entry->serviceId, entry);
+        }))
+        return nullptr;
     return parse::done(error, table);
 }
 
-void TSDTTable::addServiceDescription(TServiceDescription* entry) {
-    if (entry != nullptr)
-        services[entry->getServiceID()] = entry;
-}
-
-TServiceDescription* TSDTTable::getServiceDescription(unsigned short serviceId) const {
-    return owned::find(services, serviceId);
-}
-
-std::list<unsigned short> TSDTTable::getServiceIDs() const {
-    return owned::keys(services);
-}
-
-bool TSDTTable::removeServiceDescription(unsigned short serviceId) {
-    return owned::erase(services, serviceId);
-}
+SARN_OWNED_MAP_METHODS(TSDTTable, unsigned short, TServiceDescription, services, getServiceID,
+                       addServiceDescription, getServiceDescription, getServiceIDs,
+                       removeServiceDescription)
 
 std::string TSDTTable::toJSON() const {
     std::string out;

@@ -1,0 +1,116 @@
+#ifndef SARN_TABLES_TABLEPARSE_H
+#define SARN_TABLES_TABLEPARSE_H
+
+// What the table parsers share: the opening (the object under construction
+// and its header checks), the runs of entries that each take the rest of
+// their loop, and the check of an entry's fixed fields.
+//
+// An entry class offers
+//   static Entry* parse(unsigned char* data, unsigned int length, int,
+//                       unsigned int* bytesRead, unsigned short* error);
+// and reports the bytes it used, never more than it was given.
+
+#include <memory>
+
+#include "ISDBTUtils.h"
+#include "Log.h"
+#include "Parse.h"
+#include "Reader.h"
+
+#pragma GCC visibility push(hidden)  // internal: not exported
+namespace Sarn {
+namespace tables {
+
+/**
+ * Takes the table built over (bytes, length) and checks its common and
+ * long-form headers: null when they are refused (logged, with the code set).
+ * remaining receives the body bytes after the long-form header, up to the
+ * CRC32.
+ */
+template <class T>
+std::unique_ptr<T> open(T* fresh, unsigned char* bytes, unsigned int length, int checkCrc,
+                        unsigned short* error, T* previous, unsigned short& remaining) {
+    std::unique_ptr<T> table(fresh);
+    if (!table->parseCommonHeader(bytes, length, checkCrc, error, &remaining, previous))
+        table.reset();
+    return table;
+}
+
+/** A reader over (data, length) at byte 8, the first after the long-form header. */
+inline bytes::Reader afterHeader(const unsigned char* data, unsigned int length) {
+    bytes::Reader section(data, length);
+    section.skip(8);
+    return section;
+}
+
+/**
+ * True when in holds the n bytes of an entry's fixed fields; otherwise logs
+ * "<entry>::parse: Item length not valid: <shown>" and sets the code 2564
+ * (ERROR_DATA_TOO_SHORT).
+ */
+inline bool hasFixed(const bytes::Reader& in, unsigned int n, const char* entry, unsigned int shown,
+                     unsigned short* error) {
+    if (in.has(n))
+        return true;
+    SARN_LOGW("%s: %s::parse: Item length not valid: %u. Aborting!", entry, shown);
+    return parse::refuse(error, ERROR_DATA_TOO_SHORT);
+}
+
+/**
+ * The Entry at body's position, parsed from every byte left in body, which
+ * steps over the bytes it reports (also written to read when non-null). Null
+ * when it fails: logged as "<table>::parse: Invalid item" with the code 2562
+ * (ERROR_INVALID_ITEM).
+ */
+template <class Entry>
+Entry* nextEntry(bytes::Reader& body, const char* table, unsigned short* error,
+                 unsigned int* read = nullptr) {
+    unsigned int n = 0;
+    Entry* entry = Entry::parse(body.mutableCurrent(), body.remaining(), 1, &n, error);
+    if (entry == nullptr) {
+        SARN_LOGW("%s: %s::parse: Invalid item. Aborting!", table);
+        return parse::fail(error, ERROR_INVALID_ITEM);
+    }
+    body.skip(n);
+    if (read != nullptr)
+        *read = n;
+    return entry;
+}
+
+/** Entries until body is at its end, each handed to store (which owns it): false at a failure. */
+template <class Entry, class Store>
+bool readToEnd(bytes::Reader& body, const char* table, unsigned short* error, Store store) {
+    while (!body.atEnd()) {
+        Entry* entry = nextEntry<Entry>(body, table, error);
+        if (entry == nullptr)
+            return false;
+        store(entry);
+    }
+    return true;
+}
+
+/**
+ * Entries while loopLength, less the bytes of each, is not 0, each handed to
+ * store: false at a failure. The count runs down to exactly 0: one that is
+ * not a sum of whole entries wraps, and the walk goes on until an entry
+ * fails, at the latest at the end of body.
+ */
+template <class Entry, class Store>
+bool readLoop(bytes::Reader& body, unsigned short loopLength, const char* table,
+              unsigned short* error, Store store) {
+    while (loopLength != 0) {
+        unsigned int read = 0;
+        Entry* entry = nextEntry<Entry>(body, table, error, &read);
+        if (entry == nullptr)
+            return false;
+        store(entry);
+        loopLength = static_cast<unsigned short>(loopLength - read);
+    }
+    return true;
+}
+
+}  // namespace tables
+}  // namespace Sarn
+#pragma GCC visibility pop
+
+#endif
