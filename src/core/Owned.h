@@ -5,6 +5,7 @@
 // their entries: maps keyed by an identifier and vectors in wire order, both
 // holding owned raw pointers.
 
+#include <iterator>
 #include <list>
 #include <map>
 #include <vector>
@@ -52,11 +53,19 @@ void put(std::map<K, V*>& entries, V* entry, K (V::*keyOf)() const) {
  * a repeated key is deleted, since no caller can hold it yet.
  */
 template <typename K, typename V>
-void replace(std::map<K, V*>& entries, const K& key, V* value) {
-    auto inserted = entries.emplace(key, nullptr);
-    if (inserted.first->second != value)
-        delete inserted.first->second;
-    inserted.first->second = value;
+inline void replace(std::map<K, V*>& entries, const K& key, V* value) {
+    // Loops usually carry their entries in ascending order: a key above the
+    // last one goes straight to the end, without a search.
+    auto at = entries.end();
+    if (!entries.empty() && !(std::prev(at)->first < key))
+        at = entries.lower_bound(key);
+    if (at != entries.end() && !(key < at->first)) {
+        if (at->second != value)
+            delete at->second;
+        at->second = value;
+        return;
+    }
+    entries.emplace_hint(at, key, value);
 }
 
 template <typename K, typename V>

@@ -1,5 +1,6 @@
 #include "TPMTTable.h"
 
+#include "Bytes.h"
 #include "Json.h"
 #include "Owned.h"
 #include "TDataComponentDescriptor.h"
@@ -37,17 +38,16 @@ TProgramMap* TProgramMap::parse(unsigned char* bytes, unsigned int length, int,
     if (!tables::hasFixed(in, 5, "TProgramMap", length, error))
         return nullptr;
     // stream_type, elementary_PID (13 bits), ES_info_length (12 bits).
-    const unsigned char streamType = in.u8();
-    const unsigned short elementaryPid = in.pid();
-    const unsigned int esInfoLength = in.length12();
+    const unsigned char* fixed = in.bytes(5);
+    const unsigned int esInfoLength = bytes::len12(fixed + 3);
     if (!in.has(esInfoLength)) {
         SARN_LOGW("%s: TProgramMap::parse: ESInfoLength not valid: %u + %u > %u. Aborting!", 5u,
                   esInfoLength, length);
         return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
     std::unique_ptr<TProgramMap> map(new TProgramMap());
-    map->streamType = streamType;
-    map->elementaryPid = elementaryPid;
+    map->streamType = fixed[0];
+    map->elementaryPid = bytes::pid13(fixed + 1);
     const unsigned int read = map->parseDescriptorsLoop(in.mutableCurrent(), esInfoLength);
     in.skip(esInfoLength);
     if (read != esInfoLength)
@@ -98,6 +98,11 @@ TPMTTable* TPMTTable::parse(unsigned char* bytes, unsigned int length, int, int 
         SARN_LOGW("%s: TPMTTable::parse: readBytes != l_iProgramInfoLength! (%u != %u)", read,
                   programInfoLength);
 
+    // A quick count of the streams first, so that the list is allocated once.
+    unsigned int streams = 0;
+    for (bytes::Reader look = body; look.has(5); ++streams)
+        look.skip(bytes::len12(look.bytes(5) + 3));
+    table->programMaps.reserve(streams);
     if (!tables::readToEnd<TProgramMap>(
             body, "TPMTTable", error, [&](TProgramMap* map) { table->programMaps.push_back(map); }))
         return nullptr;
