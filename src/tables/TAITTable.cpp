@@ -19,49 +19,47 @@ TAITTable::~TAITTable() {
 }
 
 namespace {
-std::nullptr_t tooShort(unsigned int shown, unsigned int available, unsigned short* err) {
+bool tooShort(unsigned int shown, unsigned int available, unsigned short* err) {
     SARN_LOGW("%s: TAITTable::parse: Item length not valid: %u > %u. Aborting!", shown, available);
-    return parse::fail(err, ERROR_DATA_TOO_SHORT);
+    return parse::refuse(err, ERROR_DATA_TOO_SHORT);
 }
 }  // namespace
 
 TAITTable* TAITTable::parse(unsigned char* data, unsigned int len, int, int checkCrc,
                             unsigned short* err, TAITTable* previous) {
-    unsigned short body = 0;
-    std::unique_ptr<TAITTable> table =
-        tables::open(new TAITTable(data, len), data, len, checkCrc, err, previous, body);
-    if (table == nullptr)
-        return nullptr;
-    // The body runs from byte 8 to the CRC; never past the bytes handed in,
-    // even when a section_length below 4 made the count wrap. Descriptors and
-    // applications point into the caller's bytes.
-    bytes::Reader r(data, bodyEnd(8, body, len));
-    r.skip(8);
+    return tables::parse(
+        new TAITTable(data, len), data, len, checkCrc, err, previous,
+        [&](TAITTable& table, unsigned short body) {
+            // The body runs from byte 8 to the CRC; never past the bytes handed in,
+            // even when a section_length below 4 made the count wrap. Descriptors and
+            // applications point into the caller's bytes.
+            bytes::Reader r(data, bodyEnd(8, body, len));
+            r.skip(8);
 
-    // common_descriptors_length (12 bits after 4 reserved bits) and the loop
-    if (!r.has(2))
-        return tooShort(2, r.remaining(), err);
-    const unsigned short commonLength = r.length12();
-    if (commonLength > r.remaining())
-        return tooShort(commonLength, r.remaining(), err);
-    if (!ait::walkDescriptorLoop(r, commonLength, table->descriptors, err, nullptr))
-        return nullptr;
+            // common_descriptors_length (12 bits after 4 reserved bits) and the loop
+            if (!r.has(2))
+                return tooShort(2, r.remaining(), err);
+            const unsigned short commonLength = r.length12();
+            if (commonLength > r.remaining())
+                return tooShort(commonLength, r.remaining(), err);
+            if (!ait::walkDescriptorLoop(r, commonLength, table.descriptors, err, nullptr))
+                return false;
 
-    // application_loop_length (12 bits after 4 reserved bits) and the applications
-    if (!r.has(2))
-        return tooShort(2, r.remaining(), err);
-    const unsigned short appLoop = r.length12();
-    if (appLoop > r.remaining())
-        return tooShort(appLoop, r.remaining(), err);
-    if (!tables::readLoop<TApplication>(r, appLoop, "TAITTable", err, [&](TApplication* app) {
-            app->setParentAITTable(table.get());
-            // The table's application_type is authoritative for its applications.
-            app->setApplicationType(table->getApplicationType());
-            // The same application twice in one section: the later one stays.
-            owned::replace(table->applications, app->getHashID(), app);
-        }))
-        return nullptr;
-    return parse::done(err, table);
+            // application_loop_length (12 bits after 4 reserved bits) and the applications
+            if (!r.has(2))
+                return tooShort(2, r.remaining(), err);
+            const unsigned short appLoop = r.length12();
+            if (appLoop > r.remaining())
+                return tooShort(appLoop, r.remaining(), err);
+            return tables::readLoop<TApplication>(
+                r, appLoop, "TAITTable", err, [&](TApplication* app) {
+                    app->setParentAITTable(&table);
+                    // The table's application_type is authoritative for its applications.
+                    app->setApplicationType(table.getApplicationType());
+                    // The same application twice in one section: the later one stays.
+                    owned::replace(table.applications, app->getHashID(), app);
+                });
+        });
 }
 
 TApplicationDescriptor* TAITTable::getApplicationDescriptor() const {

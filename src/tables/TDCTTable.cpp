@@ -27,9 +27,7 @@ TDatacasterCarousel* TDatacasterCarousel::parse(unsigned char* data, unsigned in
         SARN_LOGW("%s: TDatacasterCarousel:: parse: ERROR: parsing ApplicationName. Aborting!");
         return parse::fail(error, ERROR_FIELD_PARSE);
     }
-    if (bytesRead != nullptr)
-        *bytesRead = in.position();
-    return parse::done(error, carousel);
+    return tables::finish(in, bytesRead, error, carousel);
 }
 
 // ---------------------------------------------------------------------------
@@ -43,27 +41,24 @@ TDCTTable::~TDCTTable() {
 
 TDCTTable* TDCTTable::parse(unsigned char* bytes, unsigned int length, int checkCrc, int,
                             unsigned short* error, TDCTTable* previous) {
-    unsigned short remaining = 0;
-    std::unique_ptr<TDCTTable> table = tables::open(new TDCTTable(bytes, length), bytes, length,
-                                                    checkCrc, error, previous, remaining);
-    if (table == nullptr)
-        return nullptr;
-    bytes::Reader section = tables::afterHeader(bytes, length);
-    // Only a section_length below 4 leaves the loop length outside a buffer
-    // that passed the header checks.
-    if (!section.has(2)) {
-        SARN_LOGW("%s: TDCTTable::parse: Item length not valid: %u. Aborting!", length);
-        return parse::fail(error, ERROR_DATA_TOO_SHORT);
-    }
-    const unsigned short loopLength = section.length12();
-    // Each entry gets the rest of the body, up to the CRC32 (or the end of
-    // the bytes handed in, when a short section_length wrapped the count).
-    bytes::Reader body = section.subAtMost(static_cast<unsigned short>(remaining - 2));
-    if (!tables::readLoop<TDatacasterCarousel>(
-            body, loopLength, "TDCTTable", error,
-            [&](TDatacasterCarousel* carousel) { table->carousels.push_back(carousel); }))
-        return nullptr;
-    return parse::done(error, table);
+    return tables::parse(
+        new TDCTTable(bytes, length), bytes, length, checkCrc, error, previous,
+        [&](TDCTTable& table, unsigned short remaining) {
+            bytes::Reader section = tables::afterHeader(bytes, length);
+            // Only a section_length below 4 leaves the loop length outside a buffer
+            // that passed the header checks.
+            if (!section.has(2)) {
+                SARN_LOGW("%s: TDCTTable::parse: Item length not valid: %u. Aborting!", length);
+                return parse::refuse(error, ERROR_DATA_TOO_SHORT);
+            }
+            const unsigned short loopLength = section.length12();
+            // Each entry gets the rest of the body, up to the CRC32 (or the end of
+            // the bytes handed in, when a short section_length wrapped the count).
+            bytes::Reader body = section.subAtMost(static_cast<unsigned short>(remaining - 2));
+            return tables::readLoop<TDatacasterCarousel>(
+                body, loopLength, "TDCTTable", error,
+                [&](TDatacasterCarousel* carousel) { table.carousels.push_back(carousel); });
+        });
 }
 
 SARN_OWNED_LIST_METHODS(TDCTTable, TDatacasterCarousel, carousels, addDatacasterCarousel,

@@ -136,39 +136,38 @@ TEITTable::~TEITTable() {
 
 TEITTable* TEITTable::parse(unsigned char* bytes, unsigned int len, int fullSegment, int checkCrc,
                             int, unsigned short* err, TEITTable* previous) {
-    unsigned short remaining = 0;
-    std::unique_ptr<TEITTable> table =
-        tables::open(new TEITTable(fullSegment ? TYPE_EIT_12 : TYPE_EIT_27, bytes, len), bytes, len,
-                     checkCrc, err, previous, remaining);
-    if (table == nullptr)
-        return nullptr;
-    // Events and their descriptors are read from the table's own copy, so
-    // they stay valid for as long as the table lives. The minimum length of
-    // 14 covers the fixed fields after the long header.
-    bytes::Reader section = tables::afterHeader(table->data, table->dataLength);
-    bytes::Reader fixed = section;
-    table->transportStreamId = fixed.u16();
-    table->originalNetworkId = fixed.u16();
-    table->segmentLastSectionNumber = fixed.u8();
-    table->lastTableId = fixed.u8();
+    return tables::parse(
+        new TEITTable(fullSegment ? TYPE_EIT_12 : TYPE_EIT_27, bytes, len), bytes, len, checkCrc,
+        err, previous, [&](TEITTable& table, unsigned short remaining) {
+            // Events and their descriptors are read from the table's own copy, so
+            // they stay valid for as long as the table lives. The minimum length of
+            // 14 covers the fixed fields after the long header.
+            bytes::Reader section = tables::afterHeader(table.data, table.dataLength);
+            bytes::Reader fixed = section;
+            table.transportStreamId = fixed.u16();
+            table.originalNetworkId = fixed.u16();
+            table.segmentLastSectionNumber = fixed.u8();
+            table.lastTableId = fixed.u8();
 
-    // Events run up to the CRC32, and never past the bytes handed in.
-    bytes::Reader body = section.subAtMost(remaining);
-    body.skip(6);
-    while (!body.atEnd()) {
-        unsigned int read = 0;
-        TEventItem* item = TEventItem::parse(body.mutableCurrent(), body.remaining(), fullSegment,
-                                             table->tableId, table->sectionNumber, &read, err);
-        if (item == nullptr) {
-            SARN_LOGW("%s: TEITTable::parse: TEITTable::parse: Invalid item. Aborting!");
-            return parse::fail(err, ERROR_DESCRIPTOR_LENGTH);
-        }
-        // A repeated event_id replaces the earlier event, which nobody else
-        // can hold yet.
-        owned::replace(table->events, item->eventId, item);
-        body.skip(read);
-    }
-    return parse::done(err, table);
+            // Events run up to the CRC32, and never past the bytes handed in.
+            bytes::Reader body = section.subAtMost(remaining);
+            body.skip(6);
+            while (!body.atEnd()) {
+                unsigned int read = 0;
+                TEventItem* item =
+                    TEventItem::parse(body.mutableCurrent(), body.remaining(), fullSegment,
+                                      table.tableId, table.sectionNumber, &read, err);
+                if (item == nullptr) {
+                    SARN_LOGW("%s: TEITTable::parse: TEITTable::parse: Invalid item. Aborting!");
+                    return parse::refuse(err, ERROR_DESCRIPTOR_LENGTH);
+                }
+                // A repeated event_id replaces the earlier event, which nobody else
+                // can hold yet.
+                owned::replace(table.events, item->eventId, item);
+                body.skip(read);
+            }
+            return true;
+        });
 }
 
 void TEITTable::addItem(TEventItem* item) {

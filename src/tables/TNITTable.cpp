@@ -44,9 +44,7 @@ TTransportStreamInfo* TTransportStreamInfo::parse(unsigned char* bytes, unsigned
             descriptorsLength, in.remaining());
     bytes::Reader loop = in.subAtMost(descriptorsLength);
     info->parseDescriptorsLoop(loop.mutableCurrent(), loop.remaining());
-    if (bytesRead != nullptr)
-        *bytesRead = in.position();
-    return parse::done(error, info);
+    return tables::finish(in, bytesRead, error, info);
 }
 
 TNITTable::TNITTable(unsigned char* bytes, unsigned int length)
@@ -58,46 +56,44 @@ TNITTable::~TNITTable() {
 
 TNITTable* TNITTable::parse(unsigned char* bytes, unsigned int length, int checkCrc, int,
                             unsigned short* error, TNITTable* previous) {
-    unsigned short remaining = 0;
-    std::unique_ptr<TNITTable> table = tables::open(new TNITTable(bytes, length), bytes, length,
-                                                    checkCrc, error, previous, remaining);
-    if (table == nullptr)
-        return nullptr;
-    bytes::Reader section = tables::afterHeader(bytes, length);
-    // network_descriptors_length lies within the minimum length, even in a
-    // section whose section_length is too short for it.
-    const unsigned int networkDescriptorsLength = bytes::Reader(section).length12();
-    // Up to the CRC32; a wrapped body counter stops at the end of the bytes
-    // handed in.
-    bytes::Reader body = section.subAtMost(remaining);
-    // The network descriptors must leave room for transport_stream_loop_length.
-    if (!body.has(4 + networkDescriptorsLength)) {
-        SARN_LOGW("%s: TNITTable::parse: NetDescLen not valid: %u > %u. Aborting!",
-                  10 + networkDescriptorsLength, 6 + body.remaining());
-        return parse::fail(error, ERROR_DATA_TOO_SHORT);
-    }
-    body.skip(2);
-    const unsigned int read =
-        table->parseDescriptorsLoop(body.mutableCurrent(), networkDescriptorsLength);
-    body.skip(networkDescriptorsLength);
-    if (read != networkDescriptorsLength)
-        SARN_LOGW(
-            "%s: TNITTable::parse: read bytes different than network descriptors length (%d != "
-            "%d)",
-            static_cast<int>(read), static_cast<int>(networkDescriptorsLength));
+    return tables::parse(
+        new TNITTable(bytes, length), bytes, length, checkCrc, error, previous,
+        [&](TNITTable& table, unsigned short remaining) {
+            bytes::Reader section = tables::afterHeader(bytes, length);
+            // network_descriptors_length lies within the minimum length, even in a
+            // section whose section_length is too short for it.
+            const unsigned int networkDescriptorsLength = bytes::Reader(section).length12();
+            // Up to the CRC32; a wrapped body counter stops at the end of the bytes
+            // handed in.
+            bytes::Reader body = section.subAtMost(remaining);
+            // The network descriptors must leave room for transport_stream_loop_length.
+            if (!body.has(4 + networkDescriptorsLength)) {
+                SARN_LOGW("%s: TNITTable::parse: NetDescLen not valid: %u > %u. Aborting!",
+                          10 + networkDescriptorsLength, 6 + body.remaining());
+                return parse::refuse(error, ERROR_DATA_TOO_SHORT);
+            }
+            body.skip(2);
+            const unsigned int read =
+                table.parseDescriptorsLoop(body.mutableCurrent(), networkDescriptorsLength);
+            body.skip(networkDescriptorsLength);
+            if (read != networkDescriptorsLength)
+                SARN_LOGW(
+                    "%s: TNITTable::parse: read bytes different than network descriptors "
+                    "length (%d != %d)",
+                    static_cast<int>(read), static_cast<int>(networkDescriptorsLength));
 
-    const unsigned int loopLength = body.length12();
-    if (!body.has(loopLength)) {
-        SARN_LOGW("%s: TNITTable::parse: Item length not valid: %u > %u. Aborting!", loopLength,
-                  static_cast<unsigned int>(remaining));
-        return parse::fail(error, ERROR_DATA_TOO_SHORT);
-    }
-    bytes::Reader loop = body.sub(loopLength);
-    if (!tables::readToEnd<TTransportStreamInfo>(loop, "TNITTable", error, [&](auto* info) {
-            owned::replace(table->transportStreams, info->transportStreamId, info);
-        }))
-        return nullptr;
-    return parse::done(error, table);
+            const unsigned int loopLength = body.length12();
+            if (!body.has(loopLength)) {
+                SARN_LOGW("%s: TNITTable::parse: Item length not valid: %u > %u. Aborting!",
+                          loopLength, static_cast<unsigned int>(remaining));
+                return parse::refuse(error, ERROR_DATA_TOO_SHORT);
+            }
+            bytes::Reader loop = body.sub(loopLength);
+            return tables::readToEnd<TTransportStreamInfo>(
+                loop, "TNITTable", error, [&](auto* info) {
+                    owned::replace(table.transportStreams, info->transportStreamId, info);
+                });
+        });
 }
 
 SARN_OWNED_MAP_METHODS(TNITTable, unsigned short, TTransportStreamInfo, transportStreams,

@@ -55,9 +55,7 @@ TProgramMap* TProgramMap::parse(unsigned char* bytes, unsigned int length, int,
             "%s: TProgramMap:parse: read bytes different than network descriptors length (%d != "
             "%d)",
             static_cast<int>(read), static_cast<int>(esInfoLength));
-    if (bytesRead != nullptr)
-        *bytesRead = in.position();
-    return parse::done(error, map);
+    return tables::finish(in, bytesRead, error, map);
 }
 
 TPMTTable::TPMTTable(unsigned char* bytes, unsigned int length)
@@ -71,42 +69,42 @@ TPMTTable::~TPMTTable() {
 
 TPMTTable* TPMTTable::parse(unsigned char* bytes, unsigned int length, int, int checkCrc,
                             unsigned short* error, TPMTTable* previous) {
-    unsigned short remaining = 0;
-    std::unique_ptr<TPMTTable> table = tables::open(new TPMTTable(bytes, length), bytes, length,
-                                                    checkCrc, error, previous, remaining);
-    if (table == nullptr)
-        return nullptr;
-    bytes::Reader section = tables::afterHeader(bytes, length);
-    // PCR_PID and program_info_length lie within the minimum length, even in
-    // a section whose section_length is too short for them.
-    bytes::Reader fixed = section;
-    table->pcrPid = fixed.pid();
-    const unsigned int programInfoLength = fixed.length12();
-    // The streams run up to the CRC32; a wrapped body counter stops at the
-    // end of the bytes handed in.
-    bytes::Reader body = section.subAtMost(remaining);
-    if (!body.has(4 + programInfoLength)) {
-        SARN_LOGW(
-            "%s: TPMTTable::parse: Longer data length is required: (%u + %u) >(%u). Aborting!", 12u,
-            programInfoLength, static_cast<unsigned int>(remaining));
-        return parse::fail(error, ERROR_DESCRIPTOR_LENGTH);
-    }
-    body.skip(4);
-    const unsigned int read = table->parseDescriptorsLoop(body.mutableCurrent(), programInfoLength);
-    body.skip(programInfoLength);
-    if (read != programInfoLength)
-        SARN_LOGW("%s: TPMTTable::parse: readBytes != l_iProgramInfoLength! (%u != %u)", read,
-                  programInfoLength);
+    return tables::parse(
+        new TPMTTable(bytes, length), bytes, length, checkCrc, error, previous,
+        [&](TPMTTable& table, unsigned short remaining) {
+            bytes::Reader section = tables::afterHeader(bytes, length);
+            // PCR_PID and program_info_length lie within the minimum length, even in
+            // a section whose section_length is too short for them.
+            bytes::Reader fixed = section;
+            table.pcrPid = fixed.pid();
+            const unsigned int programInfoLength = fixed.length12();
+            // The streams run up to the CRC32; a wrapped body counter stops at the
+            // end of the bytes handed in.
+            bytes::Reader body = section.subAtMost(remaining);
+            if (!body.has(4 + programInfoLength)) {
+                SARN_LOGW(
+                    "%s: TPMTTable::parse: Longer data length is required: (%u + %u) >(%u). "
+                    "Aborting!",
+                    12u, programInfoLength, static_cast<unsigned int>(remaining));
+                return parse::refuse(error, ERROR_DESCRIPTOR_LENGTH);
+            }
+            body.skip(4);
+            const unsigned int read =
+                table.parseDescriptorsLoop(body.mutableCurrent(), programInfoLength);
+            body.skip(programInfoLength);
+            if (read != programInfoLength)
+                SARN_LOGW("%s: TPMTTable::parse: readBytes != l_iProgramInfoLength! (%u != %u)",
+                          read, programInfoLength);
 
-    // A quick count of the streams first, so that the list is allocated once.
-    unsigned int streams = 0;
-    for (bytes::Reader look = body; look.has(5); ++streams)
-        look.skip(bytes::len12(look.bytes(5) + 3));
-    table->programMaps.reserve(streams);
-    if (!tables::readToEnd<TProgramMap>(
-            body, "TPMTTable", error, [&](TProgramMap* map) { table->programMaps.push_back(map); }))
-        return nullptr;
-    return parse::done(error, table);
+            // A quick count of the streams first, so that the list is allocated once.
+            unsigned int streams = 0;
+            for (bytes::Reader look = body; look.has(5); ++streams)
+                look.skip(bytes::len12(look.bytes(5) + 3));
+            table.programMaps.reserve(streams);
+            return tables::readToEnd<TProgramMap>(body, "TPMTTable", error, [&](TProgramMap* map) {
+                table.programMaps.push_back(map);
+            });
+        });
 }
 
 SARN_OWNED_LIST_METHODS(TPMTTable, TProgramMap, programMaps, addProgramMap, getProgramMap,

@@ -18,9 +18,7 @@ TScheduleInfo* TScheduleInfo::parse(unsigned char* data, unsigned int length,
     std::unique_ptr<TScheduleInfo> schedule(new TScheduleInfo());
     schedule->startTime = in.mjdTime();
     schedule->duration = in.u24();
-    if (bytesRead != nullptr)
-        *bytesRead = in.position();
-    return parse::done(error, schedule);
+    return tables::finish(in, bytesRead, error, schedule);
 }
 
 // ---------------------------------------------------------------------------
@@ -111,9 +109,7 @@ TDownloadContent* TDownloadContent::parse(unsigned char* data, unsigned int leng
         }
         contentLength = static_cast<unsigned short>(contentLength - (descriptorLength + 2));
     }
-    if (bytesRead != nullptr)
-        *bytesRead = in.position();
-    return parse::done(error, content);
+    return tables::finish(in, bytesRead, error, content);
 }
 
 TISDBTDescriptor* TDownloadContent::getDescriptor(unsigned char tag) const {
@@ -144,35 +140,35 @@ TSDTTTable::~TSDTTTable() {
 
 TSDTTTable* TSDTTTable::parse(unsigned char* bytes, unsigned int length, int checkCrc, int,
                               unsigned short* error, TSDTTTable* previous) {
-    unsigned short remaining = 0;
-    std::unique_ptr<TSDTTTable> table = tables::open(new TSDTTTable(bytes, length), bytes, length,
-                                                     checkCrc, error, previous, remaining);
-    if (table == nullptr)
-        return nullptr;
-    // The body is read from the table's own copy.
-    bytes::Reader section = tables::afterHeader(table->data, table->dataLength);
-    // transport_stream_id(16) original_network_id(16) service_id(16)
-    // num_of_contents(8): read even when section_length is too small for
-    // them, as long as the bytes are there.
-    if (!section.has(7)) {
-        SARN_LOGW("%s: TSDTTTable::parse: Item length not valid: %u. Aborting!", length);
-        return parse::fail(error, ERROR_DATA_TOO_SHORT);
-    }
-    table->transportStreamId = section.u16();
-    table->originalNetworkId = section.u16();
-    table->serviceId = section.u16();
-    unsigned int count = section.u8();
-    // Each content gets the rest of the body; a counter wrapped by a short
-    // section_length still stops at the end of the buffer.
-    bytes::Reader body = section.subAtMost(static_cast<unsigned short>(remaining - 7));
-    for (; count != 0; --count) {
-        TDownloadContent* content = tables::nextEntry<TDownloadContent>(body, "TSDTTTable", error);
-        if (content == nullptr)
-            return nullptr;
-        table->contents.push_back(content);
-    }
-    // Bytes after the last content are not looked at.
-    return parse::done(error, table);
+    return tables::parse(
+        new TSDTTTable(bytes, length), bytes, length, checkCrc, error, previous,
+        [&](TSDTTTable& table, unsigned short remaining) {
+            // The body is read from the table's own copy.
+            bytes::Reader section = tables::afterHeader(table.data, table.dataLength);
+            // transport_stream_id(16) original_network_id(16) service_id(16)
+            // num_of_contents(8): read even when section_length is too small for
+            // them, as long as the bytes are there.
+            if (!section.has(7)) {
+                SARN_LOGW("%s: TSDTTTable::parse: Item length not valid: %u. Aborting!", length);
+                return parse::refuse(error, ERROR_DATA_TOO_SHORT);
+            }
+            table.transportStreamId = section.u16();
+            table.originalNetworkId = section.u16();
+            table.serviceId = section.u16();
+            unsigned int count = section.u8();
+            // Each content gets the rest of the body; a counter wrapped by a short
+            // section_length still stops at the end of the buffer.
+            bytes::Reader body = section.subAtMost(static_cast<unsigned short>(remaining - 7));
+            for (; count != 0; --count) {
+                TDownloadContent* content =
+                    tables::nextEntry<TDownloadContent>(body, "TSDTTTable", error);
+                if (content == nullptr)
+                    return false;
+                table.contents.push_back(content);
+            }
+            // Bytes after the last content are not looked at.
+            return true;
+        });
 }
 
 SARN_OWNED_LIST_METHODS(TSDTTTable, TDownloadContent, contents, addDownloadContent,

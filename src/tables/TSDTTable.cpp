@@ -51,9 +51,7 @@ TServiceDescription* TServiceDescription::parse(unsigned char* bytes, unsigned i
     if (read != loopLength)
         SARN_LOGW("%s: TServiceDescription::parse: readbytes != desc loop length (%d != %d)",
                   static_cast<int>(read), static_cast<int>(loopLength));
-    if (bytesRead != nullptr)
-        *bytesRead = in.position();
-    return parse::done(error, entry);
+    return tables::finish(in, bytesRead, error, entry);
 }
 
 TSDTTable::TSDTTable(unsigned char* bytes, unsigned int length)
@@ -65,24 +63,21 @@ TSDTTable::~TSDTTable() {
 
 TSDTTable* TSDTTable::parse(unsigned char* bytes, unsigned int length, int, int checkCrc,
                             unsigned short* error, TSDTTable* previous) {
-    unsigned short remaining = 0;
-    std::unique_ptr<TSDTTable> table = tables::open(new TSDTTable(bytes, length), bytes, length,
-                                                    checkCrc, error, previous, remaining);
-    if (table == nullptr)
-        return nullptr;
-    // original_network_id and a reserved byte lie within the minimum length.
-    bytes::Reader section = tables::afterHeader(bytes, length);
-    table->originalNetworkId = section.u16();
-    section.skip(1);
-    // Bytes of the service loop, counted in 16 bits: a body shorter than
-    // original_network_id and the reserved byte wraps the count, which is
-    // then bounded by the bytes handed in.
-    bytes::Reader loop = section.subAtMost(static_cast<unsigned short>(remaining - 3));
-    if (!tables::readToEnd<TServiceDescription>(loop, "TSDTTable", error, [&](auto* entry) {
-            owned::replace(table->services, entry->serviceId, entry);
-        }))
-        return nullptr;
-    return parse::done(error, table);
+    return tables::parse(
+        new TSDTTable(bytes, length), bytes, length, checkCrc, error, previous,
+        [&](TSDTTable& table, unsigned short remaining) {
+            // original_network_id and a reserved byte lie within the minimum length.
+            bytes::Reader section = tables::afterHeader(bytes, length);
+            table.originalNetworkId = section.u16();
+            section.skip(1);
+            // Bytes of the service loop, counted in 16 bits: a body shorter than
+            // original_network_id and the reserved byte wraps the count, which is
+            // then bounded by the bytes handed in.
+            bytes::Reader loop = section.subAtMost(static_cast<unsigned short>(remaining - 3));
+            return tables::readToEnd<TServiceDescription>(
+                loop, "TSDTTable", error,
+                [&](auto* entry) { owned::replace(table.services, entry->serviceId, entry); });
+        });
 }
 
 SARN_OWNED_MAP_METHODS(TSDTTable, unsigned short, TServiceDescription, services, getServiceID,

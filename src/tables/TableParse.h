@@ -22,18 +22,32 @@ namespace Sarn {
 namespace tables {
 
 /**
- * Takes the table built over (bytes, length) and checks its common and
- * long-form headers: null when they are refused (logged, with the code set).
- * remaining receives the body bytes after the long-form header, up to the
- * CRC32.
+ * The parse of a table: takes fresh, built over (bytes, length), checks its
+ * common and long-form headers, then has body(table, remaining) read the
+ * rest, where remaining counts the body bytes after the long-form header, up
+ * to the CRC32. The finished table with the code 0; null (the table deleted)
+ * when the headers are refused or body returns false, each having logged its
+ * line and set its code.
  */
-template <class T>
-std::unique_ptr<T> open(T* fresh, unsigned char* bytes, unsigned int length, int checkCrc,
-                        unsigned short* error, T* previous, unsigned short& remaining) {
+template <class T, class Body>
+T* parse(T* fresh, unsigned char* bytes, unsigned int length, int checkCrc, unsigned short* error,
+         T* previous, Body body) {
     std::unique_ptr<T> table(fresh);
-    if (!table->parseCommonHeader(bytes, length, checkCrc, error, &remaining, previous))
-        table.reset();
-    return table;
+    unsigned short remaining = 0;
+    if (!table->parseCommonHeader(bytes, length, checkCrc, error, &remaining, previous) ||
+        !body(*table, remaining))
+        return nullptr;
+    return parse::done(error, table);
+}
+
+/** Writes the bytes in has read through bytesRead (when non-null) and hands entry over with the
+ * code 0. */
+template <class T>
+T* finish(const bytes::Reader& in, unsigned int* bytesRead, unsigned short* error,
+          std::unique_ptr<T>& entry) {
+    if (bytesRead != nullptr)
+        *bytesRead = in.position();
+    return parse::done(error, entry);
 }
 
 /** A reader over (data, length) at byte 8, the first after the long-form header. */
