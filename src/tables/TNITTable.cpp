@@ -1,5 +1,6 @@
 #include "TNITTable.h"
 
+#include "Bytes.h"
 #include "Json.h"
 #include "Owned.h"
 #include "TableParse.h"
@@ -24,17 +25,16 @@ TTransportStreamInfo* TTransportStreamInfo::parse(unsigned char* bytes, unsigned
     bytes::Reader in(bytes, length);
     if (!tables::hasFixed(in, 6, "TNITTransportStreamInfo", length, error))
         return nullptr;
-    const unsigned short transportStreamId = in.u16();
-    const unsigned short originalNetworkId = in.u16();
-    const unsigned int descriptorsLength = in.length12();
+    const unsigned char* fixed = in.bytes(6);
+    const unsigned int descriptorsLength = bytes::len12(fixed + 4);
     if (descriptorsLength > length) {
         SARN_LOGW("%s: TNITTransportStreamInfo::parse: Item length not valid: %u > %u. Aborting!",
                   descriptorsLength, length);
         return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
     std::unique_ptr<TTransportStreamInfo> info(new TTransportStreamInfo());
-    info->transportStreamId = transportStreamId;
-    info->originalNetworkId = originalNetworkId;
+    info->transportStreamId = bytes::be16(fixed);
+    info->originalNetworkId = bytes::be16(fixed + 2);
     // A loop a little longer than the bytes left is clamped to them (and
     // takes them all), not refused.
     if (!in.has(descriptorsLength))

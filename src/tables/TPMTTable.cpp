@@ -26,6 +26,16 @@ const TDataComponentDescriptor* dataComponent(const TProgramMap* map) {
     return static_cast<const TDataComponentDescriptor*>(map->getDescriptor(0xFD));
 }
 
+/** The streams keep accepts, in wire order. */
+template <class Keep>
+std::list<TProgramMap*> select(const std::vector<TProgramMap*>& maps, Keep keep) {
+    std::list<TProgramMap*> found;
+    for (TProgramMap* map : maps)
+        if (keep(map))
+            found.push_back(map);
+    return found;
+}
+
 }  // namespace
 
 TProgramMap::TProgramMap() : DescriptorLoop(kProgramMapTags), streamType(0), elementaryPid(0) {}
@@ -111,11 +121,8 @@ SARN_OWNED_LIST_METHODS(TPMTTable, TProgramMap, programMaps, addProgramMap, getP
                         removeProgramMap)
 
 std::list<TProgramMap*> TPMTTable::getProgramMapByStreamType(unsigned char streamType) const {
-    std::list<TProgramMap*> found;
-    for (TProgramMap* map : programMaps)
-        if (map->getStreamType() == streamType)
-            found.push_back(map);
-    return found;
+    return select(programMaps,
+                  [&](const TProgramMap* map) { return map->getStreamType() == streamType; });
 }
 
 std::list<TProgramMap*> TPMTTable::getProgramMapsByStreamType(unsigned char streamType) const {
@@ -123,26 +130,20 @@ std::list<TProgramMap*> TPMTTable::getProgramMapsByStreamType(unsigned char stre
 }
 
 std::list<TProgramMap*> TPMTTable::getProgramMapByComponentTag(unsigned char componentTag) const {
-    std::list<TProgramMap*> found;
-    for (TProgramMap* map : programMaps) {
+    return select(programMaps, [&](const TProgramMap* map) {
         const TStreamIdentifierDescriptor* sid = streamIdentifier(map);
-        if (sid != nullptr && sid->getComponentTag() == componentTag)
-            found.push_back(map);
-    }
-    return found;
+        return sid != nullptr && sid->getComponentTag() == componentTag;
+    });
 }
 
 std::list<TProgramMap*> TPMTTable::getProgramMap(unsigned char streamType,
                                                  unsigned char dataComponentId) const {
-    std::list<TProgramMap*> found;
-    for (TProgramMap* map : programMaps) {
+    return select(programMaps, [&](const TProgramMap* map) {
         if (map->getStreamType() != streamType)
-            continue;
+            return false;
         const TDataComponentDescriptor* dc = dataComponent(map);
-        if (dc != nullptr && dc->getDataComponentID() == dataComponentId)
-            found.push_back(map);
-    }
-    return found;
+        return dc != nullptr && dc->getDataComponentID() == dataComponentId;
+    });
 }
 
 std::list<ProgramData> TPMTTable::getAllPrograms() const {

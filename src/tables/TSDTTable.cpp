@@ -1,5 +1,6 @@
 #include "TSDTTable.h"
 
+#include "Bytes.h"
 #include "Json.h"
 #include "Owned.h"
 #include "TableParse.h"
@@ -31,21 +32,19 @@ TServiceDescription* TServiceDescription::parse(unsigned char* bytes, unsigned i
         return nullptr;
     // service_id, reserved bits and the two EIT flags, then running_status
     // (3 bits) and free_CA_mode (1) ahead of descriptors_loop_length (12).
-    const unsigned short serviceId = in.u16();
-    const unsigned char flags = in.u8();
-    const unsigned char status = in.peek();
-    const unsigned int loopLength = in.length12();
+    const unsigned char* fixed = in.bytes(5);
+    const unsigned int loopLength = bytes::len12(fixed + 3);
     if (!in.has(loopLength)) {
         SARN_LOGW("%s: TServiceDescription::parse: Item length not valid: %u > %u. Aborting!",
                   loopLength, in.remaining());
         return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
     std::unique_ptr<TServiceDescription> entry(new TServiceDescription());
-    entry->serviceId = serviceId;
-    entry->eitSchedule = (flags & 0x02) != 0 ? 1 : 0;
-    entry->eitPresentFollowing = flags & 0x01;
-    entry->runningStatus = static_cast<unsigned char>(status >> 5);
-    entry->freeCAMode = static_cast<unsigned char>((status & 0x10) >> 4);
+    entry->serviceId = bytes::be16(fixed);
+    entry->eitSchedule = (fixed[2] & 0x02) != 0 ? 1 : 0;
+    entry->eitPresentFollowing = fixed[2] & 0x01;
+    entry->runningStatus = static_cast<unsigned char>(fixed[3] >> 5);
+    entry->freeCAMode = static_cast<unsigned char>((fixed[3] & 0x10) >> 4);
     const unsigned int read = entry->parseDescriptorsLoop(in.mutableCurrent(), loopLength);
     in.skip(loopLength);
     if (read != loopLength)
