@@ -5,7 +5,6 @@
 // their entries: maps keyed by an identifier and vectors in wire order, both
 // holding owned raw pointers.
 
-#include <iterator>
 #include <list>
 #include <map>
 #include <vector>
@@ -54,18 +53,13 @@ void put(std::map<K, V*>& entries, V* entry, K (V::*keyOf)() const) {
  */
 template <typename K, typename V>
 inline void replace(std::map<K, V*>& entries, const K& key, V* value) {
-    // Loops usually carry their entries in ascending order: a key above the
-    // last one goes straight to the end, without a search.
-    auto at = entries.end();
-    if (!entries.empty() && !(std::prev(at)->first < key))
-        at = entries.lower_bound(key);
-    if (at != entries.end() && !(key < at->first)) {
-        if (at->second != value)
-            delete at->second;
+    // Loops usually carry their entries in ascending order: with the end as
+    // the hint, a key above the last one is placed without a search.
+    auto at = entries.emplace_hint(entries.end(), key, value);
+    if (at->second != value) {
+        delete at->second;
         at->second = value;
-        return;
     }
-    entries.emplace_hint(at, key, value);
 }
 
 template <typename K, typename V>

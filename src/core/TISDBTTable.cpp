@@ -1,10 +1,10 @@
 #include "TISDBTTable.h"
 
+#include "Bytes.h"
 #include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
 #include "Parse.h"
-#include "Reader.h"
 
 namespace Sarn {
 
@@ -34,8 +34,7 @@ bool TISDBTTable::parseCommonHeader(unsigned char* bytes, unsigned int length, i
         return parse::refuse(error, ERROR_DATA_TOO_SHORT);
     }
     // minLength is at least 7: the three header bytes and the CRC32 are there.
-    bytes::Reader in(bytes, length);
-    const unsigned char id = in.u8();
+    const unsigned char id = bytes[0];
     if (expectedTableId < 0xFFFF && id != expectedTableId) {
         SARN_LOGW(
             "%s: TISDBTTable::parse: Unexpected table ID. Got 0x%02X, instead of 0x%02X. "
@@ -44,8 +43,8 @@ bool TISDBTTable::parseCommonHeader(unsigned char* bytes, unsigned int length, i
         return parse::refuse(error, ERROR_UNEXPECTED_TABLE_ID);
     }
     tableId = id;
-    sectionLength = in.length12();
-    if (sectionLength > in.remaining()) {
+    sectionLength = bytes::len12(bytes + 1);
+    if (sectionLength > length - 3) {
         SARN_LOGW("%s: TISDBTTable::parse: Section length exceeds data length. Aborting!");
         return parse::refuse(error, ERROR_SECTION_LENGTH);
     }
@@ -54,9 +53,7 @@ bool TISDBTTable::parseCommonHeader(unsigned char* bytes, unsigned int length, i
         // stored value is taken from the last four bytes of the buffer.
         const unsigned int covered = sectionLength > 0 ? sectionLength - 1u : 0u;
         const unsigned int computed = ISDBTUtils::getSectionCRC32(bytes, covered);
-        bytes::Reader tail(bytes, length);
-        tail.skip(length - 4);
-        crc32 = tail.u32();
+        crc32 = bytes::be32(bytes + length - 4);
         if (computed != crc32) {
             SARN_LOGE(
                 "%s: TISDBTTable::parse: CRC32  FAIL! (0x%08X != 0x%08X). Data may be corrupted!",

@@ -1,10 +1,10 @@
 #include "TISDBTVersionedTable.h"
 
+#include "Bytes.h"
 #include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
 #include "Parse.h"
-#include "Reader.h"
 
 namespace Sarn {
 
@@ -34,18 +34,15 @@ bool TISDBTVersionedTable::parseCommonHeader(unsigned char* bytes, unsigned int 
     }
     // A section_length below 4 wraps the count above; the long-form header
     // (bytes 3 to 7) must still lie within the bytes handed in.
-    bytes::Reader in(bytes, length);
-    in.skip(3);
-    if (!in.has(5)) {
+    if (length < 8) {
         SARN_LOGW("%s: TISDBTTable::parse: Section length exceeds data length. Aborting!");
         return parse::refuse(error, ERROR_SECTION_LENGTH);
     }
-    tableIdExtension = in.u16();
-    const unsigned char flags = in.u8();
-    version = static_cast<unsigned char>((flags & 0x3E) >> 1);
-    currentNextIndicator = flags & 0x01;
-    sectionNumber = in.u8();
-    lastSectionNumber = in.u8();
+    tableIdExtension = bytes::be16(bytes + 3);
+    version = static_cast<unsigned char>((bytes[5] & 0x3E) >> 1);
+    currentNextIndicator = bytes[5] & 0x01;
+    sectionNumber = bytes[6];
+    lastSectionNumber = bytes[7];
     body = static_cast<unsigned short>(body - 5);
     if (remaining != nullptr)
         *remaining = body;
