@@ -62,38 +62,25 @@ TAITTable* TAITTable::parse(unsigned char* data, unsigned int len, int, int chec
         });
 }
 
-TApplicationDescriptor* TAITTable::getApplicationDescriptor() const {
-    return static_cast<TApplicationDescriptor*>(descriptors[ait::SLOT_APPLICATION]);
-}
-TApplicationNameDescriptor* TAITTable::getApplicationNameDescriptor() const {
-    return static_cast<TApplicationNameDescriptor*>(descriptors[ait::SLOT_NAME]);
-}
-TApplicationIconDescriptor* TAITTable::getApplicationIconDescriptor() const {
-    return static_cast<TApplicationIconDescriptor*>(descriptors[ait::SLOT_ICON]);
-}
-TExternalApplicationAuthorizationDescriptor*
-TAITTable::getExternalApplicationAuthorizationDescriptor() const {
-    return static_cast<TExternalApplicationAuthorizationDescriptor*>(
-        descriptors[ait::SLOT_AUTHORIZATION]);
-}
-TTransportProtocolDescriptor* TAITTable::getTransportProtocolDescriptor() const {
-    return static_cast<TTransportProtocolDescriptor*>(descriptors[ait::SLOT_TRANSPORT]);
-}
-TIPSignalingDescriptor* TAITTable::getIPSignalingDescriptor() const {
-    return static_cast<TIPSignalingDescriptor*>(descriptors[ait::SLOT_IP_SIGNALING]);
-}
-TPrefetchDescriptor* TAITTable::getPrefetchDescriptor() const {
-    return static_cast<TPrefetchDescriptor*>(descriptors[ait::SLOT_PREFETCH]);
-}
-TDIILocationDescriptor* TAITTable::getDIILocationDescriptor() const {
-    return static_cast<TDIILocationDescriptor*>(descriptors[ait::SLOT_DII_LOCATION]);
-}
-TGingaApplicationDescriptor* TAITTable::getGingaApplicationDescriptor() const {
-    return static_cast<TGingaApplicationDescriptor*>(descriptors[ait::SLOT_GINGA]);
-}
-TGingaApplicationLocationDescriptor* TAITTable::getGingaApplicationLocationDescriptor() const {
-    return static_cast<TGingaApplicationLocationDescriptor*>(descriptors[ait::SLOT_GINGA_LOCATION]);
-}
+// Each typed getter hands out the descriptor of its slot, which only ever
+// holds that class.
+#define SARN_AIT_SLOT_GETTER(Type, name, slot)             \
+    Type* TAITTable::name() const {                        \
+        return static_cast<Type*>(descriptors[ait::slot]); \
+    }
+SARN_AIT_SLOT_GETTER(TApplicationDescriptor, getApplicationDescriptor, SLOT_APPLICATION)
+SARN_AIT_SLOT_GETTER(TApplicationNameDescriptor, getApplicationNameDescriptor, SLOT_NAME)
+SARN_AIT_SLOT_GETTER(TApplicationIconDescriptor, getApplicationIconDescriptor, SLOT_ICON)
+SARN_AIT_SLOT_GETTER(TExternalApplicationAuthorizationDescriptor,
+                     getExternalApplicationAuthorizationDescriptor, SLOT_AUTHORIZATION)
+SARN_AIT_SLOT_GETTER(TTransportProtocolDescriptor, getTransportProtocolDescriptor, SLOT_TRANSPORT)
+SARN_AIT_SLOT_GETTER(TIPSignalingDescriptor, getIPSignalingDescriptor, SLOT_IP_SIGNALING)
+SARN_AIT_SLOT_GETTER(TPrefetchDescriptor, getPrefetchDescriptor, SLOT_PREFETCH)
+SARN_AIT_SLOT_GETTER(TDIILocationDescriptor, getDIILocationDescriptor, SLOT_DII_LOCATION)
+SARN_AIT_SLOT_GETTER(TGingaApplicationDescriptor, getGingaApplicationDescriptor, SLOT_GINGA)
+SARN_AIT_SLOT_GETTER(TGingaApplicationLocationDescriptor, getGingaApplicationLocationDescriptor,
+                     SLOT_GINGA_LOCATION)
+#undef SARN_AIT_SLOT_GETTER
 
 TISDBTDescriptor* TAITTable::getDescriptor(unsigned char tag) const {
     return ait::lookup(descriptors, tag, true);

@@ -1,6 +1,7 @@
 // Datacaster carousel table (private table_id 0x99) and its carousel entries.
 #include "TDCTTable.h"
 
+#include "Bytes.h"
 #include "Owned.h"
 #include "TableParse.h"
 
@@ -18,11 +19,13 @@ TDatacasterCarousel* TDatacasterCarousel::parse(unsigned char* data, unsigned in
     // missing at the very end, which reads as an empty name.
     if (!tables::hasFixed(in, 8, "TDatacasterCarousel", in.remaining(), error))
         return nullptr;
+    // PID (13 bits), version, carousel_id (32 bits), component_tag.
+    const unsigned char* fixed = in.bytes(8);
     std::unique_ptr<TDatacasterCarousel> carousel(new TDatacasterCarousel());
-    carousel->pid = in.pid();
-    carousel->version = in.u8();
-    carousel->carouselId = in.u32();
-    carousel->componentTag = in.u8();
+    carousel->pid = bytes::pid13(fixed);
+    carousel->version = fixed[2];
+    carousel->carouselId = bytes::be32(fixed + 3);
+    carousel->componentTag = fixed[7];
     if (in.string(carousel->applicationName, 0) < 0) {
         SARN_LOGW("%s: TDatacasterCarousel:: parse: ERROR: parsing ApplicationName. Aborting!");
         return parse::fail(error, ERROR_FIELD_PARSE);
