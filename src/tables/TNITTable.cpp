@@ -74,8 +74,7 @@ TNITTable* TNITTable::parse(unsigned char* bytes, unsigned int length, int check
             }
             body.skip(2);
             const unsigned int read =
-                table.parseDescriptorsLoop(body.mutableCurrent(), networkDescriptorsLength);
-            body.skip(networkDescriptorsLength);
+                tables::readDescriptors(table, body, networkDescriptorsLength);
             if (read != networkDescriptorsLength)
                 SARN_LOGW(
                     "%s: TNITTable::parse: read bytes different than network descriptors "

@@ -58,8 +58,7 @@ TProgramMap* TProgramMap::parse(unsigned char* bytes, unsigned int length, int,
     std::unique_ptr<TProgramMap> map(new TProgramMap());
     map->streamType = fixed[0];
     map->elementaryPid = bytes::pid13(fixed + 1);
-    const unsigned int read = map->parseDescriptorsLoop(in.mutableCurrent(), esInfoLength);
-    in.skip(esInfoLength);
+    const unsigned int read = tables::readDescriptors(*map, in, esInfoLength);
     if (read != esInfoLength)
         SARN_LOGW(
             "%s: TProgramMap:parse: read bytes different than network descriptors length (%d != "
@@ -99,9 +98,7 @@ TPMTTable* TPMTTable::parse(unsigned char* bytes, unsigned int length, int, int 
                 return parse::refuse(error, ERROR_DESCRIPTOR_LENGTH);
             }
             body.skip(4);
-            const unsigned int read =
-                table.parseDescriptorsLoop(body.mutableCurrent(), programInfoLength);
-            body.skip(programInfoLength);
+            const unsigned int read = tables::readDescriptors(table, body, programInfoLength);
             if (read != programInfoLength)
                 SARN_LOGW("%s: TPMTTable::parse: readBytes != l_iProgramInfoLength! (%u != %u)",
                           read, programInfoLength);

@@ -45,8 +45,7 @@ TServiceDescription* TServiceDescription::parse(unsigned char* bytes, unsigned i
     entry->eitPresentFollowing = fixed[2] & 0x01;
     entry->runningStatus = static_cast<unsigned char>(fixed[3] >> 5);
     entry->freeCAMode = static_cast<unsigned char>((fixed[3] & 0x10) >> 4);
-    const unsigned int read = entry->parseDescriptorsLoop(in.mutableCurrent(), loopLength);
-    in.skip(loopLength);
+    const unsigned int read = tables::readDescriptors(*entry, in, loopLength);
     if (read != loopLength)
         SARN_LOGW("%s: TServiceDescription::parse: readbytes != desc loop length (%d != %d)",
                   static_cast<int>(read), static_cast<int>(loopLength));

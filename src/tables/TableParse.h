@@ -12,6 +12,7 @@
 
 #include <memory>
 
+#include "DescriptorLoop.h"
 #include "ISDBTUtils.h"
 #include "Log.h"
 #include "Parse.h"
@@ -68,6 +69,17 @@ inline bool hasFixed(const bytes::Reader& in, unsigned int n, const char* entry,
         return true;
     SARN_LOGW("%s: %s::parse: Item length not valid: %u. Aborting!", entry, shown);
     return parse::refuse(error, ERROR_DATA_TOO_SHORT);
+}
+
+/**
+ * Walks the n bytes at in's position as owner's descriptor loop and steps
+ * over them: the bytes the walk used, fewer than n when the loop ends in a
+ * stray byte or a descriptor that overruns it.
+ */
+inline unsigned int readDescriptors(DescriptorLoop& owner, bytes::Reader& in, unsigned int n) {
+    const unsigned int read = owner.parseDescriptorsLoop(in.mutableCurrent(), n);
+    in.skip(n);
+    return read;
 }
 
 /**
