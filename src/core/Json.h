@@ -81,6 +81,19 @@ class Out {
  */
 void appendUtcTime(Out& out, int seconds);
 
+/** The commas of a list: nothing before its first element, ',' before each later one. */
+class Commas {
+  public:
+    void before(Out& out) {
+        if (!first)
+            out << ',';
+        first = false;
+    }
+
+  private:
+    bool first = true;
+};
+
 /**
  * Appends "[" + each element as write(element) appends it, comma-separated,
  * + "]".
@@ -88,11 +101,9 @@ void appendUtcTime(Out& out, int seconds);
 template <typename Container, typename Write>
 void appendArray(Out& out, const Container& elements, Write write) {
     out << '[';
-    bool first = true;
+    Commas commas;
     for (const auto& element : elements) {
-        if (!first)
-            out << ',';
-        first = false;
+        commas.before(out);
         write(element);
     }
     out << ']';
@@ -105,14 +116,12 @@ void appendArray(Out& out, const Container& elements, Write write) {
 template <typename Iterator>
 void appendDescriptorArray(Out& out, Iterator begin, Iterator end) {
     out << '[';
-    bool first = true;
+    Commas commas;
     for (Iterator it = begin; it != end; ++it) {
         const TISDBTDescriptor* d = *it;
         if (d == nullptr)
             continue;
-        if (!first)
-            out << ',';
-        first = false;
+        commas.before(out);
         out << '{' << d->toJSON() << '}';
     }
     out << ']';

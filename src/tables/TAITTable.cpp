@@ -100,14 +100,10 @@ std::string TAITTable::toJSON() const {
     json::Out o(out);
     o << ",\"descriptors\":";
     ait::appendSlotsJSON(o, descriptors, true);
-    o << ",\"application_loop\":[";
-    bool first = true;
-    for (const auto& entry : applications) {
+    o << ",\"application_loop\":";
+    json::appendArray(o, applications, [&](const auto& entry) {
         const TApplication* app = entry.second;
         const TApplicationIdentifier* id = app->applicationIdentifier;
-        if (!first)
-            o << ',';
-        first = false;
         o << "{\"application_identifier\":{\"organization_id\":"
           << (id == nullptr ? 0u : id->getOrganizationID())
           << ",\"application_id\":" << (id == nullptr ? 0 : id->getApplicationID())
@@ -115,8 +111,8 @@ std::string TAITTable::toJSON() const {
           << ",\"recommended_resolution\":" << app->recommendedResolution << ",\"descriptors\":";
         ait::appendSlotsJSON(o, app->descriptors, false);
         o << '}';
-    }
-    o << "]}";
+    });
+    o << '}';
     return out;
 }
 
