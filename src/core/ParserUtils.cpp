@@ -32,12 +32,14 @@ int ParserUtils::parseStr(unsigned char* data, std::string& out, unsigned int le
         return -1;
     }
     const unsigned char* text = in.bytes(length);
-    out.clear();
-    out.reserve(length);
+    // Sized once for the whole text, then cut to what the control codes left.
+    out.resize(length);
+    unsigned int kept = 0;
     for (unsigned int i = 0; i < length; ++i) {
         if (!isControlCode(text[i]))
-            out.push_back(static_cast<char>(text[i]));
+            out[kept++] = static_cast<char>(text[i]);
     }
+    out.resize(kept);
     return consumed + static_cast<int>(length);
 }
 
