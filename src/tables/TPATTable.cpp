@@ -18,25 +18,24 @@ TPATTable::~TPATTable() {
 
 TPATTable* TPATTable::parse(unsigned char* bytes, unsigned int length, int, int checkCrc,
                             unsigned short* error, TPATTable* previous) {
+    // Four-byte entries from byte 8 up to the CRC; a partial entry is ignored.
+    auto entries = [&](TPATTable& table, unsigned short remaining) {
+        bytes::Reader in = tables::afterHeader(bytes, length).subAtMost(remaining);
+        while (in.has(4)) {
+            const unsigned char* entry = in.bytes(4);
+            const unsigned short programNumber = bytes::be16(entry);
+            const unsigned short pid = bytes::pid13(entry + 2);
+            if (programNumber == 0) {
+                table.networkPid = pid;
+                continue;
+            }
+            owned::replace(table.programs, programNumber,
+                           new TProgramAssociation(programNumber, pid));
+        }
+        return true;
+    };
     return tables::parse(new TPATTable(bytes, length), bytes, length, checkCrc, error, previous,
-                         [&](TPATTable& table, unsigned short remaining) {
-                             // Four-byte entries from byte 8 up to the CRC; a partial entry is
-                             // ignored.
-                             bytes::Reader in =
-                                 tables::afterHeader(bytes, length).subAtMost(remaining);
-                             while (in.has(4)) {
-                                 const unsigned char* entry = in.bytes(4);
-                                 const unsigned short programNumber = bytes::be16(entry);
-                                 const unsigned short pid = bytes::pid13(entry + 2);
-                                 if (programNumber == 0) {
-                                     table.networkPid = pid;
-                                     continue;
-                                 }
-                                 owned::replace(table.programs, programNumber,
-                                                new TProgramAssociation(programNumber, pid));
-                             }
-                             return true;
-                         });
+                         entries);
 }
 
 SARN_OWNED_MAP_METHODS(TPATTable, unsigned short, TProgramAssociation, programs, getProgramNumber,
