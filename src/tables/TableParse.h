@@ -1,9 +1,10 @@
 #ifndef SARN_TABLES_TABLEPARSE_H
 #define SARN_TABLES_TABLEPARSE_H
 
-// What the table parsers share: the opening (the object under construction
-// and its header checks), the runs of entries that each take the rest of
-// their loop, and the check of an entry's fixed fields.
+// What the table parsers share: the frame of a table's parse (the object
+// under construction, its header checks, its end), the runs of entries that
+// each take the rest of their loop, and an entry's check of its fixed
+// fields, its descriptor loop and its end.
 //
 // An entry class offers
 //   static Entry* parse(unsigned char* data, unsigned int length, int,
