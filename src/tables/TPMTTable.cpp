@@ -103,11 +103,9 @@ TPMTTable* TPMTTable::parse(unsigned char* bytes, unsigned int length, int, int 
                 SARN_LOGW("%s: TPMTTable::parse: readBytes != l_iProgramInfoLength! (%u != %u)",
                           read, programInfoLength);
 
-            // A quick count of the streams first, so that the list is allocated once.
-            unsigned int streams = 0;
-            for (bytes::Reader look = body; look.has(5); ++streams)
-                look.skip(bytes::len12(look.bytes(5) + 3));
-            table.programMaps.reserve(streams);
+            // Every stream takes at least its five fixed bytes: room for as many
+            // as could fit, so that the list is allocated once.
+            table.programMaps.reserve(body.remaining() / 5);
             return tables::readToEnd<TProgramMap>(body, "TPMTTable", error, [&](TProgramMap* map) {
                 table.programMaps.push_back(map);
             });
