@@ -3,11 +3,11 @@
 #include <memory>
 
 #include "DescriptorFields.h"
+#include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
 #include "Owned.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
@@ -48,14 +48,7 @@ TApplicationDescriptorProfile* TApplicationDescriptorProfile::parse(unsigned cha
 }
 
 TApplicationDescriptor::TApplicationDescriptor(unsigned char* bytes, unsigned int len)
-    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, len),
-      serviceBound(0),
-      visibility(0),
-      applicationPriority(0),
-      visibleForUsers(0),
-      visibleForApplications(0),
-      transportProtocolLabelCount(0),
-      transportProtocolLabels(nullptr) {}
+    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, len) {}
 
 TApplicationDescriptor::TApplicationDescriptor(const TApplicationDescriptor* src)
     : TISDBTDescriptor(*src),
@@ -121,9 +114,7 @@ TApplicationDescriptor* TApplicationDescriptor::parse(unsigned char* data, unsig
     d->transportProtocolLabelCount = static_cast<unsigned char>(body.remaining());
     d->transportProtocolLabels = fields::copyBytes(body.bytes(d->transportProtocolLabelCount),
                                                    d->transportProtocolLabelCount);
-    if (bytesRead != nullptr)
-        *bytesRead = length;
-    return parse::done(err, d);
+    return parse::done(err, d, bytesRead, length);
 }
 
 void TApplicationDescriptor::addProfile(TApplicationDescriptorProfile* profile) {

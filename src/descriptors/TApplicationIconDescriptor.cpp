@@ -2,15 +2,15 @@
 
 #include <memory>
 
+#include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "Log.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
 
 TApplicationIconDescriptor::TApplicationIconDescriptor(unsigned char* bytes, unsigned int len)
-    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, len), iconFlags(0) {}
+    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, len) {}
 
 TApplicationIconDescriptor::TApplicationIconDescriptor(const TApplicationIconDescriptor* src)
     : TISDBTDescriptor(*src), iconLocator(src->iconLocator), iconFlags(src->iconFlags) {}
@@ -39,9 +39,7 @@ TApplicationIconDescriptor* TApplicationIconDescriptor::parse(unsigned char* dat
         return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
     d->iconFlags = body.u16();
-    if (bytesRead != nullptr)
-        *bytesRead = static_cast<unsigned char>(length + 2);
-    return parse::done(err, d);
+    return parse::done(err, d, bytesRead, static_cast<unsigned char>(length + 2));
 }
 
 }  // namespace Sarn

@@ -6,12 +6,7 @@
 
 namespace Sarn {
 
-TCarouselSelector::TCarouselSelector()
-    : remoteConnection(0),
-      originalNetworkId(0),
-      transportStreamId(0),
-      serviceId(0),
-      componentTag(0) {}
+TCarouselSelector::TCarouselSelector() {}
 
 bool TCarouselSelector::readSelector(const char* kind, const unsigned char* data, unsigned int len,
                                      unsigned int* consumed, unsigned short* err,

@@ -23,8 +23,7 @@ unsigned short shifted(unsigned char value, unsigned char shift) {
 
 // ---------------------------------------------------------------------------
 
-TCompatibilityDescriptorSubItem::TCompatibilityDescriptorSubItem()
-    : subDescriptorType(0), additionalInformationLength(0), additionalInformation(nullptr) {}
+TCompatibilityDescriptorSubItem::TCompatibilityDescriptorSubItem() {}
 
 TCompatibilityDescriptorSubItem::~TCompatibilityDescriptorSubItem() {
     delete[] additionalInformation;
@@ -60,8 +59,7 @@ TCompatibilityDescriptorSubItem* TCompatibilityDescriptorSubItem::parse(unsigned
 
 // ---------------------------------------------------------------------------
 
-TCompatibilityDescriptorItem::TCompatibilityDescriptorItem()
-    : descriptorType(0), specifierType(0), specifierData(0), model(0), version(0) {}
+TCompatibilityDescriptorItem::TCompatibilityDescriptorItem() {}
 
 TCompatibilityDescriptorItem::~TCompatibilityDescriptorItem() {
     owned::deleteAll(subItems);

@@ -37,7 +37,7 @@ TDIILocationDescriptorItem* TDIILocationDescriptorItem::parse(unsigned char* dat
 }
 
 TDIILocationDescriptor::TDIILocationDescriptor(unsigned char* bytes, unsigned int len)
-    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, len), transportProtocolLabel(0) {}
+    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, len) {}
 
 TDIILocationDescriptor::TDIILocationDescriptor(const TDIILocationDescriptor* src)
     : TISDBTDescriptor(*src), transportProtocolLabel(src->transportProtocolLabel) {

@@ -2,10 +2,10 @@
 
 #include <memory>
 
+#include "DescriptorParse.h"
 #include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
@@ -29,13 +29,7 @@ void decodeControl(unsigned char b, unsigned char& recording, bool& maximumBitra
 // Item: component_tag, control byte, maximum_bitrate when flagged.
 // ---------------------------------------------------------------------------
 
-TDigitalCopyControlDescriptorItem::TDigitalCopyControlDescriptorItem()
-    : componentTag(0),
-      digitalRecordingControlData(0),
-      maximumBitrateFlag(false),
-      copyControlType(0),
-      apsControlData(0),
-      maximumBitrate(0) {}
+TDigitalCopyControlDescriptorItem::TDigitalCopyControlDescriptorItem() {}
 
 TDigitalCopyControlDescriptorItem::~TDigitalCopyControlDescriptorItem() {}
 
@@ -76,13 +70,7 @@ TDigitalCopyControlDescriptorItem* TDigitalCopyControlDescriptorItem::parse(unsi
 // ---------------------------------------------------------------------------
 
 TDigitalCopyControlDescriptor::TDigitalCopyControlDescriptor(unsigned char* bytes, unsigned int len)
-    : TISDBTDescriptor(0xC1, bytes, len),
-      digitalRecordingControlData(0),
-      maximumBitrateFlag(false),
-      componentControlFlag(false),
-      copyControlType(0),
-      apsControlData(0),
-      maximumBitrate(0) {}
+    : TISDBTDescriptor(0xC1, bytes, len) {}
 
 TDigitalCopyControlDescriptor::~TDigitalCopyControlDescriptor() {
     for (TDigitalCopyControlDescriptorItem* item : items)
@@ -93,11 +81,10 @@ TDigitalCopyControlDescriptor* TDigitalCopyControlDescriptor::parse(unsigned cha
                                                                     unsigned int len,
                                                                     unsigned int* bytesRead,
                                                                     unsigned short* err) {
-    if (!parseCommonHeader(data, len, err, 1, 0xC1))
+    bytes::Reader r;
+    auto d = parse::open<TDigitalCopyControlDescriptor>(data, len, err, 1, 0xC1, r);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TDigitalCopyControlDescriptor> d(new TDigitalCopyControlDescriptor(data, len));
-    bytes::Reader r(data, len);
-    r.skip(2);
     // Every shortage reports the bytes left against one, whatever it lacked.
     auto tooShort = [&r, err]() {
         SARN_LOGW(
@@ -138,9 +125,7 @@ TDigitalCopyControlDescriptor* TDigitalCopyControlDescriptor::parse(unsigned cha
         }
     }
     // Without the two header bytes.
-    if (bytesRead != nullptr)
-        *bytesRead = r.position() - 2;
-    return parse::done(err, d);
+    return parse::done(err, d, bytesRead, r.position() - 2);
 }
 
 void TDigitalCopyControlDescriptor::add(TDigitalCopyControlDescriptorItem* item) {

@@ -4,14 +4,13 @@
 #include <memory>
 
 #include "DescriptorFields.h"
+#include "DescriptorParse.h"
 #include "ItemLoop.h"
 #include "Log.h"
-#include "Parse.h"
 
 namespace Sarn {
 
-TEmergencyInformationDescriptorItem::TEmergencyInformationDescriptorItem()
-    : serviceID(0), start(0), signalLevel(0), areaCodeLength(0), areaCodes(nullptr) {}
+TEmergencyInformationDescriptorItem::TEmergencyInformationDescriptorItem() {}
 
 TEmergencyInformationDescriptorItem::~TEmergencyInformationDescriptorItem() {
     delete[] areaCodes;
@@ -73,14 +72,12 @@ TEmergencyInformationDescriptor* TEmergencyInformationDescriptor::parse(unsigned
                                                                         unsigned int length,
                                                                         unsigned int* bytesRead,
                                                                         unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 4, 0xFC))
-        return nullptr;
-    std::unique_ptr<TEmergencyInformationDescriptor> d(
-        new TEmergencyInformationDescriptor(bytes, length));
     // Items fill the bytes handed in, not just descriptor_length; the byte
     // count is the last item's.
-    bytes::Reader r(bytes, length);
-    r.skip(2);
+    bytes::Reader r;
+    auto d = parse::open<TEmergencyInformationDescriptor>(bytes, length, error, 4, 0xFC, r);
+    if (d == nullptr)
+        return nullptr;
     auto store = [&d](TEmergencyInformationDescriptorItem* item) { d->items.push_back(item); };
     if (!readItems<TEmergencyInformationDescriptorItem>(r, "TEmergencyInformationDescriptor",
                                                         bytesRead, error, store))

@@ -2,11 +2,11 @@
 
 #include <memory>
 
+#include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
-#include "Parse.h"
 
 namespace Sarn {
 
@@ -63,7 +63,7 @@ TExtendedEventDescriptorItem* TExtendedEventDescriptorItem::parse(unsigned char*
 // ---------------------------------------------------------------------------
 
 TExtendedEventDescriptor::TExtendedEventDescriptor(unsigned char* bytes, unsigned int len)
-    : TISDBTDescriptor(0x4E, bytes, len), descriptorNumber(0), lastDescriptorNumber(0) {}
+    : TISDBTDescriptor(0x4E, bytes, len) {}
 
 TExtendedEventDescriptor::~TExtendedEventDescriptor() {
     for (TExtendedEventDescriptorItem* item : items)
@@ -73,13 +73,12 @@ TExtendedEventDescriptor::~TExtendedEventDescriptor() {
 TExtendedEventDescriptor* TExtendedEventDescriptor::parse(unsigned char* data, unsigned int len,
                                                           unsigned int* bytesRead,
                                                           unsigned short* err) {
-    if (!parseCommonHeader(data, len, err, 6, 0x4E))
-        return nullptr;
-    std::unique_ptr<TExtendedEventDescriptor> d(new TExtendedEventDescriptor(data, len));
     // Read from the bytes handed in; the header check guarantees eight bytes
     // in all, so some are left up to the items.
-    bytes::Reader r(data, len);
-    r.skip(2);
+    bytes::Reader r;
+    auto d = parse::open<TExtendedEventDescriptor>(data, len, err, 6, 0x4E, r);
+    if (d == nullptr)
+        return nullptr;
     const unsigned char numbers = r.u8();
     d->descriptorNumber = numbers >> 4;
     d->lastDescriptorNumber = numbers & 0x0F;
@@ -125,9 +124,7 @@ TExtendedEventDescriptor* TExtendedEventDescriptor::parse(unsigned char* data, u
     }
     // Two less than the size on the wire (and less again by any control bytes
     // dropped from the text): callers walking a loop use descriptor_length.
-    if (bytesRead != nullptr)
-        *bytesRead = consumed + 6 + static_cast<unsigned int>(d->text.size());
-    return parse::done(err, d);
+    return parse::done(err, d, bytesRead, consumed + 6 + static_cast<unsigned int>(d->text.size()));
 }
 
 TExtendedEventDescriptorItem* TExtendedEventDescriptor::get(unsigned char index) const {

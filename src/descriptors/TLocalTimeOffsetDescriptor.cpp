@@ -1,11 +1,11 @@
 #include "TLocalTimeOffsetDescriptor.h"
 
+#include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
 #include "Owned.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
@@ -85,11 +85,10 @@ TLocalTimeOffsetDescriptor* TLocalTimeOffsetDescriptor::parse(unsigned char* byt
                                                               unsigned int length,
                                                               unsigned int* bytesRead,
                                                               unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 11, 0x58))
+    bytes::Reader r;
+    auto d = parse::open<TLocalTimeOffsetDescriptor>(bytes, length, error, 11, 0x58, r);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TLocalTimeOffsetDescriptor> d(new TLocalTimeOffsetDescriptor(bytes, length));
-    bytes::Reader r(bytes, length);
-    r.skip(2);
     unsigned int n = 0;
     while (!r.atEnd()) {
         std::unique_ptr<TLocalTimeOffsetDescriptorItem> item =
@@ -105,9 +104,7 @@ TLocalTimeOffsetDescriptor* TLocalTimeOffsetDescriptor::parse(unsigned char* byt
         owned::replace(d->items, code, item.release());
     }
     // The last entry's size.
-    if (bytesRead != nullptr)
-        *bytesRead = n;
-    return parse::done(error, d);
+    return parse::done(error, d, bytesRead, n);
 }
 
 void TLocalTimeOffsetDescriptor::add(TLocalTimeOffsetDescriptorItem* item) {

@@ -6,11 +6,7 @@
 namespace Sarn {
 
 TNPTEndpointDescriptor::TNPTEndpointDescriptor(unsigned char* bytes, unsigned int length)
-    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, length),
-      startNptH(0),
-      startNptL(0),
-      stopNptH(0),
-      stopNptL(0) {}
+    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, length) {}
 
 TNPTEndpointDescriptor::~TNPTEndpointDescriptor() {}
 

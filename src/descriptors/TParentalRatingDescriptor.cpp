@@ -1,9 +1,9 @@
 #include "TParentalRatingDescriptor.h"
 
+#include "DescriptorParse.h"
 #include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
@@ -69,9 +69,7 @@ TParentalRatingDescriptor* TParentalRatingDescriptor::parse(unsigned char* data,
             [&d](TParentalRatingDescriptorItem* item) { d->items.push_back(item); }))
         return nullptr;
     // The items only, without the two header bytes.
-    if (bytesRead != nullptr)
-        *bytesRead = r.position() - 2;
-    return parse::done(err, d);
+    return parse::done(err, d, bytesRead, r.position() - 2);
 }
 
 void TParentalRatingDescriptor::add(TParentalRatingDescriptorItem** item) {

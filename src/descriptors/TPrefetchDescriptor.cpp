@@ -11,7 +11,7 @@
 
 namespace Sarn {
 
-TPrefetchDescriptorItem::TPrefetchDescriptorItem() : prefetchPriority(0) {}
+TPrefetchDescriptorItem::TPrefetchDescriptorItem() {}
 
 TPrefetchDescriptorItem::TPrefetchDescriptorItem(const TPrefetchDescriptorItem* src)
     : label(src->label), prefetchPriority(src->prefetchPriority) {}
@@ -46,7 +46,7 @@ TPrefetchDescriptorItem* TPrefetchDescriptorItem::parse(unsigned char* data, uns
 }
 
 TPrefetchDescriptor::TPrefetchDescriptor(unsigned char* bytes, unsigned int len)
-    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, len), transportProtocolLabel(0) {}
+    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, len) {}
 
 TPrefetchDescriptor::TPrefetchDescriptor(const TPrefetchDescriptor* src)
     : TISDBTDescriptor(*src), transportProtocolLabel(src->transportProtocolLabel) {

@@ -1,14 +1,14 @@
 #include "TServiceDescriptor.h"
 
+#include "DescriptorParse.h"
 #include "Json.h"
 #include "Log.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
 
 TServiceDescriptor::TServiceDescriptor(unsigned char* bytes, unsigned int length)
-    : TISDBTDescriptor(0x48, bytes, length), serviceType(0) {}
+    : TISDBTDescriptor(0x48, bytes, length) {}
 
 TServiceDescriptor::~TServiceDescriptor() {}
 
@@ -45,9 +45,7 @@ TServiceDescriptor* TServiceDescriptor::parse(unsigned char* bytes, unsigned int
         return parse::fail(error, ERROR_FIELD_PARSE);
     }
     // Only the two names are counted, not the three leading bytes.
-    if (bytesRead != nullptr)
-        *bytesRead = static_cast<unsigned char>(c1 + name);
-    return parse::done(error, d);
+    return parse::done(error, d, bytesRead, static_cast<unsigned char>(c1 + name));
 }
 
 std::string TServiceDescriptor::toJSON() const {

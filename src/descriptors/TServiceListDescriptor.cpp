@@ -1,10 +1,10 @@
 #include "TServiceListDescriptor.h"
 
+#include "DescriptorParse.h"
 #include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
 #include "Owned.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
@@ -43,11 +43,10 @@ TServiceListDescriptor::~TServiceListDescriptor() {
 TServiceListDescriptor* TServiceListDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                       unsigned int* bytesRead,
                                                       unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 2, 0x41))
+    bytes::Reader r;
+    auto d = parse::open<TServiceListDescriptor>(bytes, length, error, 2, 0x41, r);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TServiceListDescriptor> d(new TServiceListDescriptor(bytes, length));
-    bytes::Reader r(bytes, length);
-    r.skip(2);
     // *bytesRead receives the last entry's size.
     const bool read = readItems<TServiceListDescriptorItem>(
         r, "TServiceListDescriptor", bytesRead, error, [&d](TServiceListDescriptorItem* item) {

@@ -1,16 +1,15 @@
 #include "TTSInformationDescriptor.h"
 
+#include "DescriptorParse.h"
 #include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
 #include "Owned.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
 
-TTSInformationDescriptorItem::TTSInformationDescriptorItem()
-    : transmissionTypeInfo(0), numberOfServices(0), services(nullptr) {}
+TTSInformationDescriptorItem::TTSInformationDescriptorItem() {}
 
 TTSInformationDescriptorItem::~TTSInformationDescriptorItem() {
     delete[] services;
@@ -42,7 +41,7 @@ TTSInformationDescriptorItem* TTSInformationDescriptorItem::parse(unsigned char*
 }
 
 TTSInformationDescriptor::TTSInformationDescriptor(unsigned char* bytes, unsigned int length)
-    : TISDBTDescriptor(0xCD, bytes, length), remoteControlKeyId(0), txInformation(0) {}
+    : TISDBTDescriptor(0xCD, bytes, length) {}
 
 TTSInformationDescriptor::~TTSInformationDescriptor() {
     owned::deleteAll(transmissionTypes);
@@ -51,11 +50,10 @@ TTSInformationDescriptor::~TTSInformationDescriptor() {
 TTSInformationDescriptor* TTSInformationDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                           unsigned int* bytesRead,
                                                           unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 2, 0xCD))
+    bytes::Reader r;
+    auto d = parse::open<TTSInformationDescriptor>(bytes, length, error, 2, 0xCD, r);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TTSInformationDescriptor> d(new TTSInformationDescriptor(bytes, length));
-    bytes::Reader r(bytes, length);
-    r.skip(2);
     d->remoteControlKeyId = r.u8();
     // length_of_ts_name (6 bits) and transmission_type_count (2 bits).
     const unsigned char counts = r.u8();
@@ -77,9 +75,7 @@ TTSInformationDescriptor* TTSInformationDescriptor::parse(unsigned char* bytes, 
     }
     const size_t count = d->transmissionTypes.size();
     d->txInformation = count >= 1 && count <= 3 ? static_cast<unsigned char>(count) : 0;
-    if (bytesRead != nullptr)
-        *bytesRead = r.position();
-    return parse::done(error, d);
+    return parse::done(error, d, bytesRead, r.position());
 }
 
 void TTSInformationDescriptor::addTransmissionType(TTSInformationDescriptorItem* item) {

@@ -10,12 +10,7 @@ namespace Sarn {
 
 TTransportProtocolDescriptorIP::TTransportProtocolDescriptorIP(unsigned char* bytes,
                                                                unsigned int len)
-    : TTransportProtocolDescriptor(TYPE_IP, 2, bytes, len),
-      remoteConnection(0),
-      originalNetworkId(0),
-      transportStreamId(0),
-      serviceId(0),
-      alignmentIndicator(0) {}
+    : TTransportProtocolDescriptor(TYPE_IP, 2, bytes, len) {}
 
 TTransportProtocolDescriptorIP::TTransportProtocolDescriptorIP(
     const TTransportProtocolDescriptorIP* src)
