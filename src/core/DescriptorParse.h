@@ -3,8 +3,7 @@
 
 // The opening and the closing that every descriptor parse shares. A parse
 // opens with
-//     bytes::Reader r;
-//     auto d = parse::open<TXxxDescriptor>(data, length, error, minLength, tag, r);
+//     auto [d, r] = parse::open<TXxxDescriptor>(data, length, error, minLength, tag);
 //     if (d == nullptr)
 //         return nullptr;
 // reads its fields through r, fails through parse::fail and ends with
@@ -20,21 +19,30 @@
 namespace Sarn {
 namespace parse {
 
+/** What open yields: the descriptor under construction and a reader over its bytes. */
+template <class D>
+struct Opened {
+    std::unique_ptr<D> d;
+    bytes::Reader r;
+};
+
 /**
  * Checks the two-byte header (TISDBTDescriptor::parseCommonHeader: the tag,
  * the minimum descriptor_length, the bytes it announces; logs and sets the
- * code when it fails). When it passes, body reads (data, length) from the
- * byte after descriptor_length and the new D over the same bytes comes
- * back; otherwise null, with body untouched.
+ * code when it fails). When it passes, d is a new D over (data, length) and
+ * r reads the same bytes from the one after descriptor_length; otherwise d
+ * is null.
  */
 template <class D>
-std::unique_ptr<D> open(unsigned char* data, unsigned int length, unsigned short* error,
-                        unsigned char minLength, unsigned short tag, bytes::Reader& body) {
+Opened<D> open(unsigned char* data, unsigned int length, unsigned short* error,
+               unsigned char minLength, unsigned short tag) {
+    Opened<D> opened;
     if (!TISDBTDescriptor::parseCommonHeader(data, length, error, minLength, tag))
-        return nullptr;
-    body = bytes::Reader(data, length);
-    body.skip(2);
-    return std::unique_ptr<D>(new D(data, length));
+        return opened;
+    opened.d.reset(new D(data, length));
+    opened.r = bytes::Reader(data, length);
+    opened.r.skip(2);
+    return opened;
 }
 
 /** done(error, object) that first writes read through bytesRead (a null bytesRead is ignored). */

@@ -17,8 +17,7 @@ TAACDescriptor::~TAACDescriptor() {
 
 TAACDescriptor* TAACDescriptor::parse(unsigned char* bytes, unsigned int length,
                                       unsigned int* bytesRead, unsigned short* error) {
-    bytes::Reader r;
-    auto d = parse::open<TAACDescriptor>(bytes, length, error, 2, 0x7C, r);
+    auto [d, r] = parse::open<TAACDescriptor>(bytes, length, error, 2, 0x7C);
     if (d == nullptr)
         return nullptr;
     d->profileAndLevel = r.u8();

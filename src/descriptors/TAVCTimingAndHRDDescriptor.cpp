@@ -29,8 +29,7 @@ TAVCTimingAndHRDDescriptor* TAVCTimingAndHRDDescriptor::parse(unsigned char* byt
                                                               unsigned int length,
                                                               unsigned int* bytesRead,
                                                               unsigned short* error) {
-    bytes::Reader r;
-    auto d = parse::open<TAVCTimingAndHRDDescriptor>(bytes, length, error, 2, 0x2A, r);
+    auto [d, r] = parse::open<TAVCTimingAndHRDDescriptor>(bytes, length, error, 2, 0x2A);
     if (d == nullptr)
         return nullptr;
     // Two readings of ours differ from the published layout and are kept for

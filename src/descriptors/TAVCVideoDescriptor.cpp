@@ -15,8 +15,7 @@ TAVCVideoDescriptor::~TAVCVideoDescriptor() {}
 
 TAVCVideoDescriptor* TAVCVideoDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                 unsigned int* bytesRead, unsigned short* error) {
-    bytes::Reader r;
-    auto d = parse::open<TAVCVideoDescriptor>(bytes, length, error, 4, 0x28, r);
+    auto [d, r] = parse::open<TAVCVideoDescriptor>(bytes, length, error, 4, 0x28);
     if (d == nullptr)
         return nullptr;
     d->profileIdc = r.u8();

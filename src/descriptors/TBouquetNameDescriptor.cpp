@@ -17,8 +17,7 @@ TBouquetNameDescriptor::~TBouquetNameDescriptor() {}
 TBouquetNameDescriptor* TBouquetNameDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                       unsigned int* bytesRead,
                                                       unsigned short* error) {
-    bytes::Reader r;
-    auto d = parse::open<TBouquetNameDescriptor>(bytes, length, error, 1, 0x47, r);
+    auto [d, r] = parse::open<TBouquetNameDescriptor>(bytes, length, error, 1, 0x47);
     if (d == nullptr)
         return nullptr;
     // The name fills the rest of the bytes handed in.

@@ -17,8 +17,7 @@ TCAIdentifierDescriptor::~TCAIdentifierDescriptor() {
 TCAIdentifierDescriptor* TCAIdentifierDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                         unsigned int* bytesRead,
                                                         unsigned short* error) {
-    bytes::Reader r;
-    auto d = parse::open<TCAIdentifierDescriptor>(bytes, length, error, 2, 0x53, r);
+    auto [d, r] = parse::open<TCAIdentifierDescriptor>(bytes, length, error, 2, 0x53);
     if (d == nullptr)
         return nullptr;
     // Two bytes per CA_system_id up to the end of the bytes handed in; an odd

@@ -21,8 +21,7 @@ TCarouselIdentifierDescriptor* TCarouselIdentifierDescriptor::parse(unsigned cha
                                                                     unsigned int length,
                                                                     unsigned int* bytesRead,
                                                                     unsigned short* error) {
-    bytes::Reader r;
-    auto d = parse::open<TCarouselIdentifierDescriptor>(bytes, length, error, 4, 0x13, r);
+    auto [d, r] = parse::open<TCarouselIdentifierDescriptor>(bytes, length, error, 4, 0x13);
     if (d == nullptr)
         return nullptr;
     d->carouselId = r.u32();

@@ -18,8 +18,7 @@ TComponentDescriptor* TComponentDescriptor::parse(unsigned char* data, unsigned 
                                                   unsigned int* bytesRead, unsigned short* err) {
     // tag, length, reserved nibble + stream_content, component_type,
     // component_tag, ISO 639 code (3), text up to the end.
-    bytes::Reader r;
-    auto d = parse::open<TComponentDescriptor>(data, len, err, 6, 0x50, r);
+    auto [d, r] = parse::open<TComponentDescriptor>(data, len, err, 6, 0x50);
     if (d == nullptr)
         return nullptr;
     d->streamContent = static_cast<unsigned char>(r.u8() & 0x0F);

@@ -19,8 +19,7 @@ TConditionalPlaybackDescriptor* TConditionalPlaybackDescriptor::parse(unsigned c
                                                                       unsigned int length,
                                                                       unsigned int* bytesRead,
                                                                       unsigned short* error) {
-    bytes::Reader r;
-    auto d = parse::open<TConditionalPlaybackDescriptor>(bytes, length, error, 4, 0xF8, r);
+    auto [d, r] = parse::open<TConditionalPlaybackDescriptor>(bytes, length, error, 4, 0xF8);
     if (d == nullptr)
         return nullptr;
     d->caSystemId = r.u16();

@@ -18,8 +18,7 @@ TContentAvailabilityDescriptor* TContentAvailabilityDescriptor::parse(unsigned c
                                                                       unsigned int length,
                                                                       unsigned int* bytesRead,
                                                                       unsigned short* error) {
-    bytes::Reader r;
-    auto d = parse::open<TContentAvailabilityDescriptor>(bytes, length, error, 1, 0xDE, r);
+    auto [d, r] = parse::open<TContentAvailabilityDescriptor>(bytes, length, error, 1, 0xDE);
     if (d == nullptr)
         return nullptr;
     const unsigned char b = r.u8();

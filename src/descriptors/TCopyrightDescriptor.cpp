@@ -16,8 +16,7 @@ TCopyrightDescriptor::~TCopyrightDescriptor() {
 
 TCopyrightDescriptor* TCopyrightDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                   unsigned int* bytesRead, unsigned short* error) {
-    bytes::Reader r;
-    auto d = parse::open<TCopyrightDescriptor>(bytes, length, error, 4, 0x0D, r);
+    auto [d, r] = parse::open<TCopyrightDescriptor>(bytes, length, error, 4, 0x0D);
     if (d == nullptr)
         return nullptr;
     d->copyrightId = r.u32();

@@ -19,8 +19,7 @@ TCountryAvailabilityDescriptor* TCountryAvailabilityDescriptor::parse(unsigned c
                                                                       unsigned int length,
                                                                       unsigned int* bytesRead,
                                                                       unsigned short* error) {
-    bytes::Reader r;
-    auto d = parse::open<TCountryAvailabilityDescriptor>(bytes, length, error, 4, 0x49, r);
+    auto [d, r] = parse::open<TCountryAvailabilityDescriptor>(bytes, length, error, 4, 0x49);
     if (d == nullptr)
         return nullptr;
     d->countryAvailabilityFlag = r.u8() >= 0x80;

@@ -19,8 +19,7 @@ TDataComponentDescriptor::~TDataComponentDescriptor() {
 TDataComponentDescriptor* TDataComponentDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                           unsigned int* bytesRead,
                                                           unsigned short* error) {
-    bytes::Reader r;
-    auto d = parse::open<TDataComponentDescriptor>(bytes, length, error, 2, 0xFD, r);
+    auto [d, r] = parse::open<TDataComponentDescriptor>(bytes, length, error, 2, 0xFD);
     if (d == nullptr)
         return nullptr;
     d->dataComponentId = r.u16();

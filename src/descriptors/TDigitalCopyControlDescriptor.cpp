@@ -81,8 +81,7 @@ TDigitalCopyControlDescriptor* TDigitalCopyControlDescriptor::parse(unsigned cha
                                                                     unsigned int len,
                                                                     unsigned int* bytesRead,
                                                                     unsigned short* err) {
-    bytes::Reader r;
-    auto d = parse::open<TDigitalCopyControlDescriptor>(data, len, err, 1, 0xC1, r);
+    auto [d, r] = parse::open<TDigitalCopyControlDescriptor>(data, len, err, 1, 0xC1);
     if (d == nullptr)
         return nullptr;
     // Every shortage reports the bytes left against one, whatever it lacked.

@@ -64,8 +64,7 @@ TDownloadContentDescriptor* TDownloadContentDescriptor::parse(unsigned char* byt
                                                               unsigned short* error) {
     // Everything after the header is read from the bytes handed in, not only
     // the descriptor_length ones.
-    bytes::Reader r;
-    auto d = parse::open<TDownloadContentDescriptor>(bytes, length, error, 18, DESCRIPTOR_TAG, r);
+    auto [d, r] = parse::open<TDownloadContentDescriptor>(bytes, length, error, 18, DESCRIPTOR_TAG);
     if (d == nullptr)
         return nullptr;
 

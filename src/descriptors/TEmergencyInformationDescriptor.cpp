@@ -74,8 +74,7 @@ TEmergencyInformationDescriptor* TEmergencyInformationDescriptor::parse(unsigned
                                                                         unsigned short* error) {
     // Items fill the bytes handed in, not just descriptor_length; the byte
     // count is the last item's.
-    bytes::Reader r;
-    auto d = parse::open<TEmergencyInformationDescriptor>(bytes, length, error, 4, 0xFC, r);
+    auto [d, r] = parse::open<TEmergencyInformationDescriptor>(bytes, length, error, 4, 0xFC);
     if (d == nullptr)
         return nullptr;
     auto store = [&d](TEmergencyInformationDescriptorItem* item) { d->items.push_back(item); };

@@ -75,8 +75,7 @@ TExtendedEventDescriptor* TExtendedEventDescriptor::parse(unsigned char* data, u
                                                           unsigned short* err) {
     // Read from the bytes handed in; the header check guarantees eight bytes
     // in all, so some are left up to the items.
-    bytes::Reader r;
-    auto d = parse::open<TExtendedEventDescriptor>(data, len, err, 6, 0x4E, r);
+    auto [d, r] = parse::open<TExtendedEventDescriptor>(data, len, err, 6, 0x4E);
     if (d == nullptr)
         return nullptr;
     const unsigned char numbers = r.u8();

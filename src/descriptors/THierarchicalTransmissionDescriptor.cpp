@@ -13,8 +13,7 @@ THierarchicalTransmissionDescriptor::~THierarchicalTransmissionDescriptor() {}
 
 THierarchicalTransmissionDescriptor* THierarchicalTransmissionDescriptor::parse(
     unsigned char* bytes, unsigned int length, unsigned int* bytesRead, unsigned short* error) {
-    bytes::Reader r;
-    auto d = parse::open<THierarchicalTransmissionDescriptor>(bytes, length, error, 3, 0xC0, r);
+    auto [d, r] = parse::open<THierarchicalTransmissionDescriptor>(bytes, length, error, 3, 0xC0);
     if (d == nullptr)
         return nullptr;
     d->qualityLevel = r.u8() & 1;

@@ -20,8 +20,7 @@ TIPSignalingDescriptor* TIPSignalingDescriptor::parse(unsigned char* data, unsig
                                                       unsigned int* bytesRead,
                                                       unsigned short* err) {
     // platform_id (24)
-    bytes::Reader r;
-    auto d = parse::open<TIPSignalingDescriptor>(data, len, err, 3, DESCRIPTOR_TAG, r);
+    auto [d, r] = parse::open<TIPSignalingDescriptor>(data, len, err, 3, DESCRIPTOR_TAG);
     if (d == nullptr)
         return nullptr;
     d->platformId = r.u24();

@@ -19,8 +19,7 @@ TISO639LanguageDescriptor* TISO639LanguageDescriptor::parse(unsigned char* bytes
                                                             unsigned short* error) {
     // The entries are counted from the bytes handed in; inside a descriptor
     // loop that is exactly descriptor_length.
-    bytes::Reader r;
-    auto d = parse::open<TISO639LanguageDescriptor>(bytes, length, error, 0, 0x0A, r);
+    auto [d, r] = parse::open<TISO639LanguageDescriptor>(bytes, length, error, 0, 0x0A);
     if (d == nullptr)
         return nullptr;
     if (r.remaining() < 4)

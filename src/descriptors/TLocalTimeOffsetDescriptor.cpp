@@ -85,8 +85,7 @@ TLocalTimeOffsetDescriptor* TLocalTimeOffsetDescriptor::parse(unsigned char* byt
                                                               unsigned int length,
                                                               unsigned int* bytesRead,
                                                               unsigned short* error) {
-    bytes::Reader r;
-    auto d = parse::open<TLocalTimeOffsetDescriptor>(bytes, length, error, 11, 0x58, r);
+    auto [d, r] = parse::open<TLocalTimeOffsetDescriptor>(bytes, length, error, 11, 0x58);
     if (d == nullptr)
         return nullptr;
     unsigned int n = 0;

@@ -16,8 +16,7 @@ TNetworkNameDescriptor* TNetworkNameDescriptor::parse(unsigned char* bytes, unsi
                                                       unsigned int* bytesRead,
                                                       unsigned short* error) {
     // The name fills the payload; it has no length byte of its own.
-    bytes::Reader r;
-    auto d = parse::open<TNetworkNameDescriptor>(bytes, length, error, 0, 0x40, r);
+    auto [d, r] = parse::open<TNetworkNameDescriptor>(bytes, length, error, 0, 0x40);
     if (d == nullptr)
         return nullptr;
     const unsigned int payload = r.remaining();

@@ -19,8 +19,7 @@ TPartialReceptionDescriptor* TPartialReceptionDescriptor::parse(unsigned char* b
                                                                 unsigned short* error) {
     // Two bytes per service_id up to the end of the bytes handed in; the count
     // is kept in 8 bits (and only that many are read).
-    bytes::Reader r;
-    auto d = parse::open<TPartialReceptionDescriptor>(bytes, length, error, 0, 0xFB, r);
+    auto [d, r] = parse::open<TPartialReceptionDescriptor>(bytes, length, error, 0, 0xFB);
     if (d == nullptr)
         return nullptr;
     const unsigned int payload = r.remaining();

@@ -43,8 +43,7 @@ TServiceListDescriptor::~TServiceListDescriptor() {
 TServiceListDescriptor* TServiceListDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                       unsigned int* bytesRead,
                                                       unsigned short* error) {
-    bytes::Reader r;
-    auto d = parse::open<TServiceListDescriptor>(bytes, length, error, 2, 0x41, r);
+    auto [d, r] = parse::open<TServiceListDescriptor>(bytes, length, error, 2, 0x41);
     if (d == nullptr)
         return nullptr;
     // *bytesRead receives the last entry's size.

@@ -18,8 +18,7 @@ TStreamEventDescriptor* TStreamEventDescriptor::parse(unsigned char* bytes, unsi
                                                       unsigned short* error) {
     // event_id(16), reserved(31) eventNPT(33), then private data up to the end
     // of the bytes given (the section table gives exactly the descriptor).
-    bytes::Reader r;
-    auto d = parse::open<TStreamEventDescriptor>(bytes, length, error, 10, DESCRIPTOR_TAG, r);
+    auto [d, r] = parse::open<TStreamEventDescriptor>(bytes, length, error, 10, DESCRIPTOR_TAG);
     if (d == nullptr)
         return nullptr;
     d->eventId = r.u16();

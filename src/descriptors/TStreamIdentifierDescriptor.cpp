@@ -15,8 +15,7 @@ TStreamIdentifierDescriptor* TStreamIdentifierDescriptor::parse(unsigned char* b
                                                                 unsigned int length,
                                                                 unsigned int* bytesRead,
                                                                 unsigned short* error) {
-    bytes::Reader r;
-    auto d = parse::open<TStreamIdentifierDescriptor>(bytes, length, error, 1, 0x52, r);
+    auto [d, r] = parse::open<TStreamIdentifierDescriptor>(bytes, length, error, 1, 0x52);
     if (d == nullptr)
         return nullptr;
     d->componentTag = r.u8();

@@ -14,8 +14,7 @@ TStreamModeDescriptor* TStreamModeDescriptor::parse(unsigned char* bytes, unsign
                                                     unsigned int* /*bytesRead*/,
                                                     unsigned short* error) {
     // stream_mode(8) and one reserved byte.
-    bytes::Reader r;
-    auto d = parse::open<TStreamModeDescriptor>(bytes, length, error, 2, DESCRIPTOR_TAG, r);
+    auto [d, r] = parse::open<TStreamModeDescriptor>(bytes, length, error, 2, DESCRIPTOR_TAG);
     if (d == nullptr)
         return nullptr;
     d->streamMode = r.u8();

@@ -17,8 +17,7 @@ TSystemManagementDescriptor* TSystemManagementDescriptor::parse(unsigned char* b
                                                                 unsigned int length,
                                                                 unsigned int* bytesRead,
                                                                 unsigned short* error) {
-    bytes::Reader r;
-    auto d = parse::open<TSystemManagementDescriptor>(bytes, length, error, 2, 0xFE, r);
+    auto [d, r] = parse::open<TSystemManagementDescriptor>(bytes, length, error, 2, 0xFE);
     if (d == nullptr)
         return nullptr;
     d->systemManagementId = r.u16();

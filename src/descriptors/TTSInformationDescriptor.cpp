@@ -50,8 +50,7 @@ TTSInformationDescriptor::~TTSInformationDescriptor() {
 TTSInformationDescriptor* TTSInformationDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                           unsigned int* bytesRead,
                                                           unsigned short* error) {
-    bytes::Reader r;
-    auto d = parse::open<TTSInformationDescriptor>(bytes, length, error, 2, 0xCD, r);
+    auto [d, r] = parse::open<TTSInformationDescriptor>(bytes, length, error, 2, 0xCD);
     if (d == nullptr)
         return nullptr;
     d->remoteControlKeyId = r.u8();

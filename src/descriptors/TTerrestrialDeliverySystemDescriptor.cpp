@@ -16,8 +16,7 @@ TTerrestrialDeliverySystemDescriptor::~TTerrestrialDeliverySystemDescriptor() {
 
 TTerrestrialDeliverySystemDescriptor* TTerrestrialDeliverySystemDescriptor::parse(
     unsigned char* bytes, unsigned int length, unsigned int* bytesRead, unsigned short* error) {
-    bytes::Reader r;
-    auto d = parse::open<TTerrestrialDeliverySystemDescriptor>(bytes, length, error, 4, 0xFA, r);
+    auto [d, r] = parse::open<TTerrestrialDeliverySystemDescriptor>(bytes, length, error, 4, 0xFA);
     if (d == nullptr)
         return nullptr;
     // area_code (12 bits), guard_interval (2), transmission_mode (2).

@@ -15,8 +15,7 @@ TTimeShiftedServiceDescriptor* TTimeShiftedServiceDescriptor::parse(unsigned cha
                                                                     unsigned int length,
                                                                     unsigned int* bytesRead,
                                                                     unsigned short* error) {
-    bytes::Reader r;
-    auto d = parse::open<TTimeShiftedServiceDescriptor>(bytes, length, error, 2, 0x4C, r);
+    auto [d, r] = parse::open<TTimeShiftedServiceDescriptor>(bytes, length, error, 2, 0x4C);
     if (d == nullptr)
         return nullptr;
     d->referenceServiceID = r.u16();

@@ -16,8 +16,7 @@ TVideoDecodeControlDescriptor* TVideoDecodeControlDescriptor::parse(unsigned cha
                                                                     unsigned int length,
                                                                     unsigned int* bytesRead,
                                                                     unsigned short* error) {
-    bytes::Reader r;
-    auto d = parse::open<TVideoDecodeControlDescriptor>(bytes, length, error, 1, 0xC8, r);
+    auto [d, r] = parse::open<TVideoDecodeControlDescriptor>(bytes, length, error, 1, 0xC8);
     if (d == nullptr)
         return nullptr;
     const unsigned char flags = r.u8();
