@@ -71,13 +71,11 @@ TApplicationDescriptor::~TApplicationDescriptor() {
 TApplicationDescriptor* TApplicationDescriptor::parse(unsigned char* data, unsigned int len,
                                                       unsigned int* bytesRead,
                                                       unsigned short* err) {
-    if (!parseCommonHeader(data, len, err, 3, DESCRIPTOR_TAG))
+    auto [d, r] = parse::open<TApplicationDescriptor>(data, len, err, 3, DESCRIPTOR_TAG);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TApplicationDescriptor> d(new TApplicationDescriptor(data, len));
     // The body is descriptor_length bytes; the header check made sure they are there.
-    bytes::Reader r(data, len);
-    r.skip(1);
-    const unsigned char length = r.u8();
+    const unsigned char length = d->getDescriptorLength();
     bytes::Reader body = r.sub(length);
 
     const unsigned char profilesLength = body.u8();

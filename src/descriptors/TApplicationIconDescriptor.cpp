@@ -20,13 +20,11 @@ TApplicationIconDescriptor::~TApplicationIconDescriptor() {}
 TApplicationIconDescriptor* TApplicationIconDescriptor::parse(unsigned char* data, unsigned int len,
                                                               unsigned int* bytesRead,
                                                               unsigned short* err) {
-    if (!parseCommonHeader(data, len, err, 2, DESCRIPTOR_TAG))
-        return nullptr;
     // icon_locator_length, icon_locator, icon_flags (16), reserved bytes
-    std::unique_ptr<TApplicationIconDescriptor> d(new TApplicationIconDescriptor(data, len));
-    bytes::Reader r(data, len);
-    r.skip(1);
-    const unsigned char length = r.u8();
+    auto [d, r] = parse::open<TApplicationIconDescriptor>(data, len, err, 2, DESCRIPTOR_TAG);
+    if (d == nullptr)
+        return nullptr;
+    const unsigned char length = d->getDescriptorLength();
     bytes::Reader body = r.sub(length);
     if (body.string(d->iconLocator, 0) < 0) {
         SARN_LOGW("%s: TApplicationIconDescriptor:: parse: ERROR: parsing Icon Locator. Aborting!");

@@ -2,12 +2,12 @@
 
 #include <memory>
 
+#include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
 #include "Owned.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
@@ -62,12 +62,10 @@ TApplicationNameDescriptor::~TApplicationNameDescriptor() {
 TApplicationNameDescriptor* TApplicationNameDescriptor::parse(unsigned char* data, unsigned int len,
                                                               unsigned int* bytesRead,
                                                               unsigned short* err) {
-    if (!parseCommonHeader(data, len, err, 4, DESCRIPTOR_TAG))
+    auto [d, r] = parse::open<TApplicationNameDescriptor>(data, len, err, 4, DESCRIPTOR_TAG);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TApplicationNameDescriptor> d(new TApplicationNameDescriptor(data, len));
-    bytes::Reader r(data, len);
-    r.skip(1);
-    const unsigned char body = r.u8();
+    const unsigned char body = d->getDescriptorLength();
     // A repeated language code replaces the earlier item.
     TApplicationNameDescriptor* names = d.get();
     auto store = [names](TApplicationNameDescriptorItem* item) {

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "ItemLoop.h"
 #include "Log.h"
@@ -52,12 +53,10 @@ TDIILocationDescriptor* TDIILocationDescriptor::parse(unsigned char* data, unsig
                                                       unsigned int* bytesRead,
                                                       unsigned short* err) {
     // transport_protocol_label, then items up to the end
-    if (!parseCommonHeader(data, len, err, 4, DESCRIPTOR_TAG))
+    auto [d, r] = parse::open<TDIILocationDescriptor>(data, len, err, 4, DESCRIPTOR_TAG);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TDIILocationDescriptor> d(new TDIILocationDescriptor(data, len));
-    bytes::Reader r(data, len);
-    r.skip(1);
-    bytes::Reader body = r.sub(r.u8());
+    bytes::Reader body = r.sub(d->getDescriptorLength());
     d->transportProtocolLabel = body.u8();
     TDIILocationDescriptor* location = d.get();
     auto store = [location](TDIILocationDescriptorItem* item) { location->items.push_back(item); };

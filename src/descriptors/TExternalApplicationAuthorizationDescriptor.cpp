@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "ItemLoop.h"
 #include "Log.h"
@@ -68,13 +69,11 @@ TExternalApplicationAuthorizationDescriptor::~TExternalApplicationAuthorizationD
 
 TExternalApplicationAuthorizationDescriptor* TExternalApplicationAuthorizationDescriptor::parse(
     unsigned char* data, unsigned int len, unsigned int* bytesRead, unsigned short* err) {
-    if (!parseCommonHeader(data, len, err, 0, DESCRIPTOR_TAG))
+    auto [d, r] =
+        parse::open<TExternalApplicationAuthorizationDescriptor>(data, len, err, 0, DESCRIPTOR_TAG);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TExternalApplicationAuthorizationDescriptor> d(
-        new TExternalApplicationAuthorizationDescriptor(data, len));
-    bytes::Reader r(data, len);
-    r.skip(1);
-    bytes::Reader body = r.sub(r.u8());
+    bytes::Reader body = r.sub(d->getDescriptorLength());
     // The same application authorized twice keeps the later entry.
     TExternalApplicationAuthorizationDescriptor* authorization = d.get();
     auto store = [authorization](TExternalApplicationAuthorizationDescriptorItem* item) {

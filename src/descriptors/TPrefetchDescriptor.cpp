@@ -2,11 +2,11 @@
 
 #include <memory>
 
+#include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "ItemLoop.h"
 #include "Log.h"
 #include "Owned.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
@@ -60,12 +60,10 @@ TPrefetchDescriptor::~TPrefetchDescriptor() {
 TPrefetchDescriptor* TPrefetchDescriptor::parse(unsigned char* data, unsigned int len,
                                                 unsigned int* bytesRead, unsigned short* err) {
     // transport_protocol_label, then items up to the end
-    if (!parseCommonHeader(data, len, err, 4, DESCRIPTOR_TAG))
+    auto [d, r] = parse::open<TPrefetchDescriptor>(data, len, err, 4, DESCRIPTOR_TAG);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TPrefetchDescriptor> d(new TPrefetchDescriptor(data, len));
-    bytes::Reader r(data, len);
-    r.skip(1);
-    bytes::Reader body = r.sub(r.u8());
+    bytes::Reader body = r.sub(d->getDescriptorLength());
     d->transportProtocolLabel = body.u8();
     TPrefetchDescriptor* prefetch = d.get();
     auto store = [prefetch](TPrefetchDescriptorItem* item) { prefetch->items.push_back(item); };

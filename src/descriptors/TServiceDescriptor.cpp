@@ -14,11 +14,9 @@ TServiceDescriptor::~TServiceDescriptor() {}
 
 TServiceDescriptor* TServiceDescriptor::parse(unsigned char* bytes, unsigned int length,
                                               unsigned int* bytesRead, unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 3, 0x48))
+    auto [d, names] = parse::open<TServiceDescriptor>(bytes, length, error, 3, 0x48);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TServiceDescriptor> d(new TServiceDescriptor(bytes, length));
-    bytes::Reader names(bytes, length);
-    names.skip(2);
     d->serviceType = names.u8();
     // service_provider_name_length + name, then service_name_length + name.
     bytes::Reader provider = names;
