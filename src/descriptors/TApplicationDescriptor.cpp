@@ -122,8 +122,7 @@ void TApplicationDescriptor::addProfile(TApplicationDescriptorProfile* profile) 
 
 TApplicationDescriptorProfile* TApplicationDescriptor::getProfile(
     unsigned short applicationProfile) const {
-    auto it = profiles.find(applicationProfile);
-    return it == profiles.end() ? nullptr : it->second;
+    return owned::find(profiles, applicationProfile);
 }
 
 std::list<TApplicationDescriptorProfile*> TApplicationDescriptor::getProfiles() const {
@@ -134,31 +133,22 @@ std::list<TApplicationDescriptorProfile*> TApplicationDescriptor::getProfiles() 
 }
 
 bool TApplicationDescriptor::removeProfile(unsigned short applicationProfile) {
-    auto it = profiles.find(applicationProfile);
-    if (it == profiles.end())
-        return false;
-    delete it->second;
-    profiles.erase(it);
-    return true;
+    return owned::erase(profiles, applicationProfile);
 }
 
 std::string TApplicationDescriptor::toJSON() const {
     std::string out;
     appendBaseJSON(out, 0);
     json::Out o(out);
-    o << ",\"profile_loop\":[";
-    bool first = true;
-    for (const auto& entry : profiles) {
+    o << ",\"profile_loop\":";
+    json::appendArray(o, profiles, [&o](const auto& entry) {
         const TApplicationDescriptorProfile* profile = entry.second;
-        if (!first)
-            o << ',';
-        first = false;
         o << "{\"application_profile\":" << profile->getApplicationProfile()
           << ",\"version.major\":" << profile->getVersionMajor()
           << ",\"version.minor\":" << profile->getVersionMinor()
           << ",\"version.micro\":" << profile->getVersionMicro() << '}';
-    }
-    o << "],\"service_bound_flag\":" << serviceBound << ",\"visibility\":" << visibility
+    });
+    o << ",\"service_bound_flag\":" << serviceBound << ",\"visibility\":" << visibility
       << ",\"application_priority\":" << applicationPriority << ",\"transport_protocol_label\":\"";
     if (transportProtocolLabelCount != 0 && transportProtocolLabels != nullptr) {
         o << "0x";

@@ -86,8 +86,7 @@ void TApplicationNameDescriptor::add(TApplicationNameDescriptorItem* item) {
 
 TApplicationNameDescriptorItem* TApplicationNameDescriptor::get(
     const std::string& languageCode) const {
-    auto it = items.find(languageCode);
-    return it == items.end() ? nullptr : it->second;
+    return owned::find(items, languageCode);
 }
 
 std::list<std::string> TApplicationNameDescriptor::getLanguageCodes() const {
@@ -98,16 +97,11 @@ std::string TApplicationNameDescriptor::toJSON() const {
     std::string out;
     appendBaseJSON(out, 0);
     json::Out o(out);
-    o << ",\"name_loop\":[";
-    bool first = true;
-    for (const auto& entry : items) {
-        if (!first)
-            o << ',';
-        first = false;
+    o << ",\"name_loop\":";
+    json::appendArray(o, items, [&o](const auto& entry) {
         o << "{\"ISO_639_language_code\":\"" << entry.second->getLanguageCode()
           << "\",\"application_name\":\"" << entry.second->getName() << "\"}";
-    }
-    o << ']';
+    });
     return out;
 }
 

@@ -47,17 +47,12 @@ std::string TCountryAvailabilityDescriptor::toJSON() const {
     std::string out;
     json::Out o(out);
     o << "\"name\":\"countryAvailabilityDescriptor\",\"countryAvailabilityFlag\":"
-      << countryAvailabilityFlag << ",\"countryCode\":[";
-    bool first = true;
-    for (unsigned int code : countryCodes) {
-        if (!first)
-            o << ',';
-        first = false;
+      << countryAvailabilityFlag << ",\"countryCode\":";
+    json::appendArray(o, countryCodes, [&o](unsigned int code) {
         // The three letters as plain characters, without quotes.
         o << static_cast<char>(code >> 16) << static_cast<char>(code >> 8)
           << static_cast<char>(code);
-    }
-    o << ']';
+    });
     return out;
 }
 

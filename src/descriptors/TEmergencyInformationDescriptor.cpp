@@ -108,18 +108,13 @@ bool TEmergencyInformationDescriptor::remove(unsigned char index) {
 std::string TEmergencyInformationDescriptor::toJSON() const {
     std::string out;
     json::Out o(out);
-    o << "\"name\":\"emergencyInformationDescriptor\",\"loop\":[";
-    bool first = true;
-    for (const TEmergencyInformationDescriptorItem* item : items) {
-        if (!first)
-            o << ',';
-        first = false;
+    o << "\"name\":\"emergencyInformationDescriptor\",\"loop\":";
+    json::appendArray(o, items, [&o](const TEmergencyInformationDescriptorItem* item) {
         o << "{\"serviceId\":" << item->getServiceID() << ",\"start\":" << item->isStart()
           << ",\"signalLevel\":" << item->getSignalLevel() << ",\"areaCodes\":[";
         json::appendNumbers(o, item->getAreaCodes(), item->getAreaCodeCounter());
         o << "]}";
-    }
-    o << ']';
+    });
     return out;
 }
 

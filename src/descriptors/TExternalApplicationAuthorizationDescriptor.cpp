@@ -93,8 +93,7 @@ void TExternalApplicationAuthorizationDescriptor::add(
 
 TExternalApplicationAuthorizationDescriptorItem* TExternalApplicationAuthorizationDescriptor::get(
     const std::string& hashId) const {
-    auto it = items.find(hashId);
-    return it == items.end() ? nullptr : it->second;
+    return owned::find(items, hashId);
 }
 
 std::list<std::string>

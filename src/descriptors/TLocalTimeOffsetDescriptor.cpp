@@ -127,13 +127,9 @@ std::string TLocalTimeOffsetDescriptor::toJSON() const {
     std::string out;
     appendBaseJSON(out, 0);
     json::Out o(out);
-    o << ",\"loop\":[";
-    bool first = true;
-    for (const auto& entry : items) {
+    o << ",\"loop\":";
+    json::appendArray(o, items, [&o](const auto& entry) {
         const TLocalTimeOffsetDescriptorItem* item = entry.second;
-        if (!first)
-            o << ',';
-        first = false;
         o << "{\"country_code\":\"" << item->getCountryCode()
           << "\",\"country_region_id\":" << item->getCountryRegionID()
           << ",\"local_time_offset_polarity\":" << item->getLocalTimeOffsetPolarity()
@@ -144,8 +140,7 @@ std::string TLocalTimeOffsetDescriptor::toJSON() const {
         o << "\",\"next_time_offset\":\"";
         appendOffset(o, item->getNextTimeOffset());
         o << "\"}";
-    }
-    o << ']';
+    });
     return out;
 }
 

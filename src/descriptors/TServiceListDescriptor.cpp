@@ -64,24 +64,15 @@ void TServiceListDescriptor::add(TServiceListDescriptorItem* item) {
 }
 
 TServiceListDescriptorItem* TServiceListDescriptor::get(unsigned short serviceId) const {
-    auto it = items.find(serviceId);
-    return it == items.end() ? nullptr : it->second;
+    return owned::find(items, serviceId);
 }
 
 std::list<unsigned short> TServiceListDescriptor::getServiceIDs() const {
-    std::list<unsigned short> ids;
-    for (const auto& entry : items)
-        ids.push_back(entry.first);
-    return ids;
+    return owned::keys(items);
 }
 
 bool TServiceListDescriptor::remove(unsigned short serviceId) {
-    auto it = items.find(serviceId);
-    if (it == items.end())
-        return false;
-    delete it->second;
-    items.erase(it);
-    return true;
+    return owned::erase(items, serviceId);
 }
 
 std::string TServiceListDescriptor::toJSON() const {
@@ -89,16 +80,11 @@ std::string TServiceListDescriptor::toJSON() const {
     json::Out o(out);
     // The name member ends with a comma and the loop member begins with one:
     // the double comma is part of our JSON interface and clients expect it.
-    o << "\"name\":\"serviceListDescriptor\",,\"loop\":[";
-    bool first = true;
-    for (const auto& entry : items) {
-        if (!first)
-            o << ',';
-        first = false;
+    o << "\"name\":\"serviceListDescriptor\",,\"loop\":";
+    json::appendArray(o, items, [&o](const auto& entry) {
         o << "{\"serviceId\":" << entry.second->getServiceID()
           << ",\"serviceType\":" << entry.second->getServiceType() << '}';
-    }
-    o << ']';
+    });
     return out;
 }
 
