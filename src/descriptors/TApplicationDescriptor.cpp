@@ -33,8 +33,7 @@ TApplicationDescriptorProfile* TApplicationDescriptorProfile::parse(unsigned cha
     if (data == nullptr || len < 5) {
         SARN_LOGW("%s: TApplicationDescriptorProfile::parse: Item length not valid: %u. Aborting!",
                   len);
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+        return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
     bytes::Reader r(data, len);
     const unsigned short profile = r.u16();

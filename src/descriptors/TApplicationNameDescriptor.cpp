@@ -28,8 +28,7 @@ TApplicationNameDescriptorItem* TApplicationNameDescriptorItem::parse(unsigned c
     if (data == nullptr || len < 4) {
         SARN_LOGW("%s: TApplicationNameDescriptorItem::parse: Item length not valid: %u. Aborting!",
                   len);
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+        return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
     std::unique_ptr<TApplicationNameDescriptorItem> item(new TApplicationNameDescriptorItem());
     bytes::Reader r(data, len);

@@ -26,8 +26,7 @@ TDIILocationDescriptorItem* TDIILocationDescriptorItem::parse(unsigned char* dat
     if (data == nullptr || len < 4) {
         SARN_LOGW("%s: TDIILocationDescriptorItem::parse: Item length not valid: %u. Aborting!",
                   len);
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+        return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
     bytes::Reader r(data, len);
     const unsigned short dii = static_cast<unsigned short>(r.u16() & 0x7FFF);

@@ -37,8 +37,7 @@ TExternalApplicationAuthorizationDescriptorItem::parse(unsigned char* data, unsi
             "%s: TExternalApplicationAuthorizationDescriptorItem::parse: Item length not valid: "
             "%u. Aborting!",
             len);
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+        return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
     bytes::Reader r(data, len);
     unsigned int n = 0;

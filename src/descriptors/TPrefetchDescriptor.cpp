@@ -24,8 +24,7 @@ TPrefetchDescriptorItem* TPrefetchDescriptorItem::parse(unsigned char* data, uns
     // label_length, label, prefetch_priority
     if (data == nullptr || len < 2) {
         SARN_LOGW("%s: TPrefetchDescriptorItem::parse: Item length not valid: %u. Aborting!", len);
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+        return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
     std::unique_ptr<TPrefetchDescriptorItem> item(new TPrefetchDescriptorItem());
     bytes::Reader r(data, len);
