@@ -4,10 +4,10 @@
 
 #include <memory>
 
+#include "DescriptorParse.h"
 #include "ItemLoop.h"
 #include "Log.h"
 #include "Owned.h"
-#include "Parse.h"
 #include "ParserUtils.h"
 #include "Reader.h"
 
@@ -52,9 +52,7 @@ TCompatibilityDescriptorSubItem* TCompatibilityDescriptorSubItem::parse(unsigned
             "Information. Aborting!");
         return parse::fail(error, ERROR_FIELD_PARSE);
     }
-    if (bytesRead != nullptr)
-        *bytesRead = r.position();
-    return parse::done(error, sub);
+    return parse::done(error, sub, bytesRead, r.position());
 }
 
 // ---------------------------------------------------------------------------
@@ -91,9 +89,7 @@ TCompatibilityDescriptorItem* TCompatibilityDescriptorItem::parse(unsigned char*
         SARN_LOGW("%s: TCompatibilityDescriptorItem::parse: Invalid sub item. Aborting!");
         return parse::fail(error, ERROR_INVALID_ITEM);
     }
-    if (bytesRead != nullptr)
-        *bytesRead = r.position();
-    return parse::done(error, item);
+    return parse::done(error, item, bytesRead, r.position());
 }
 
 TCompatibilityDescriptorSubItem* TCompatibilityDescriptorItem::getCompatibilityDescriptorSubItem(
@@ -141,9 +137,7 @@ TCompatibilityDescriptor* TCompatibilityDescriptor::parse(unsigned char* data, u
         return parse::fail(error, ERROR_INVALID_ITEM);
     }
     // The length field itself is not counted.
-    if (bytesRead != nullptr)
-        *bytesRead = r.position() - 2;
-    return parse::done(error, compatibility);
+    return parse::done(error, compatibility, bytesRead, r.position() - 2);
 }
 
 TCompatibilityDescriptorItem* TCompatibilityDescriptor::getCompatibilityDescriptorItem(

@@ -6,6 +6,7 @@
 #include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
+#include "Owned.h"
 #include "Reader.h"
 
 namespace Sarn {
@@ -59,9 +60,7 @@ TDigitalCopyControlDescriptorItem* TDigitalCopyControlDescriptorItem::parse(unsi
         }
         item->maximumBitrate = r.u8();
     }
-    if (bytesRead != nullptr)
-        *bytesRead = r.position();
-    return parse::done(err, item);
+    return parse::done(err, item, bytesRead, r.position());
 }
 
 // ---------------------------------------------------------------------------
@@ -73,8 +72,7 @@ TDigitalCopyControlDescriptor::TDigitalCopyControlDescriptor(unsigned char* byte
     : TISDBTDescriptor(0xC1, bytes, len) {}
 
 TDigitalCopyControlDescriptor::~TDigitalCopyControlDescriptor() {
-    for (TDigitalCopyControlDescriptorItem* item : items)
-        delete item;
+    owned::deleteAll(items);
 }
 
 TDigitalCopyControlDescriptor* TDigitalCopyControlDescriptor::parse(unsigned char* data,

@@ -42,9 +42,7 @@ TDownloadContentDescriptorItem* TDownloadContentDescriptorItem::parse(unsigned c
             "Aborting!");
         return parse::fail(error, ERROR_FIELD_PARSE);
     }
-    if (bytesRead != nullptr)
-        *bytesRead = r.position();
-    return parse::done(error, item);
+    return parse::done(error, item, bytesRead, r.position());
 }
 
 // ---------------------------------------------------------------------------

@@ -54,9 +54,7 @@ TEmergencyInformationDescriptorItem* TEmergencyInformationDescriptorItem::parse(
         for (unsigned int i = 0; i < count; ++i)
             item->areaCodes[i] >>= 4;
     }
-    if (bytesRead != nullptr)
-        *bytesRead = item->areaCodeLength + 4u;
-    return parse::done(error, item);
+    return parse::done(error, item, bytesRead, item->areaCodeLength + 4u);
 }
 
 TEmergencyInformationDescriptor::TEmergencyInformationDescriptor(unsigned char* bytes,

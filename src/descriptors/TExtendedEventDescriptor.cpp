@@ -7,6 +7,7 @@
 #include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
+#include "Owned.h"
 
 namespace Sarn {
 
@@ -52,9 +53,8 @@ TExtendedEventDescriptorItem* TExtendedEventDescriptorItem::parse(unsigned char*
     }
     // The stored sizes, after control bytes were dropped: an item with control
     // codes reports fewer bytes than it takes on the wire.
-    if (bytesRead != nullptr)
-        *bytesRead = static_cast<unsigned int>(item->description.size() + 2 + item->text.size());
-    return parse::done(err, item);
+    return parse::done(err, item, bytesRead,
+                       static_cast<unsigned int>(item->description.size() + 2 + item->text.size()));
 }
 
 // ---------------------------------------------------------------------------
@@ -66,8 +66,7 @@ TExtendedEventDescriptor::TExtendedEventDescriptor(unsigned char* bytes, unsigne
     : TISDBTDescriptor(0x4E, bytes, len) {}
 
 TExtendedEventDescriptor::~TExtendedEventDescriptor() {
-    for (TExtendedEventDescriptorItem* item : items)
-        delete item;
+    owned::deleteAll(items);
 }
 
 TExtendedEventDescriptor* TExtendedEventDescriptor::parse(unsigned char* data, unsigned int len,

@@ -69,9 +69,7 @@ TLocalTimeOffsetDescriptorItem* TLocalTimeOffsetDescriptorItem::parse(unsigned c
     const unsigned int minutes = ISDBTUtils::bcd2U8(r.u8());
     item->timeOfChange = day + hours * 3600u + minutes * 60u + ISDBTUtils::bcd2U8(r.u8());
     item->nextTimeOffset = offsetSeconds(r.u16());
-    if (bytesRead != nullptr)
-        *bytesRead = 13;
-    return parse::done(error, item);
+    return parse::done(error, item, bytesRead, 13);
 }
 
 TLocalTimeOffsetDescriptor::TLocalTimeOffsetDescriptor(unsigned char* bytes, unsigned int length)

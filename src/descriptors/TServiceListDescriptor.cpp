@@ -27,9 +27,7 @@ TServiceListDescriptorItem* TServiceListDescriptorItem::parse(unsigned char* byt
     const unsigned short serviceId = r.u16();
     std::unique_ptr<TServiceListDescriptorItem> item(
         new TServiceListDescriptorItem(serviceId, r.u8()));
-    if (bytesRead != nullptr)
-        *bytesRead = 3;
-    return parse::done(error, item);
+    return parse::done(error, item, bytesRead, 3);
 }
 
 TServiceListDescriptor::TServiceListDescriptor(unsigned char* bytes, unsigned int length)

@@ -35,9 +35,7 @@ TTSInformationDescriptorItem* TTSInformationDescriptorItem::parse(unsigned char*
         for (unsigned int i = 0; i < item->numberOfServices && r.has(2); ++i)
             item->services[i] = r.u16();
     }
-    if (bytesRead != nullptr)
-        *bytesRead = r.position();
-    return parse::done(error, item);
+    return parse::done(error, item, bytesRead, r.position());
 }
 
 TTSInformationDescriptor::TTSInformationDescriptor(unsigned char* bytes, unsigned int length)
