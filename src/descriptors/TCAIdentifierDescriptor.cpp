@@ -23,10 +23,7 @@ TCAIdentifierDescriptor* TCAIdentifierDescriptor::parse(unsigned char* bytes, un
     // Two bytes per CA_system_id up to the end of the bytes handed in; an odd
     // trailing byte is ignored and the count is kept in 8 bits.
     const unsigned int payload = r.remaining();
-    if (payload != 0) {
-        d->caSystemIdCount = static_cast<unsigned char>(payload / 2);
-        d->caSystemIds = fields::readBe16Array(r, d->caSystemIdCount, payload);
-    }
+    d->caSystemIds = fields::readRest16(r, d->caSystemIdCount);
     return parse::done(error, d, bytesRead, payload);
 }
 

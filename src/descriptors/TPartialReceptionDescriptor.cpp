@@ -23,10 +23,7 @@ TPartialReceptionDescriptor* TPartialReceptionDescriptor::parse(unsigned char* b
     if (d == nullptr)
         return nullptr;
     const unsigned int payload = r.remaining();
-    if (payload != 0) {
-        d->serviceIdCount = static_cast<unsigned char>(payload / 2);
-        d->serviceIds = fields::readBe16Array(r, d->serviceIdCount, payload);
-    }
+    d->serviceIds = fields::readRest16(r, d->serviceIdCount);
     return parse::done(error, d, bytesRead, payload);
 }
 
