@@ -83,11 +83,11 @@ TDigitalCopyControlDescriptor* TDigitalCopyControlDescriptor::parse(unsigned cha
     if (d == nullptr)
         return nullptr;
     // Every shortage reports the bytes left against one, whatever it lacked.
-    auto tooShort = [&r, err]() {
+    auto tooShort = [err](const bytes::Reader& left) {
         SARN_LOGW(
             "%s: TDigitalCopyControlDescriptor::parse: Longer data length is required: %u < %u. "
             "Aborting!",
-            r.remaining(), 1u);
+            left.remaining(), 1u);
         return parse::fail(err, ERROR_DESCRIPTOR_LENGTH);
     };
 
@@ -97,18 +97,18 @@ TDigitalCopyControlDescriptor* TDigitalCopyControlDescriptor::parse(unsigned cha
     d->componentControlFlag = (control & 0x10) != 0;
     if (d->maximumBitrateFlag) {
         if (r.atEnd())
-            return tooShort();
+            return tooShort(r);
         d->maximumBitrate = r.u8();
     }
     if (d->componentControlFlag) {
         if (r.atEnd())
-            return tooShort();
+            return tooShort(r);
         // An 8-bit counter: an item running past the declared length wraps
         // it, and the walk goes on until an item no longer fits in the bytes
         // left (each item is offered all of them).
         unsigned char componentControlLength = r.u8();
         if (r.remaining() < componentControlLength)
-            return tooShort();
+            return tooShort(r);
         while (componentControlLength != 0) {
             unsigned int itemRead = 0;
             std::unique_ptr<TDigitalCopyControlDescriptorItem> item =

@@ -96,7 +96,10 @@ TDownloadContentDescriptor* TDownloadContentDescriptor::parse(unsigned char* byt
     if (d->moduleInfoFlag) {
         // number_of_modules(16), then the modules; a missing count fails as
         // a missing module does.
-        auto store = [&d](TDownloadContentDescriptorItem* item) { d->items.push_back(item); };
+        TDownloadContentDescriptor* content = d.get();
+        auto store = [content](TDownloadContentDescriptorItem* item) {
+            content->items.push_back(item);
+        };
         if (!r.has(2) || !readCounted<TDownloadContentDescriptorItem>(r, r.u16(), error, store)) {
             SARN_LOGW("%s: TDownloadContentDescriptor::parse: Invalid item. Aborting!");
             return parse::fail(error, ERROR_INVALID_ITEM);

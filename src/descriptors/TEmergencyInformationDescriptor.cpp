@@ -75,7 +75,10 @@ TEmergencyInformationDescriptor* TEmergencyInformationDescriptor::parse(unsigned
     auto [d, r] = parse::open<TEmergencyInformationDescriptor>(bytes, length, error, 4, 0xFC);
     if (d == nullptr)
         return nullptr;
-    auto store = [&d](TEmergencyInformationDescriptorItem* item) { d->items.push_back(item); };
+    TEmergencyInformationDescriptor* emergency = d.get();
+    auto store = [emergency](TEmergencyInformationDescriptorItem* item) {
+        emergency->items.push_back(item);
+    };
     if (!readItems<TEmergencyInformationDescriptorItem>(r, "TEmergencyInformationDescriptor",
                                                         bytesRead, error, store))
         return nullptr;

@@ -45,11 +45,12 @@ TServiceListDescriptor* TServiceListDescriptor::parse(unsigned char* bytes, unsi
     if (d == nullptr)
         return nullptr;
     // *bytesRead receives the last entry's size.
+    TServiceListDescriptor* list = d.get();
     const bool read = readItems<TServiceListDescriptorItem>(
-        r, "TServiceListDescriptor", bytesRead, error, [&d](TServiceListDescriptorItem* item) {
+        r, "TServiceListDescriptor", bytesRead, error, [list](TServiceListDescriptorItem* item) {
             // A repeated service_id replaces the earlier entry, which nobody
             // else can hold yet.
-            owned::replace(d->items, item->getServiceID(), item);
+            owned::replace(list->items, item->getServiceID(), item);
         });
     if (!read)
         return nullptr;
