@@ -30,11 +30,11 @@ class TAACDescriptor : public TISDBTDescriptor {
     unsigned char* getAdditionalInfo() const { return additionalInfo; }
 
   private:
-    unsigned char profileAndLevel;
-    int aacTypeFlag;
-    unsigned char aacType;
-    unsigned char additionalInfoSize;
-    unsigned char* additionalInfo;
+    unsigned char profileAndLevel = 0;
+    int aacTypeFlag = 0;
+    unsigned char aacType = 0;
+    unsigned char additionalInfoSize = 0;
+    unsigned char* additionalInfo = nullptr;
 };
 
 }  // namespace Sarn

@@ -33,15 +33,15 @@ class TAVCTimingAndHRDDescriptor : public TISDBTDescriptor {
     int isPictureToDisplayConversionFlag() const { return pictureToDisplayConversion; }
 
   private:
-    int hrdManagementValid;
-    int pictureTimingInfoPresent;
-    int flag90kHz;
-    unsigned int n;
-    unsigned int k;
-    unsigned int numUnitsInTick;
-    int fixedFrameRate;
-    int temporalPoc;
-    int pictureToDisplayConversion;
+    int hrdManagementValid = 0;
+    int pictureTimingInfoPresent = 0;
+    int flag90kHz = 0;
+    unsigned int n = 0;
+    unsigned int k = 0;
+    unsigned int numUnitsInTick = 0;
+    int fixedFrameRate = 0;
+    int temporalPoc = 0;
+    int pictureToDisplayConversion = 0;
 };
 
 }  // namespace Sarn

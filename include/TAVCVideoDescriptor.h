@@ -28,14 +28,14 @@ class TAVCVideoDescriptor : public TISDBTDescriptor {
     int getAVC24HourPictureFlag() const { return avc24HourPictureFlag; }
 
   private:
-    unsigned char profileIdc;
-    int constraintSet0Flag;
-    int constraintSet1Flag;
-    int constraintSet2Flag;
-    unsigned char avcCompatibleFlags;
-    unsigned char levelIdc;
-    int avcStillPresent;
-    int avc24HourPictureFlag;
+    unsigned char profileIdc = 0;
+    int constraintSet0Flag = 0;
+    int constraintSet1Flag = 0;
+    int constraintSet2Flag = 0;
+    unsigned char avcCompatibleFlags = 0;
+    unsigned char levelIdc = 0;
+    int avcStillPresent = 0;
+    int avc24HourPictureFlag = 0;
 };
 
 }  // namespace Sarn

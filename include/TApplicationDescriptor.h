@@ -55,13 +55,13 @@ class TApplicationDescriptor : public TISDBTDescriptor {
 
   private:
     std::map<unsigned short, TApplicationDescriptorProfile*> profiles;
-    int serviceBound;
-    unsigned char visibility;
-    unsigned char applicationPriority;
-    int visibleForUsers;
-    int visibleForApplications;
-    unsigned char transportProtocolLabelCount;
-    unsigned char* transportProtocolLabels;
+    int serviceBound = 0;
+    unsigned char visibility = 0;
+    unsigned char applicationPriority = 0;
+    int visibleForUsers = 0;
+    int visibleForApplications = 0;
+    unsigned char transportProtocolLabelCount = 0;
+    unsigned char* transportProtocolLabels = nullptr;
 };
 
 }  // namespace Sarn

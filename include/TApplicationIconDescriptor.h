@@ -28,7 +28,7 @@ class TApplicationIconDescriptor : public TISDBTDescriptor {
 
   private:
     std::string iconLocator;
-    unsigned short iconFlags;
+    unsigned short iconFlags = 0;
 };
 
 }  // namespace Sarn

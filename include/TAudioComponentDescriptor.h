@@ -38,15 +38,15 @@ class TAudioComponentDescriptor : public TISDBTDescriptor {
     std::string toJSON() const override;
 
   private:
-    unsigned char streamContent;
-    unsigned char componentType;
-    unsigned char componentTag;
-    unsigned char streamType;
-    unsigned char simulcastGroupTag;
-    unsigned char esMultiLingualFlag;
-    unsigned char mainComponentFlag;
-    unsigned char qualityIndicator;
-    unsigned char samplingRate;
+    unsigned char streamContent = 0;
+    unsigned char componentType = 0;
+    unsigned char componentTag = 0;
+    unsigned char streamType = 0;
+    unsigned char simulcastGroupTag = 0;
+    unsigned char esMultiLingualFlag = 0;
+    unsigned char mainComponentFlag = 0;
+    unsigned char qualityIndicator = 0;
+    unsigned char samplingRate = 0;
     std::string languageCode1;
     std::string languageCode2;
     std::string text;

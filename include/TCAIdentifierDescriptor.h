@@ -24,8 +24,8 @@ class TCAIdentifierDescriptor : public TISDBTDescriptor {
     unsigned short* getCASystemIDs() const { return caSystemIds; }
 
   private:
-    unsigned char caSystemIdCount;
-    unsigned short* caSystemIds;
+    unsigned char caSystemIdCount = 0;
+    unsigned short* caSystemIds = nullptr;
 };
 
 }  // namespace Sarn

@@ -40,19 +40,19 @@ class TCarouselIdentifierDescriptor : public TISDBTDescriptor {
     std::string toJSON() const override;
 
   private:
-    unsigned int carouselId;
-    unsigned char formatId;
-    unsigned char moduleVersion;
-    unsigned short moduleId;
-    unsigned short blockSize;
-    unsigned int moduleSize;
-    unsigned char compressionMethod;
-    unsigned int originalSize;
-    unsigned char timeOut;
-    unsigned char objectKeyLength;
-    unsigned char* objectKeyData;
-    unsigned char privateDataSize;
-    unsigned char* privateData;
+    unsigned int carouselId = 0;
+    unsigned char formatId = 0;
+    unsigned char moduleVersion = 0;
+    unsigned short moduleId = 0;
+    unsigned short blockSize = 0;
+    unsigned int moduleSize = 0;
+    unsigned char compressionMethod = 0;
+    unsigned int originalSize = 0;
+    unsigned char timeOut = 0;
+    unsigned char objectKeyLength = 0;
+    unsigned char* objectKeyData = nullptr;
+    unsigned char privateDataSize = 0;
+    unsigned char* privateData = nullptr;
 };
 
 }  // namespace Sarn

@@ -29,11 +29,11 @@ class TCarouselSelector {
     bool readSelector(const char* kind, const unsigned char* data, unsigned int len,
                       unsigned int* consumed, unsigned short* err, unsigned char* label);
 
-    int remoteConnection;
-    unsigned short originalNetworkId;
-    unsigned short transportStreamId;
-    unsigned short serviceId;
-    unsigned char componentTag;
+    int remoteConnection = 0;
+    unsigned short originalNetworkId = 0;
+    unsigned short transportStreamId = 0;
+    unsigned short serviceId = 0;
+    unsigned char componentTag = 0;
 };
 
 }  // namespace Sarn

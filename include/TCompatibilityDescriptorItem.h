@@ -43,11 +43,11 @@ class TCompatibilityDescriptorItem {
     bool removeCompatibilityDescriptorSubItem(unsigned char index);
 
   private:
-    unsigned char descriptorType;
-    unsigned char specifierType;
-    unsigned int specifierData;
-    unsigned short model;
-    unsigned short version;
+    unsigned char descriptorType = 0;
+    unsigned char specifierType = 0;
+    unsigned int specifierData = 0;
+    unsigned short model = 0;
+    unsigned short version = 0;
     std::vector<TCompatibilityDescriptorSubItem*> subItems;
 };
 

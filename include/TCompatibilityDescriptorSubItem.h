@@ -24,9 +24,9 @@ class TCompatibilityDescriptorSubItem {
     unsigned char* getAdditionalInformation() const { return additionalInformation; }
 
   private:
-    unsigned char subDescriptorType;
-    unsigned char additionalInformationLength;
-    unsigned char* additionalInformation;
+    unsigned char subDescriptorType = 0;
+    unsigned char additionalInformationLength = 0;
+    unsigned char* additionalInformation = nullptr;
 };
 
 }  // namespace Sarn

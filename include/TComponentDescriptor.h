@@ -33,9 +33,9 @@ class TComponentDescriptor : public TISDBTDescriptor {
     std::string toJSON() const override;
 
   private:
-    unsigned char streamContent;
-    unsigned char componentType;
-    unsigned char componentTag;
+    unsigned char streamContent = 0;
+    unsigned char componentType = 0;
+    unsigned char componentTag = 0;
     std::string languageCode;
     std::string text;
 };

@@ -26,10 +26,10 @@ class TConditionalPlaybackDescriptor : public TISDBTDescriptor {
     unsigned char* getPrivateData() const { return privateData; }
 
   private:
-    unsigned short caSystemId;
-    unsigned short caPid;
-    unsigned char privateDataSize;
-    unsigned char* privateData;
+    unsigned short caSystemId = 0;
+    unsigned short caPid = 0;
+    unsigned char privateDataSize = 0;
+    unsigned char* privateData = nullptr;
 };
 
 }  // namespace Sarn

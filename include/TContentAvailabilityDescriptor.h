@@ -29,10 +29,10 @@ class TContentAvailabilityDescriptor : public TISDBTDescriptor {
     int isEncryptionModeEnabled() const { return encryptionModeEnabled; }
 
   private:
-    int imageConstrained;
-    int retentionAllowed;
-    unsigned char retentionState;
-    int encryptionModeEnabled;
+    int imageConstrained = 0;
+    int retentionAllowed = 0;
+    unsigned char retentionState = 0;
+    int encryptionModeEnabled = 0;
 };
 
 }  // namespace Sarn

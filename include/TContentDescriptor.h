@@ -28,9 +28,9 @@ class TContentDescriptor : public TISDBTDescriptor {
     std::string toJSON() const override;
 
   private:
-    unsigned char contentNibbleLevel1;
-    unsigned char contentNibbleLevel2;
-    unsigned char userByte;
+    unsigned char contentNibbleLevel1 = 0;
+    unsigned char contentNibbleLevel2 = 0;
+    unsigned char userByte = 0;
 };
 
 }  // namespace Sarn

@@ -25,9 +25,9 @@ class TCopyrightDescriptor : public TISDBTDescriptor {
     unsigned char* getAdditionalInfo() const { return additionalInfo; }
 
   private:
-    unsigned int copyrightId;
-    unsigned char additionalInfoSize;
-    unsigned char* additionalInfo;
+    unsigned int copyrightId = 0;
+    unsigned char additionalInfoSize = 0;
+    unsigned char* additionalInfo = nullptr;
 };
 
 }  // namespace Sarn

@@ -33,7 +33,7 @@ class TCountryAvailabilityDescriptor : public TISDBTDescriptor {
     bool remove(unsigned int index);
 
   private:
-    bool countryAvailabilityFlag;
+    bool countryAvailabilityFlag = false;
     std::list<unsigned int> countryCodes;
 };
 

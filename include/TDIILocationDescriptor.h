@@ -35,7 +35,7 @@ class TDIILocationDescriptor : public TISDBTDescriptor {
     TDIILocationDescriptorItem* get(unsigned int index) const;
 
   private:
-    unsigned char transportProtocolLabel;
+    unsigned char transportProtocolLabel = 0;
     std::vector<TDIILocationDescriptorItem*> items;
 };
 

@@ -29,9 +29,9 @@ class TDataComponentDescriptor : public TISDBTDescriptor {
     std::string toJSON() const override;
 
   private:
-    unsigned short dataComponentId;
-    unsigned char additionalDataSize;
-    unsigned char* additionalData;
+    unsigned short dataComponentId = 0;
+    unsigned char additionalDataSize = 0;
+    unsigned char* additionalData = nullptr;
 };
 
 }  // namespace Sarn

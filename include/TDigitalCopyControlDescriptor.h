@@ -44,12 +44,12 @@ class TDigitalCopyControlDescriptor : public TISDBTDescriptor {
     std::string toJSON() const override;
 
   private:
-    unsigned char digitalRecordingControlData;
-    bool maximumBitrateFlag;
-    bool componentControlFlag;
-    unsigned char copyControlType;
-    unsigned char apsControlData;
-    unsigned char maximumBitrate;
+    unsigned char digitalRecordingControlData = 0;
+    bool maximumBitrateFlag = false;
+    bool componentControlFlag = false;
+    unsigned char copyControlType = 0;
+    unsigned char apsControlData = 0;
+    unsigned char maximumBitrate = 0;
     std::vector<TDigitalCopyControlDescriptorItem*> items;  // owned, wire order
 };
 

@@ -23,12 +23,12 @@ class TDigitalCopyControlDescriptorItem {
   private:
     friend class TDigitalCopyControlDescriptor;
 
-    unsigned char componentTag;
-    unsigned char digitalRecordingControlData;
-    bool maximumBitrateFlag;
-    unsigned char copyControlType;
-    unsigned char apsControlData;
-    unsigned char maximumBitrate;
+    unsigned char componentTag = 0;
+    unsigned char digitalRecordingControlData = 0;
+    bool maximumBitrateFlag = false;
+    unsigned char copyControlType = 0;
+    unsigned char apsControlData = 0;
+    unsigned char maximumBitrate = 0;
 };
 
 }  // namespace Sarn

@@ -63,21 +63,21 @@ class TDownloadContentDescriptor : public TISDBTDescriptor {
     bool removeDownloadContentDescriptorItem(unsigned char index);
 
   private:
-    unsigned char reboot;
-    unsigned char addOn;
-    unsigned char compatibilityFlag;
-    unsigned char moduleInfoFlag;
-    unsigned char textInfoFlag;
-    unsigned int componentSize;
-    unsigned int downloadID;
-    unsigned int timeOutValueDII;
-    unsigned int leakRate;
-    unsigned char componentTag;
-    unsigned char privateDataLength;
-    unsigned char* privateData;
+    unsigned char reboot = 0;
+    unsigned char addOn = 0;
+    unsigned char compatibilityFlag = 0;
+    unsigned char moduleInfoFlag = 0;
+    unsigned char textInfoFlag = 0;
+    unsigned int componentSize = 0;
+    unsigned int downloadID = 0;
+    unsigned int timeOutValueDII = 0;
+    unsigned int leakRate = 0;
+    unsigned char componentTag = 0;
+    unsigned char privateDataLength = 0;
+    unsigned char* privateData = nullptr;
     std::string languageCode;
     std::string text;
-    TCompatibilityDescriptor* compatibilityDescriptor;
+    TCompatibilityDescriptor* compatibilityDescriptor = nullptr;
     std::vector<TDownloadContentDescriptorItem*> items;
 };
 

@@ -26,10 +26,10 @@ class TDownloadContentDescriptorItem {
     unsigned char* getModuleInfo() const { return moduleInfo; }
 
   private:
-    unsigned short moduleID;
-    unsigned int moduleSize;
-    unsigned char moduleInfoLength;
-    unsigned char* moduleInfo;
+    unsigned short moduleID = 0;
+    unsigned int moduleSize = 0;
+    unsigned char moduleInfoLength = 0;
+    unsigned char* moduleInfo = nullptr;
 };
 
 }  // namespace Sarn

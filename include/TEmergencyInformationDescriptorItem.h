@@ -29,11 +29,11 @@ class TEmergencyInformationDescriptorItem {
     unsigned short* getAreaCodes() const { return areaCodes; }
 
   private:
-    unsigned short serviceID;
-    int start;
-    unsigned char signalLevel;
-    unsigned char areaCodeLength;
-    unsigned short* areaCodes;
+    unsigned short serviceID = 0;
+    int start = 0;
+    unsigned char signalLevel = 0;
+    unsigned char areaCodeLength = 0;
+    unsigned short* areaCodes = nullptr;
 };
 
 }  // namespace Sarn

@@ -36,8 +36,8 @@ class TExtendedEventDescriptor : public TISDBTDescriptor {
     std::string toJSON() const override;
 
   private:
-    int descriptorNumber;
-    int lastDescriptorNumber;
+    int descriptorNumber = 0;
+    int lastDescriptorNumber = 0;
     std::string languageCode;
     std::vector<TExtendedEventDescriptorItem*> items;  // owned, wire order
     std::string text;

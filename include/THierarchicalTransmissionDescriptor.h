@@ -22,8 +22,8 @@ class THierarchicalTransmissionDescriptor : public TISDBTDescriptor {
     unsigned short getReferencePID() const { return referencePid; }
 
   private:
-    unsigned char qualityLevel;
-    unsigned short referencePid;
+    unsigned char qualityLevel = 0;
+    unsigned short referencePid = 0;
 };
 
 }  // namespace Sarn

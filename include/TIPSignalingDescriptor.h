@@ -24,7 +24,7 @@ class TIPSignalingDescriptor : public TISDBTDescriptor {
     unsigned int getPlatformID() const { return platformId; }
 
   private:
-    unsigned int platformId;
+    unsigned int platformId = 0;
 };
 
 }  // namespace Sarn

@@ -35,8 +35,8 @@ class TISO639LanguageDescriptor : public TISDBTDescriptor {
     std::string toJSON() const override;
 
   private:
-    int loopSize;
-    Item* items;
+    int loopSize = 0;
+    Item* items = nullptr;
 };
 
 }  // namespace Sarn

@@ -37,18 +37,18 @@ class TLCMDescriptor : public TISDBTDescriptor {
     unsigned short getServiceId() const { return serviceId; }
 
   private:
-    unsigned char messageId;
-    unsigned short messageLength;
-    unsigned char resolution;
-    unsigned char dictionaryVersion;
-    unsigned short dph;
-    unsigned short dpv;
-    unsigned short dfw;
-    unsigned short dfh;
-    unsigned char librasContentType;
-    unsigned short networkId;
-    unsigned short transportStreamId;
-    unsigned short serviceId;
+    unsigned char messageId = 0;
+    unsigned short messageLength = 0;
+    unsigned char resolution = 0;
+    unsigned char dictionaryVersion = 0;
+    unsigned short dph = 0;
+    unsigned short dpv = 0;
+    unsigned short dfw = 0;
+    unsigned short dfh = 0;
+    unsigned char librasContentType = 0;
+    unsigned short networkId = 0;
+    unsigned short transportStreamId = 0;
+    unsigned short serviceId = 0;
 };
 
 }  // namespace Sarn

@@ -27,7 +27,7 @@ class TLDMDescriptor : public TISDBTDescriptor {
     std::list<std::string> getGlosas() const { return glosas; }
 
   private:
-    unsigned char messageId;
+    unsigned char messageId = 0;
     std::list<std::string> glosas;
 };
 

@@ -27,10 +27,10 @@ class TNPTEndpointDescriptor : public TISDBTDescriptor {
     unsigned int getNPTStopL() const { return stopNptL; }
 
   private:
-    unsigned char startNptH;
-    unsigned int startNptL;
-    unsigned char stopNptH;
-    unsigned int stopNptL;
+    unsigned char startNptH = 0;
+    unsigned int startNptL = 0;
+    unsigned char stopNptH = 0;
+    unsigned int stopNptL = 0;
 };
 
 }  // namespace Sarn

@@ -32,14 +32,14 @@ class TNPTReferenceDescriptor : public TISDBTDescriptor {
     unsigned short getScaleDenominator() const { return scaleDenominator; }
 
   private:
-    int postDiscontinuityIndicator;
-    unsigned char contentId;
-    unsigned char stcReferenceH;
-    unsigned int stcReferenceL;
-    unsigned char nptReferenceH;
-    unsigned int nptReferenceL;
-    unsigned short scaleNumerator;
-    unsigned short scaleDenominator;
+    int postDiscontinuityIndicator = 0;
+    unsigned char contentId = 0;
+    unsigned char stcReferenceH = 0;
+    unsigned int stcReferenceL = 0;
+    unsigned char nptReferenceH = 0;
+    unsigned int nptReferenceL = 0;
+    unsigned short scaleNumerator = 0;
+    unsigned short scaleDenominator = 0;
 };
 
 }  // namespace Sarn

@@ -24,8 +24,8 @@ class TPartialReceptionDescriptor : public TISDBTDescriptor {
     unsigned short* getServiceIDs() const { return serviceIds; }
 
   private:
-    unsigned char serviceIdCount;
-    unsigned short* serviceIds;
+    unsigned char serviceIdCount = 0;
+    unsigned short* serviceIds = nullptr;
 };
 
 }  // namespace Sarn

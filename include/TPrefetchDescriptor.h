@@ -34,7 +34,7 @@ class TPrefetchDescriptor : public TISDBTDescriptor {
     TPrefetchDescriptorItem* get(unsigned int index) const;
 
   private:
-    unsigned char transportProtocolLabel;
+    unsigned char transportProtocolLabel = 0;
     std::vector<TPrefetchDescriptorItem*> items;
 };
 

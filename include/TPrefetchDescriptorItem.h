@@ -20,7 +20,7 @@ class TPrefetchDescriptorItem {
 
   private:
     std::string label;
-    unsigned char prefetchPriority;
+    unsigned char prefetchPriority = 0;
 };
 
 }  // namespace Sarn

@@ -28,7 +28,7 @@ class TServiceDescriptor : public TISDBTDescriptor {
     std::string toJSON() const override;
 
   private:
-    unsigned char serviceType;
+    unsigned char serviceType = 0;
     std::string serviceProvider;
     std::string serviceName;
 };

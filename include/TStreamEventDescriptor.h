@@ -37,11 +37,11 @@ class TStreamEventDescriptor : public TISDBTDescriptor {
     unsigned char* getPrivateData() const { return privateData; }
 
   private:
-    unsigned short eventId;
-    unsigned char eventNptH;
-    unsigned int eventNptL;
-    unsigned char privateDataSize;
-    unsigned char* privateData;
+    unsigned short eventId = 0;
+    unsigned char eventNptH = 0;
+    unsigned int eventNptL = 0;
+    unsigned char privateDataSize = 0;
+    unsigned char* privateData = nullptr;
 };
 
 }  // namespace Sarn

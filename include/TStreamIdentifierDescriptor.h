@@ -26,7 +26,7 @@ class TStreamIdentifierDescriptor : public TISDBTDescriptor {
     std::string toJSON() const override;
 
   private:
-    unsigned char componentTag;
+    unsigned char componentTag = 0;
 };
 
 }  // namespace Sarn

@@ -23,7 +23,7 @@ class TStreamModeDescriptor : public TISDBTDescriptor {
     unsigned char getStreamMode() const { return streamMode; }
 
   private:
-    unsigned char streamMode;
+    unsigned char streamMode = 0;
 };
 
 }  // namespace Sarn

@@ -36,12 +36,12 @@ class TSystemManagementDescriptor : public TISDBTDescriptor {
     unsigned char* getAdditionalIdentificationInfo() const { return additionalIdentificationInfo; }
 
   private:
-    unsigned short systemManagementId;
-    unsigned char broadcastingFlag;
-    unsigned char broadcastingIdentifier;
-    unsigned char additionalBroadcastingIdentification;
-    unsigned char additionalIdentificationInfoSize;
-    unsigned char* additionalIdentificationInfo;
+    unsigned short systemManagementId = 0;
+    unsigned char broadcastingFlag = 0;
+    unsigned char broadcastingIdentifier = 0;
+    unsigned char additionalBroadcastingIdentification = 0;
+    unsigned char additionalIdentificationInfoSize = 0;
+    unsigned char* additionalIdentificationInfo = nullptr;
 };
 
 }  // namespace Sarn

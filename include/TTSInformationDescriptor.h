@@ -40,9 +40,9 @@ class TTSInformationDescriptor : public TISDBTDescriptor {
     std::string toJSON() const override;
 
   private:
-    unsigned char remoteControlKeyId;
+    unsigned char remoteControlKeyId = 0;
     std::string transportStreamName;
-    unsigned char txInformation;
+    unsigned char txInformation = 0;
     std::vector<TTSInformationDescriptorItem*> transmissionTypes;
 };
 

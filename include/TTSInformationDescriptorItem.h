@@ -27,9 +27,9 @@ class TTSInformationDescriptorItem {
     unsigned short* getServices() const { return services; }
 
   private:
-    unsigned char transmissionTypeInfo;
-    unsigned char numberOfServices;
-    unsigned short* services;
+    unsigned char transmissionTypeInfo = 0;
+    unsigned char numberOfServices = 0;
+    unsigned short* services = nullptr;
 };
 
 }  // namespace Sarn

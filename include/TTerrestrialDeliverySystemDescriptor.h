@@ -34,11 +34,11 @@ class TTerrestrialDeliverySystemDescriptor : public TISDBTDescriptor {
     unsigned short* getFrequencies() const { return frequencies; }
 
   private:
-    unsigned short areaCode;
-    unsigned char guardInterval;
-    unsigned char transmissionMode;
-    unsigned char frequencyCounter;
-    unsigned short* frequencies;
+    unsigned short areaCode = 0;
+    unsigned char guardInterval = 0;
+    unsigned char transmissionMode = 0;
+    unsigned char frequencyCounter = 0;
+    unsigned short* frequencies = nullptr;
 };
 
 }  // namespace Sarn

@@ -21,7 +21,7 @@ class TTimeShiftedServiceDescriptor : public TISDBTDescriptor {
     unsigned short getReferenceServiceID() const { return referenceServiceID; }
 
   private:
-    unsigned short referenceServiceID;
+    unsigned short referenceServiceID = 0;
 };
 
 }  // namespace Sarn

@@ -51,7 +51,7 @@ class TTransportProtocolDescriptor : public TISDBTDescriptor {
 
     Type type;
     unsigned short protocolId;
-    unsigned char transportProtocolLabel;
+    unsigned char transportProtocolLabel = 0;
 };
 
 }  // namespace Sarn

@@ -34,11 +34,11 @@ class TTransportProtocolDescriptorIP : public TTransportProtocolDescriptor {
     void addURL(std::string url);
 
   private:
-    int remoteConnection;
-    unsigned short originalNetworkId;
-    unsigned short transportStreamId;
-    unsigned short serviceId;
-    int alignmentIndicator;
+    int remoteConnection = 0;
+    unsigned short originalNetworkId = 0;
+    unsigned short transportStreamId = 0;
+    unsigned short serviceId = 0;
+    int alignmentIndicator = 0;
     std::vector<std::string> urls;
 };
 

@@ -23,9 +23,9 @@ class TVideoDecodeControlDescriptor : public TISDBTDescriptor {
     unsigned char getVideoEncodeFormat() const { return videoEncodeFormat; }
 
   private:
-    int stillPicture;
-    int sequenceEndCode;
-    unsigned char videoEncodeFormat;
+    int stillPicture = 0;
+    int sequenceEndCode = 0;
+    unsigned char videoEncodeFormat = 0;
 };
 
 }  // namespace Sarn

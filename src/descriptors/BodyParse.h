@@ -14,6 +14,18 @@
 namespace Sarn {
 
 /**
+ * How a parseData ends when it has read its body: read goes through
+ * bytesRead (a null bytesRead is ignored), 0 through err, and 1 comes back.
+ * A failure logs its line and returns parse::refuse(err, code), which is 0.
+ */
+inline int bodyDone(unsigned short* err, unsigned int* bytesRead, unsigned int read) {
+    if (bytesRead != nullptr)
+        *bytesRead = read;
+    ISDBTUtils::setErrorCode(err, ERROR_NONE);
+    return 1;
+}
+
+/**
  * Lets d read the descriptor_length bytes after the header at data (the
  * header has been checked). Returns d, with the code 0, when parseData
  * succeeds; otherwise null (d is deleted) with parseData's code.

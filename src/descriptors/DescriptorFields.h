@@ -58,6 +58,20 @@ inline unsigned short* readBe16Array(bytes::Reader& r, unsigned int count, unsig
     return values;
 }
 
+/**
+ * The 16-bit big-endian values that fill the rest of r (an odd trailing byte
+ * is left): count receives how many, kept in 8 bits, and that many are read
+ * into an owned array of one slot per byte left. Null, with count untouched,
+ * when nothing is left.
+ */
+inline unsigned short* readRest16(bytes::Reader& r, unsigned char& count) {
+    const unsigned int payload = r.remaining();
+    if (payload == 0)
+        return nullptr;
+    count = static_cast<unsigned char>(payload / 2);
+    return readBe16Array(r, count, payload);
+}
+
 /** The next n bytes of r as characters, copied as they are (nothing dropped). */
 inline void readChars(bytes::Reader& r, std::string& out, unsigned int n) {
     const unsigned char* src = r.bytes(n);

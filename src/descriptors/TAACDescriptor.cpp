@@ -3,18 +3,13 @@
 #include <memory>
 
 #include "DescriptorFields.h"
+#include "DescriptorParse.h"
 #include "Log.h"
-#include "Parse.h"
 
 namespace Sarn {
 
 TAACDescriptor::TAACDescriptor(unsigned char* bytes, unsigned int length)
-    : TISDBTDescriptor(0x7C, bytes, length),
-      profileAndLevel(0),
-      aacTypeFlag(0),
-      aacType(0),
-      additionalInfoSize(0),
-      additionalInfo(nullptr) {}
+    : TISDBTDescriptor(0x7C, bytes, length) {}
 
 TAACDescriptor::~TAACDescriptor() {
     delete[] additionalInfo;
@@ -22,11 +17,9 @@ TAACDescriptor::~TAACDescriptor() {
 
 TAACDescriptor* TAACDescriptor::parse(unsigned char* bytes, unsigned int length,
                                       unsigned int* bytesRead, unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 2, 0x7C))
+    auto [d, r] = parse::open<TAACDescriptor>(bytes, length, error, 2, 0x7C);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TAACDescriptor> d(new TAACDescriptor(bytes, length));
-    bytes::Reader r(bytes, length);
-    r.skip(2);
     d->profileAndLevel = r.u8();
     d->aacTypeFlag = (r.u8() >> 7) & 1;
     // The payload size is taken from the bytes handed in; the additional info
@@ -41,9 +34,8 @@ TAACDescriptor* TAACDescriptor::parse(unsigned char* bytes, unsigned int length,
         d->aacType = r.u8();
     }
     d->additionalInfo = fields::copyRest8(r, d->additionalInfoSize);
-    if (bytesRead != nullptr)
-        *bytesRead = 2u + (d->aacTypeFlag ? 1u : 0u) + d->additionalInfoSize;
-    return parse::done(error, d);
+    return parse::done(error, d, bytesRead,
+                       2u + (d->aacTypeFlag ? 1u : 0u) + d->additionalInfoSize);
 }
 
 std::string TAACDescriptor::toJSON() const {

@@ -2,24 +2,15 @@
 
 #include <memory>
 
+#include "DescriptorParse.h"
 #include "Json.h"
 #include "Log.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
 
 TAVCTimingAndHRDDescriptor::TAVCTimingAndHRDDescriptor(unsigned char* bytes, unsigned int length)
-    : TISDBTDescriptor(0x2A, bytes, length),
-      hrdManagementValid(0),
-      pictureTimingInfoPresent(0),
-      flag90kHz(0),
-      n(0),
-      k(0),
-      numUnitsInTick(0),
-      fixedFrameRate(0),
-      temporalPoc(0),
-      pictureToDisplayConversion(0) {}
+    : TISDBTDescriptor(0x2A, bytes, length) {}
 
 TAVCTimingAndHRDDescriptor::~TAVCTimingAndHRDDescriptor() {}
 
@@ -38,11 +29,9 @@ TAVCTimingAndHRDDescriptor* TAVCTimingAndHRDDescriptor::parse(unsigned char* byt
                                                               unsigned int length,
                                                               unsigned int* bytesRead,
                                                               unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 2, 0x2A))
+    auto [d, r] = parse::open<TAVCTimingAndHRDDescriptor>(bytes, length, error, 2, 0x2A);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TAVCTimingAndHRDDescriptor> d(new TAVCTimingAndHRDDescriptor(bytes, length));
-    bytes::Reader r(bytes, length);
-    r.skip(2);
     // Two readings of ours differ from the published layout and are kept for
     // the receivers that rely on them: picture_and_timing_info_present is
     // bit 0 of the first payload byte, and the frame-rate flags are taken
@@ -71,9 +60,7 @@ TAVCTimingAndHRDDescriptor* TAVCTimingAndHRDDescriptor::parse(unsigned char* byt
     d->fixedFrameRate = (flags >> 7) & 1;
     d->temporalPoc = (flags >> 6) & 1;
     d->pictureToDisplayConversion = (flags >> 5) & 1;
-    if (bytesRead != nullptr)
-        *bytesRead = count + 1;
-    return parse::done(error, d);
+    return parse::done(error, d, bytesRead, count + 1);
 }
 
 std::string TAVCTimingAndHRDDescriptor::toJSON() const {

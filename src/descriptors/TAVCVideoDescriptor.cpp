@@ -2,32 +2,22 @@
 
 #include <memory>
 
+#include "DescriptorParse.h"
 #include "Json.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
 
 TAVCVideoDescriptor::TAVCVideoDescriptor(unsigned char* bytes, unsigned int length)
-    : TISDBTDescriptor(0x28, bytes, length),
-      profileIdc(0),
-      constraintSet0Flag(0),
-      constraintSet1Flag(0),
-      constraintSet2Flag(0),
-      avcCompatibleFlags(0),
-      levelIdc(0),
-      avcStillPresent(0),
-      avc24HourPictureFlag(0) {}
+    : TISDBTDescriptor(0x28, bytes, length) {}
 
 TAVCVideoDescriptor::~TAVCVideoDescriptor() {}
 
 TAVCVideoDescriptor* TAVCVideoDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                 unsigned int* bytesRead, unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 4, 0x28))
+    auto [d, r] = parse::open<TAVCVideoDescriptor>(bytes, length, error, 4, 0x28);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TAVCVideoDescriptor> d(new TAVCVideoDescriptor(bytes, length));
-    bytes::Reader r(bytes, length);
-    r.skip(2);
     d->profileIdc = r.u8();
     const unsigned char constraints = r.u8();
     d->constraintSet0Flag = (constraints >> 7) & 1;
@@ -38,9 +28,7 @@ TAVCVideoDescriptor* TAVCVideoDescriptor::parse(unsigned char* bytes, unsigned i
     const unsigned char flags = r.u8();
     d->avcStillPresent = (flags >> 7) & 1;
     d->avc24HourPictureFlag = (flags >> 6) & 1;
-    if (bytesRead != nullptr)
-        *bytesRead = 4;
-    return parse::done(error, d);
+    return parse::done(error, d, bytesRead, 4);
 }
 
 std::string TAVCVideoDescriptor::toJSON() const {

@@ -3,11 +3,11 @@
 #include <memory>
 
 #include "DescriptorFields.h"
+#include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
 #include "Owned.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
@@ -33,8 +33,7 @@ TApplicationDescriptorProfile* TApplicationDescriptorProfile::parse(unsigned cha
     if (data == nullptr || len < 5) {
         SARN_LOGW("%s: TApplicationDescriptorProfile::parse: Item length not valid: %u. Aborting!",
                   len);
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+        return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
     bytes::Reader r(data, len);
     const unsigned short profile = r.u16();
@@ -48,14 +47,7 @@ TApplicationDescriptorProfile* TApplicationDescriptorProfile::parse(unsigned cha
 }
 
 TApplicationDescriptor::TApplicationDescriptor(unsigned char* bytes, unsigned int len)
-    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, len),
-      serviceBound(0),
-      visibility(0),
-      applicationPriority(0),
-      visibleForUsers(0),
-      visibleForApplications(0),
-      transportProtocolLabelCount(0),
-      transportProtocolLabels(nullptr) {}
+    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, len) {}
 
 TApplicationDescriptor::TApplicationDescriptor(const TApplicationDescriptor* src)
     : TISDBTDescriptor(*src),
@@ -78,13 +70,11 @@ TApplicationDescriptor::~TApplicationDescriptor() {
 TApplicationDescriptor* TApplicationDescriptor::parse(unsigned char* data, unsigned int len,
                                                       unsigned int* bytesRead,
                                                       unsigned short* err) {
-    if (!parseCommonHeader(data, len, err, 3, DESCRIPTOR_TAG))
+    auto [d, r] = parse::open<TApplicationDescriptor>(data, len, err, 3, DESCRIPTOR_TAG);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TApplicationDescriptor> d(new TApplicationDescriptor(data, len));
     // The body is descriptor_length bytes; the header check made sure they are there.
-    bytes::Reader r(data, len);
-    r.skip(1);
-    const unsigned char length = r.u8();
+    const unsigned char length = d->getDescriptorLength();
     bytes::Reader body = r.sub(length);
 
     const unsigned char profilesLength = body.u8();
@@ -121,9 +111,7 @@ TApplicationDescriptor* TApplicationDescriptor::parse(unsigned char* data, unsig
     d->transportProtocolLabelCount = static_cast<unsigned char>(body.remaining());
     d->transportProtocolLabels = fields::copyBytes(body.bytes(d->transportProtocolLabelCount),
                                                    d->transportProtocolLabelCount);
-    if (bytesRead != nullptr)
-        *bytesRead = length;
-    return parse::done(err, d);
+    return parse::done(err, d, bytesRead, length);
 }
 
 void TApplicationDescriptor::addProfile(TApplicationDescriptorProfile* profile) {
@@ -133,8 +121,7 @@ void TApplicationDescriptor::addProfile(TApplicationDescriptorProfile* profile) 
 
 TApplicationDescriptorProfile* TApplicationDescriptor::getProfile(
     unsigned short applicationProfile) const {
-    auto it = profiles.find(applicationProfile);
-    return it == profiles.end() ? nullptr : it->second;
+    return owned::find(profiles, applicationProfile);
 }
 
 std::list<TApplicationDescriptorProfile*> TApplicationDescriptor::getProfiles() const {
@@ -145,31 +132,22 @@ std::list<TApplicationDescriptorProfile*> TApplicationDescriptor::getProfiles() 
 }
 
 bool TApplicationDescriptor::removeProfile(unsigned short applicationProfile) {
-    auto it = profiles.find(applicationProfile);
-    if (it == profiles.end())
-        return false;
-    delete it->second;
-    profiles.erase(it);
-    return true;
+    return owned::erase(profiles, applicationProfile);
 }
 
 std::string TApplicationDescriptor::toJSON() const {
     std::string out;
     appendBaseJSON(out, 0);
     json::Out o(out);
-    o << ",\"profile_loop\":[";
-    bool first = true;
-    for (const auto& entry : profiles) {
+    o << ",\"profile_loop\":";
+    json::appendArray(o, profiles, [&o](const auto& entry) {
         const TApplicationDescriptorProfile* profile = entry.second;
-        if (!first)
-            o << ',';
-        first = false;
         o << "{\"application_profile\":" << profile->getApplicationProfile()
           << ",\"version.major\":" << profile->getVersionMajor()
           << ",\"version.minor\":" << profile->getVersionMinor()
           << ",\"version.micro\":" << profile->getVersionMicro() << '}';
-    }
-    o << "],\"service_bound_flag\":" << serviceBound << ",\"visibility\":" << visibility
+    });
+    o << ",\"service_bound_flag\":" << serviceBound << ",\"visibility\":" << visibility
       << ",\"application_priority\":" << applicationPriority << ",\"transport_protocol_label\":\"";
     if (transportProtocolLabelCount != 0 && transportProtocolLabels != nullptr) {
         o << "0x";

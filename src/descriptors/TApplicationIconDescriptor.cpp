@@ -2,15 +2,15 @@
 
 #include <memory>
 
+#include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "Log.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
 
 TApplicationIconDescriptor::TApplicationIconDescriptor(unsigned char* bytes, unsigned int len)
-    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, len), iconFlags(0) {}
+    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, len) {}
 
 TApplicationIconDescriptor::TApplicationIconDescriptor(const TApplicationIconDescriptor* src)
     : TISDBTDescriptor(*src), iconLocator(src->iconLocator), iconFlags(src->iconFlags) {}
@@ -20,13 +20,11 @@ TApplicationIconDescriptor::~TApplicationIconDescriptor() {}
 TApplicationIconDescriptor* TApplicationIconDescriptor::parse(unsigned char* data, unsigned int len,
                                                               unsigned int* bytesRead,
                                                               unsigned short* err) {
-    if (!parseCommonHeader(data, len, err, 2, DESCRIPTOR_TAG))
-        return nullptr;
     // icon_locator_length, icon_locator, icon_flags (16), reserved bytes
-    std::unique_ptr<TApplicationIconDescriptor> d(new TApplicationIconDescriptor(data, len));
-    bytes::Reader r(data, len);
-    r.skip(1);
-    const unsigned char length = r.u8();
+    auto [d, r] = parse::open<TApplicationIconDescriptor>(data, len, err, 2, DESCRIPTOR_TAG);
+    if (d == nullptr)
+        return nullptr;
+    const unsigned char length = d->getDescriptorLength();
     bytes::Reader body = r.sub(length);
     if (body.string(d->iconLocator, 0) < 0) {
         SARN_LOGW("%s: TApplicationIconDescriptor:: parse: ERROR: parsing Icon Locator. Aborting!");
@@ -39,9 +37,7 @@ TApplicationIconDescriptor* TApplicationIconDescriptor::parse(unsigned char* dat
         return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
     d->iconFlags = body.u16();
-    if (bytesRead != nullptr)
-        *bytesRead = static_cast<unsigned char>(length + 2);
-    return parse::done(err, d);
+    return parse::done(err, d, bytesRead, static_cast<unsigned char>(length + 2));
 }
 
 }  // namespace Sarn

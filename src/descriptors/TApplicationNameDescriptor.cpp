@@ -2,12 +2,12 @@
 
 #include <memory>
 
+#include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
 #include "Owned.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
@@ -28,8 +28,7 @@ TApplicationNameDescriptorItem* TApplicationNameDescriptorItem::parse(unsigned c
     if (data == nullptr || len < 4) {
         SARN_LOGW("%s: TApplicationNameDescriptorItem::parse: Item length not valid: %u. Aborting!",
                   len);
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+        return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
     std::unique_ptr<TApplicationNameDescriptorItem> item(new TApplicationNameDescriptorItem());
     bytes::Reader r(data, len);
@@ -62,12 +61,10 @@ TApplicationNameDescriptor::~TApplicationNameDescriptor() {
 TApplicationNameDescriptor* TApplicationNameDescriptor::parse(unsigned char* data, unsigned int len,
                                                               unsigned int* bytesRead,
                                                               unsigned short* err) {
-    if (!parseCommonHeader(data, len, err, 4, DESCRIPTOR_TAG))
+    auto [d, r] = parse::open<TApplicationNameDescriptor>(data, len, err, 4, DESCRIPTOR_TAG);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TApplicationNameDescriptor> d(new TApplicationNameDescriptor(data, len));
-    bytes::Reader r(data, len);
-    r.skip(1);
-    const unsigned char body = r.u8();
+    const unsigned char body = d->getDescriptorLength();
     // A repeated language code replaces the earlier item.
     TApplicationNameDescriptor* names = d.get();
     auto store = [names](TApplicationNameDescriptorItem* item) {
@@ -88,8 +85,7 @@ void TApplicationNameDescriptor::add(TApplicationNameDescriptorItem* item) {
 
 TApplicationNameDescriptorItem* TApplicationNameDescriptor::get(
     const std::string& languageCode) const {
-    auto it = items.find(languageCode);
-    return it == items.end() ? nullptr : it->second;
+    return owned::find(items, languageCode);
 }
 
 std::list<std::string> TApplicationNameDescriptor::getLanguageCodes() const {
@@ -100,16 +96,11 @@ std::string TApplicationNameDescriptor::toJSON() const {
     std::string out;
     appendBaseJSON(out, 0);
     json::Out o(out);
-    o << ",\"name_loop\":[";
-    bool first = true;
-    for (const auto& entry : items) {
-        if (!first)
-            o << ',';
-        first = false;
+    o << ",\"name_loop\":";
+    json::appendArray(o, items, [&o](const auto& entry) {
         o << "{\"ISO_639_language_code\":\"" << entry.second->getLanguageCode()
           << "\",\"application_name\":\"" << entry.second->getName() << "\"}";
-    }
-    o << ']';
+    });
     return out;
 }
 

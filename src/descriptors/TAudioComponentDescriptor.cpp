@@ -3,22 +3,13 @@
 #include <memory>
 
 #include "DescriptorFields.h"
+#include "DescriptorParse.h"
 #include "Json.h"
-#include "Parse.h"
 
 namespace Sarn {
 
 TAudioComponentDescriptor::TAudioComponentDescriptor(unsigned char* bytes, unsigned int len)
-    : TISDBTDescriptor(0xC4, bytes, len),
-      streamContent(0),
-      componentType(0),
-      componentTag(0),
-      streamType(0),
-      simulcastGroupTag(0),
-      esMultiLingualFlag(0),
-      mainComponentFlag(0),
-      qualityIndicator(0),
-      samplingRate(0) {}
+    : TISDBTDescriptor(0xC4, bytes, len) {}
 
 TAudioComponentDescriptor::~TAudioComponentDescriptor() {}
 
@@ -30,11 +21,9 @@ TAudioComponentDescriptor* TAudioComponentDescriptor::parse(unsigned char* data,
     // (ES_multi_lingual 1, main_component 1, quality_indicator 2,
     // sampling_rate 3, reserved 1), ISO 639 code, second code when
     // bilingual, text. Codes and text are copied as they are.
-    if (!parseCommonHeader(data, len, err, 9, 0xC4))
+    auto [d, r] = parse::open<TAudioComponentDescriptor>(data, len, err, 9, 0xC4);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TAudioComponentDescriptor> d(new TAudioComponentDescriptor(data, len));
-    bytes::Reader r(data, len);
-    r.skip(2);
     d->streamContent = static_cast<unsigned char>(r.u8() & 0x0F);
     d->componentType = r.u8();
     d->componentTag = r.u8();

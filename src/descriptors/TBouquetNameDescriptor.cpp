@@ -2,9 +2,9 @@
 
 #include <memory>
 
+#include "DescriptorParse.h"
 #include "Json.h"
 #include "Log.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
@@ -17,20 +17,16 @@ TBouquetNameDescriptor::~TBouquetNameDescriptor() {}
 TBouquetNameDescriptor* TBouquetNameDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                       unsigned int* bytesRead,
                                                       unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 1, 0x47))
+    auto [d, r] = parse::open<TBouquetNameDescriptor>(bytes, length, error, 1, 0x47);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TBouquetNameDescriptor> d(new TBouquetNameDescriptor(bytes, length));
-    bytes::Reader r(bytes, length);
-    r.skip(2);
     // The name fills the rest of the bytes handed in.
     const int count = r.loggedString(d->bouquetName, r.remaining());
     if (count < 0) {
         SARN_LOGW("%s: TBouquetNameDescriptor:: parse: ERROR: parsing Bouquet Name. Aborting!");
         return parse::fail(error, ERROR_FIELD_PARSE);
     }
-    if (bytesRead != nullptr)
-        *bytesRead = static_cast<unsigned char>(count);
-    return parse::done(error, d);
+    return parse::done(error, d, bytesRead, static_cast<unsigned char>(count));
 }
 
 std::string TBouquetNameDescriptor::toJSON() const {

@@ -2,16 +2,12 @@
 
 #include "ISDBTUtils.h"
 #include "Log.h"
+#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
 
-TCarouselSelector::TCarouselSelector()
-    : remoteConnection(0),
-      originalNetworkId(0),
-      transportStreamId(0),
-      serviceId(0),
-      componentTag(0) {}
+TCarouselSelector::TCarouselSelector() {}
 
 bool TCarouselSelector::readSelector(const char* kind, const unsigned char* data, unsigned int len,
                                      unsigned int* consumed, unsigned short* err,
@@ -22,8 +18,7 @@ bool TCarouselSelector::readSelector(const char* kind, const unsigned char* data
     if (data == nullptr || len < 5) {
         SARN_LOGW("%s: TTransportProtocolDescriptor%s::parse: Item length not valid: %u. Aborting!",
                   kind, len);
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        return false;
+        return parse::refuse(err, ERROR_DATA_TOO_SHORT);
     }
     bytes::Reader r(data, len);
     r.skip(2);
@@ -34,8 +29,7 @@ bool TCarouselSelector::readSelector(const char* kind, const unsigned char* data
             SARN_LOGW(
                 "%s: TTransportProtocolDescriptor%s::parse: Item length not valid: %u. Aborting!",
                 kind, r.remaining());
-            ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-            return false;
+            return parse::refuse(err, ERROR_DATA_TOO_SHORT);
         }
         originalNetworkId = r.u16();
         transportStreamId = r.u16();

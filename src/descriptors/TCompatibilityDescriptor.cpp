@@ -4,10 +4,10 @@
 
 #include <memory>
 
+#include "DescriptorParse.h"
 #include "ItemLoop.h"
 #include "Log.h"
 #include "Owned.h"
-#include "Parse.h"
 #include "ParserUtils.h"
 #include "Reader.h"
 
@@ -23,8 +23,7 @@ unsigned short shifted(unsigned char value, unsigned char shift) {
 
 // ---------------------------------------------------------------------------
 
-TCompatibilityDescriptorSubItem::TCompatibilityDescriptorSubItem()
-    : subDescriptorType(0), additionalInformationLength(0), additionalInformation(nullptr) {}
+TCompatibilityDescriptorSubItem::TCompatibilityDescriptorSubItem() {}
 
 TCompatibilityDescriptorSubItem::~TCompatibilityDescriptorSubItem() {
     delete[] additionalInformation;
@@ -53,15 +52,12 @@ TCompatibilityDescriptorSubItem* TCompatibilityDescriptorSubItem::parse(unsigned
             "Information. Aborting!");
         return parse::fail(error, ERROR_FIELD_PARSE);
     }
-    if (bytesRead != nullptr)
-        *bytesRead = r.position();
-    return parse::done(error, sub);
+    return parse::done(error, sub, bytesRead, r.position());
 }
 
 // ---------------------------------------------------------------------------
 
-TCompatibilityDescriptorItem::TCompatibilityDescriptorItem()
-    : descriptorType(0), specifierType(0), specifierData(0), model(0), version(0) {}
+TCompatibilityDescriptorItem::TCompatibilityDescriptorItem() {}
 
 TCompatibilityDescriptorItem::~TCompatibilityDescriptorItem() {
     owned::deleteAll(subItems);
@@ -93,9 +89,7 @@ TCompatibilityDescriptorItem* TCompatibilityDescriptorItem::parse(unsigned char*
         SARN_LOGW("%s: TCompatibilityDescriptorItem::parse: Invalid sub item. Aborting!");
         return parse::fail(error, ERROR_INVALID_ITEM);
     }
-    if (bytesRead != nullptr)
-        *bytesRead = r.position();
-    return parse::done(error, item);
+    return parse::done(error, item, bytesRead, r.position());
 }
 
 TCompatibilityDescriptorSubItem* TCompatibilityDescriptorItem::getCompatibilityDescriptorSubItem(
@@ -143,9 +137,7 @@ TCompatibilityDescriptor* TCompatibilityDescriptor::parse(unsigned char* data, u
         return parse::fail(error, ERROR_INVALID_ITEM);
     }
     // The length field itself is not counted.
-    if (bytesRead != nullptr)
-        *bytesRead = r.position() - 2;
-    return parse::done(error, compatibility);
+    return parse::done(error, compatibility, bytesRead, r.position() - 2);
 }
 
 TCompatibilityDescriptorItem* TCompatibilityDescriptor::getCompatibilityDescriptorItem(

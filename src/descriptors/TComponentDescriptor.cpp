@@ -2,15 +2,15 @@
 
 #include <memory>
 
+#include "DescriptorParse.h"
 #include "Json.h"
 #include "Log.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
 
 TComponentDescriptor::TComponentDescriptor(unsigned char* bytes, unsigned int len)
-    : TISDBTDescriptor(0x50, bytes, len), streamContent(0), componentType(0), componentTag(0) {}
+    : TISDBTDescriptor(0x50, bytes, len) {}
 
 TComponentDescriptor::~TComponentDescriptor() {}
 
@@ -18,11 +18,9 @@ TComponentDescriptor* TComponentDescriptor::parse(unsigned char* data, unsigned 
                                                   unsigned int* bytesRead, unsigned short* err) {
     // tag, length, reserved nibble + stream_content, component_type,
     // component_tag, ISO 639 code (3), text up to the end.
-    if (!parseCommonHeader(data, len, err, 6, 0x50))
+    auto [d, r] = parse::open<TComponentDescriptor>(data, len, err, 6, 0x50);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TComponentDescriptor> d(new TComponentDescriptor(data, len));
-    bytes::Reader r(data, len);
-    r.skip(2);
     d->streamContent = static_cast<unsigned char>(r.u8() & 0x0F);
     d->componentType = r.u8();
     d->componentTag = r.u8();
@@ -37,9 +35,7 @@ TComponentDescriptor* TComponentDescriptor::parse(unsigned char* data, unsigned 
         return parse::fail(err, ERROR_FIELD_PARSE);
     }
     // The language code and the text, without the five bytes before them.
-    if (bytesRead != nullptr)
-        *bytesRead = 3 + static_cast<unsigned int>(n);
-    return parse::done(err, d);
+    return parse::done(err, d, bytesRead, 3 + static_cast<unsigned int>(n));
 }
 
 std::string TComponentDescriptor::toJSON() const {

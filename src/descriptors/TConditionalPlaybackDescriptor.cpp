@@ -3,17 +3,13 @@
 #include <memory>
 
 #include "DescriptorFields.h"
-#include "Parse.h"
+#include "DescriptorParse.h"
 
 namespace Sarn {
 
 TConditionalPlaybackDescriptor::TConditionalPlaybackDescriptor(unsigned char* bytes,
                                                                unsigned int length)
-    : TISDBTDescriptor(0xF8, bytes, length),
-      caSystemId(0),
-      caPid(0),
-      privateDataSize(0),
-      privateData(nullptr) {}
+    : TISDBTDescriptor(0xF8, bytes, length) {}
 
 TConditionalPlaybackDescriptor::~TConditionalPlaybackDescriptor() {
     delete[] privateData;
@@ -23,19 +19,14 @@ TConditionalPlaybackDescriptor* TConditionalPlaybackDescriptor::parse(unsigned c
                                                                       unsigned int length,
                                                                       unsigned int* bytesRead,
                                                                       unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 4, 0xF8))
+    auto [d, r] = parse::open<TConditionalPlaybackDescriptor>(bytes, length, error, 4, 0xF8);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TConditionalPlaybackDescriptor> d(
-        new TConditionalPlaybackDescriptor(bytes, length));
-    bytes::Reader r(bytes, length);
-    r.skip(2);
     d->caSystemId = r.u16();
     d->caPid = r.pid();
     // Private data runs to the end of the bytes handed in; size kept in 8 bits.
     d->privateData = fields::copyRest8(r, d->privateDataSize);
-    if (bytesRead != nullptr)
-        *bytesRead = length - 2;
-    return parse::done(error, d);
+    return parse::done(error, d, bytesRead, length - 2);
 }
 
 std::string TConditionalPlaybackDescriptor::toJSON() const {

@@ -10,10 +10,7 @@
 namespace Sarn {
 
 TContentDescriptor::TContentDescriptor(unsigned char* bytes, unsigned int len)
-    : TISDBTDescriptor(0x54, bytes, len),
-      contentNibbleLevel1(0),
-      contentNibbleLevel2(0),
-      userByte(0) {}
+    : TISDBTDescriptor(0x54, bytes, len) {}
 
 TContentDescriptor::~TContentDescriptor() {}
 

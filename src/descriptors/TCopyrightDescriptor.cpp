@@ -3,15 +3,12 @@
 #include <memory>
 
 #include "DescriptorFields.h"
-#include "Parse.h"
+#include "DescriptorParse.h"
 
 namespace Sarn {
 
 TCopyrightDescriptor::TCopyrightDescriptor(unsigned char* bytes, unsigned int length)
-    : TISDBTDescriptor(0x0D, bytes, length),
-      copyrightId(0),
-      additionalInfoSize(0),
-      additionalInfo(nullptr) {}
+    : TISDBTDescriptor(0x0D, bytes, length) {}
 
 TCopyrightDescriptor::~TCopyrightDescriptor() {
     delete[] additionalInfo;
@@ -19,17 +16,13 @@ TCopyrightDescriptor::~TCopyrightDescriptor() {
 
 TCopyrightDescriptor* TCopyrightDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                   unsigned int* bytesRead, unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 4, 0x0D))
+    auto [d, r] = parse::open<TCopyrightDescriptor>(bytes, length, error, 4, 0x0D);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TCopyrightDescriptor> d(new TCopyrightDescriptor(bytes, length));
-    bytes::Reader r(bytes, length);
-    r.skip(2);
     d->copyrightId = r.u32();
     // Additional info runs to the end of the bytes handed in; size kept in 8 bits.
     d->additionalInfo = fields::copyRest8(r, d->additionalInfoSize);
-    if (bytesRead != nullptr)
-        *bytesRead = d->additionalInfoSize + 4u;
-    return parse::done(error, d);
+    return parse::done(error, d, bytesRead, d->additionalInfoSize + 4u);
 }
 
 std::string TCopyrightDescriptor::toJSON() const {

@@ -3,15 +3,15 @@
 #include <iterator>
 #include <memory>
 
+#include "DescriptorParse.h"
 #include "Json.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
 
 TCountryAvailabilityDescriptor::TCountryAvailabilityDescriptor(unsigned char* bytes,
                                                                unsigned int length)
-    : TISDBTDescriptor(0x49, bytes, length), countryAvailabilityFlag(false) {}
+    : TISDBTDescriptor(0x49, bytes, length) {}
 
 TCountryAvailabilityDescriptor::~TCountryAvailabilityDescriptor() {}
 
@@ -19,20 +19,15 @@ TCountryAvailabilityDescriptor* TCountryAvailabilityDescriptor::parse(unsigned c
                                                                       unsigned int length,
                                                                       unsigned int* bytesRead,
                                                                       unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 4, 0x49))
+    auto [d, r] = parse::open<TCountryAvailabilityDescriptor>(bytes, length, error, 4, 0x49);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TCountryAvailabilityDescriptor> d(
-        new TCountryAvailabilityDescriptor(bytes, length));
-    bytes::Reader r(bytes, length);
-    r.skip(2);
     d->countryAvailabilityFlag = r.u8() >= 0x80;
     // Three-letter codes up to the end of the bytes handed in; a trailing
     // partial code (one or two bytes) is not read.
     while (r.has(3))
         d->countryCodes.push_back(r.u24());
-    if (bytesRead != nullptr)
-        *bytesRead = 0;
-    return parse::done(error, d);
+    return parse::done(error, d, bytesRead, 0);
 }
 
 unsigned int TCountryAvailabilityDescriptor::get(unsigned int index) const {
@@ -52,17 +47,12 @@ std::string TCountryAvailabilityDescriptor::toJSON() const {
     std::string out;
     json::Out o(out);
     o << "\"name\":\"countryAvailabilityDescriptor\",\"countryAvailabilityFlag\":"
-      << countryAvailabilityFlag << ",\"countryCode\":[";
-    bool first = true;
-    for (unsigned int code : countryCodes) {
-        if (!first)
-            o << ',';
-        first = false;
+      << countryAvailabilityFlag << ",\"countryCode\":";
+    json::appendArray(o, countryCodes, [&o](unsigned int code) {
         // The three letters as plain characters, without quotes.
         o << static_cast<char>(code >> 16) << static_cast<char>(code >> 8)
           << static_cast<char>(code);
-    }
-    o << ']';
+    });
     return out;
 }
 

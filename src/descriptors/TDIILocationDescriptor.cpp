@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "ItemLoop.h"
 #include "Log.h"
@@ -25,8 +26,7 @@ TDIILocationDescriptorItem* TDIILocationDescriptorItem::parse(unsigned char* dat
     if (data == nullptr || len < 4) {
         SARN_LOGW("%s: TDIILocationDescriptorItem::parse: Item length not valid: %u. Aborting!",
                   len);
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+        return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
     bytes::Reader r(data, len);
     const unsigned short dii = static_cast<unsigned short>(r.u16() & 0x7FFF);
@@ -37,7 +37,7 @@ TDIILocationDescriptorItem* TDIILocationDescriptorItem::parse(unsigned char* dat
 }
 
 TDIILocationDescriptor::TDIILocationDescriptor(unsigned char* bytes, unsigned int len)
-    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, len), transportProtocolLabel(0) {}
+    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, len) {}
 
 TDIILocationDescriptor::TDIILocationDescriptor(const TDIILocationDescriptor* src)
     : TISDBTDescriptor(*src), transportProtocolLabel(src->transportProtocolLabel) {
@@ -52,12 +52,10 @@ TDIILocationDescriptor* TDIILocationDescriptor::parse(unsigned char* data, unsig
                                                       unsigned int* bytesRead,
                                                       unsigned short* err) {
     // transport_protocol_label, then items up to the end
-    if (!parseCommonHeader(data, len, err, 4, DESCRIPTOR_TAG))
+    auto [d, r] = parse::open<TDIILocationDescriptor>(data, len, err, 4, DESCRIPTOR_TAG);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TDIILocationDescriptor> d(new TDIILocationDescriptor(data, len));
-    bytes::Reader r(data, len);
-    r.skip(1);
-    bytes::Reader body = r.sub(r.u8());
+    bytes::Reader body = r.sub(d->getDescriptorLength());
     d->transportProtocolLabel = body.u8();
     TDIILocationDescriptor* location = d.get();
     auto store = [location](TDIILocationDescriptorItem* item) { location->items.push_back(item); };

@@ -4,16 +4,13 @@
 #include <memory>
 
 #include "DescriptorFields.h"
+#include "DescriptorParse.h"
 #include "Json.h"
-#include "Parse.h"
 
 namespace Sarn {
 
 TDataComponentDescriptor::TDataComponentDescriptor(unsigned char* bytes, unsigned int length)
-    : TISDBTDescriptor(0xFD, bytes, length),
-      dataComponentId(0),
-      additionalDataSize(0),
-      additionalData(nullptr) {}
+    : TISDBTDescriptor(0xFD, bytes, length) {}
 
 TDataComponentDescriptor::~TDataComponentDescriptor() {
     delete[] additionalData;
@@ -22,18 +19,14 @@ TDataComponentDescriptor::~TDataComponentDescriptor() {
 TDataComponentDescriptor* TDataComponentDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                           unsigned int* bytesRead,
                                                           unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 2, 0xFD))
+    auto [d, r] = parse::open<TDataComponentDescriptor>(bytes, length, error, 2, 0xFD);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TDataComponentDescriptor> d(new TDataComponentDescriptor(bytes, length));
-    bytes::Reader r(bytes, length);
-    r.skip(2);
     d->dataComponentId = r.u16();
     // additional_data_component_info: the rest of the bytes, as many as the
     // 8-bit size can count.
     d->additionalData = fields::copyRest8(r, d->additionalDataSize);
-    if (bytesRead != nullptr)
-        *bytesRead = length - 2;
-    return parse::done(error, d);
+    return parse::done(error, d, bytesRead, length - 2);
 }
 
 std::string TDataComponentDescriptor::toJSON() const {

@@ -2,10 +2,11 @@
 
 #include <memory>
 
+#include "DescriptorParse.h"
 #include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
-#include "Parse.h"
+#include "Owned.h"
 #include "Reader.h"
 
 namespace Sarn {
@@ -29,13 +30,7 @@ void decodeControl(unsigned char b, unsigned char& recording, bool& maximumBitra
 // Item: component_tag, control byte, maximum_bitrate when flagged.
 // ---------------------------------------------------------------------------
 
-TDigitalCopyControlDescriptorItem::TDigitalCopyControlDescriptorItem()
-    : componentTag(0),
-      digitalRecordingControlData(0),
-      maximumBitrateFlag(false),
-      copyControlType(0),
-      apsControlData(0),
-      maximumBitrate(0) {}
+TDigitalCopyControlDescriptorItem::TDigitalCopyControlDescriptorItem() {}
 
 TDigitalCopyControlDescriptorItem::~TDigitalCopyControlDescriptorItem() {}
 
@@ -65,9 +60,7 @@ TDigitalCopyControlDescriptorItem* TDigitalCopyControlDescriptorItem::parse(unsi
         }
         item->maximumBitrate = r.u8();
     }
-    if (bytesRead != nullptr)
-        *bytesRead = r.position();
-    return parse::done(err, item);
+    return parse::done(err, item, bytesRead, r.position());
 }
 
 // ---------------------------------------------------------------------------
@@ -76,34 +69,25 @@ TDigitalCopyControlDescriptorItem* TDigitalCopyControlDescriptorItem::parse(unsi
 // ---------------------------------------------------------------------------
 
 TDigitalCopyControlDescriptor::TDigitalCopyControlDescriptor(unsigned char* bytes, unsigned int len)
-    : TISDBTDescriptor(0xC1, bytes, len),
-      digitalRecordingControlData(0),
-      maximumBitrateFlag(false),
-      componentControlFlag(false),
-      copyControlType(0),
-      apsControlData(0),
-      maximumBitrate(0) {}
+    : TISDBTDescriptor(0xC1, bytes, len) {}
 
 TDigitalCopyControlDescriptor::~TDigitalCopyControlDescriptor() {
-    for (TDigitalCopyControlDescriptorItem* item : items)
-        delete item;
+    owned::deleteAll(items);
 }
 
 TDigitalCopyControlDescriptor* TDigitalCopyControlDescriptor::parse(unsigned char* data,
                                                                     unsigned int len,
                                                                     unsigned int* bytesRead,
                                                                     unsigned short* err) {
-    if (!parseCommonHeader(data, len, err, 1, 0xC1))
+    auto [d, r] = parse::open<TDigitalCopyControlDescriptor>(data, len, err, 1, 0xC1);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TDigitalCopyControlDescriptor> d(new TDigitalCopyControlDescriptor(data, len));
-    bytes::Reader r(data, len);
-    r.skip(2);
     // Every shortage reports the bytes left against one, whatever it lacked.
-    auto tooShort = [&r, err]() {
+    auto tooShort = [err](const bytes::Reader& left) {
         SARN_LOGW(
             "%s: TDigitalCopyControlDescriptor::parse: Longer data length is required: %u < %u. "
             "Aborting!",
-            r.remaining(), 1u);
+            left.remaining(), 1u);
         return parse::fail(err, ERROR_DESCRIPTOR_LENGTH);
     };
 
@@ -113,18 +97,18 @@ TDigitalCopyControlDescriptor* TDigitalCopyControlDescriptor::parse(unsigned cha
     d->componentControlFlag = (control & 0x10) != 0;
     if (d->maximumBitrateFlag) {
         if (r.atEnd())
-            return tooShort();
+            return tooShort(r);
         d->maximumBitrate = r.u8();
     }
     if (d->componentControlFlag) {
         if (r.atEnd())
-            return tooShort();
+            return tooShort(r);
         // An 8-bit counter: an item running past the declared length wraps
         // it, and the walk goes on until an item no longer fits in the bytes
         // left (each item is offered all of them).
         unsigned char componentControlLength = r.u8();
         if (r.remaining() < componentControlLength)
-            return tooShort();
+            return tooShort(r);
         while (componentControlLength != 0) {
             unsigned int itemRead = 0;
             std::unique_ptr<TDigitalCopyControlDescriptorItem> item =
@@ -138,9 +122,7 @@ TDigitalCopyControlDescriptor* TDigitalCopyControlDescriptor::parse(unsigned cha
         }
     }
     // Without the two header bytes.
-    if (bytesRead != nullptr)
-        *bytesRead = r.position() - 2;
-    return parse::done(err, d);
+    return parse::done(err, d, bytesRead, r.position() - 2);
 }
 
 void TDigitalCopyControlDescriptor::add(TDigitalCopyControlDescriptorItem* item) {

@@ -3,17 +3,16 @@
 
 #include <memory>
 
+#include "DescriptorParse.h"
 #include "ItemLoop.h"
 #include "Log.h"
 #include "Owned.h"
-#include "Parse.h"
 #include "ParserUtils.h"
 #include "Reader.h"
 
 namespace Sarn {
 
-TDownloadContentDescriptorItem::TDownloadContentDescriptorItem()
-    : moduleID(0), moduleSize(0), moduleInfoLength(0), moduleInfo(nullptr) {}
+TDownloadContentDescriptorItem::TDownloadContentDescriptorItem() {}
 
 TDownloadContentDescriptorItem::~TDownloadContentDescriptorItem() {
     delete[] moduleInfo;
@@ -43,28 +42,13 @@ TDownloadContentDescriptorItem* TDownloadContentDescriptorItem::parse(unsigned c
             "Aborting!");
         return parse::fail(error, ERROR_FIELD_PARSE);
     }
-    if (bytesRead != nullptr)
-        *bytesRead = r.position();
-    return parse::done(error, item);
+    return parse::done(error, item, bytesRead, r.position());
 }
 
 // ---------------------------------------------------------------------------
 
 TDownloadContentDescriptor::TDownloadContentDescriptor(unsigned char* bytes, unsigned int length)
-    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, length),
-      reboot(0),
-      addOn(0),
-      compatibilityFlag(0),
-      moduleInfoFlag(0),
-      textInfoFlag(0),
-      componentSize(0),
-      downloadID(0),
-      timeOutValueDII(0),
-      leakRate(0),
-      componentTag(0),
-      privateDataLength(0),
-      privateData(nullptr),
-      compatibilityDescriptor(nullptr) {}
+    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, length) {}
 
 TDownloadContentDescriptor::~TDownloadContentDescriptor() {
     owned::deleteAll(items);
@@ -76,13 +60,11 @@ TDownloadContentDescriptor* TDownloadContentDescriptor::parse(unsigned char* byt
                                                               unsigned int length,
                                                               unsigned int* bytesRead,
                                                               unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 18, DESCRIPTOR_TAG))
-        return nullptr;
-    std::unique_ptr<TDownloadContentDescriptor> d(new TDownloadContentDescriptor(bytes, length));
     // Everything after the header is read from the bytes handed in, not only
     // the descriptor_length ones.
-    bytes::Reader r(bytes, length);
-    r.skip(2);
+    auto [d, r] = parse::open<TDownloadContentDescriptor>(bytes, length, error, 18, DESCRIPTOR_TAG);
+    if (d == nullptr)
+        return nullptr;
 
     // Fixed part, within the 18 bytes the header check demands: flags(8)
     // component_size(32) download_id(32) time_out_value_DII(32)
@@ -114,7 +96,10 @@ TDownloadContentDescriptor* TDownloadContentDescriptor::parse(unsigned char* byt
     if (d->moduleInfoFlag) {
         // number_of_modules(16), then the modules; a missing count fails as
         // a missing module does.
-        auto store = [&d](TDownloadContentDescriptorItem* item) { d->items.push_back(item); };
+        TDownloadContentDescriptor* content = d.get();
+        auto store = [content](TDownloadContentDescriptorItem* item) {
+            content->items.push_back(item);
+        };
         if (!r.has(2) || !readCounted<TDownloadContentDescriptorItem>(r, r.u16(), error, store)) {
             SARN_LOGW("%s: TDownloadContentDescriptor::parse: Invalid item. Aborting!");
             return parse::fail(error, ERROR_INVALID_ITEM);
@@ -151,9 +136,7 @@ TDownloadContentDescriptor* TDownloadContentDescriptor::parse(unsigned char* byt
         }
     }
     // The two header bytes are not counted.
-    if (bytesRead != nullptr)
-        *bytesRead = r.position() - 2;
-    return parse::done(error, d);
+    return parse::done(error, d, bytesRead, r.position() - 2);
 }
 
 TDownloadContentDescriptorItem* TDownloadContentDescriptor::getDownloadContentDescriptorItem(

@@ -4,14 +4,13 @@
 #include <memory>
 
 #include "DescriptorFields.h"
+#include "DescriptorParse.h"
 #include "ItemLoop.h"
 #include "Log.h"
-#include "Parse.h"
 
 namespace Sarn {
 
-TEmergencyInformationDescriptorItem::TEmergencyInformationDescriptorItem()
-    : serviceID(0), start(0), signalLevel(0), areaCodeLength(0), areaCodes(nullptr) {}
+TEmergencyInformationDescriptorItem::TEmergencyInformationDescriptorItem() {}
 
 TEmergencyInformationDescriptorItem::~TEmergencyInformationDescriptorItem() {
     delete[] areaCodes;
@@ -55,9 +54,7 @@ TEmergencyInformationDescriptorItem* TEmergencyInformationDescriptorItem::parse(
         for (unsigned int i = 0; i < count; ++i)
             item->areaCodes[i] >>= 4;
     }
-    if (bytesRead != nullptr)
-        *bytesRead = item->areaCodeLength + 4u;
-    return parse::done(error, item);
+    return parse::done(error, item, bytesRead, item->areaCodeLength + 4u);
 }
 
 TEmergencyInformationDescriptor::TEmergencyInformationDescriptor(unsigned char* bytes,
@@ -73,15 +70,15 @@ TEmergencyInformationDescriptor* TEmergencyInformationDescriptor::parse(unsigned
                                                                         unsigned int length,
                                                                         unsigned int* bytesRead,
                                                                         unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 4, 0xFC))
-        return nullptr;
-    std::unique_ptr<TEmergencyInformationDescriptor> d(
-        new TEmergencyInformationDescriptor(bytes, length));
     // Items fill the bytes handed in, not just descriptor_length; the byte
     // count is the last item's.
-    bytes::Reader r(bytes, length);
-    r.skip(2);
-    auto store = [&d](TEmergencyInformationDescriptorItem* item) { d->items.push_back(item); };
+    auto [d, r] = parse::open<TEmergencyInformationDescriptor>(bytes, length, error, 4, 0xFC);
+    if (d == nullptr)
+        return nullptr;
+    TEmergencyInformationDescriptor* emergency = d.get();
+    auto store = [emergency](TEmergencyInformationDescriptorItem* item) {
+        emergency->items.push_back(item);
+    };
     if (!readItems<TEmergencyInformationDescriptorItem>(r, "TEmergencyInformationDescriptor",
                                                         bytesRead, error, store))
         return nullptr;
@@ -112,18 +109,13 @@ bool TEmergencyInformationDescriptor::remove(unsigned char index) {
 std::string TEmergencyInformationDescriptor::toJSON() const {
     std::string out;
     json::Out o(out);
-    o << "\"name\":\"emergencyInformationDescriptor\",\"loop\":[";
-    bool first = true;
-    for (const TEmergencyInformationDescriptorItem* item : items) {
-        if (!first)
-            o << ',';
-        first = false;
+    o << "\"name\":\"emergencyInformationDescriptor\",\"loop\":";
+    json::appendArray(o, items, [&o](const TEmergencyInformationDescriptorItem* item) {
         o << "{\"serviceId\":" << item->getServiceID() << ",\"start\":" << item->isStart()
           << ",\"signalLevel\":" << item->getSignalLevel() << ",\"areaCodes\":[";
         json::appendNumbers(o, item->getAreaCodes(), item->getAreaCodeCounter());
         o << "]}";
-    }
-    o << ']';
+    });
     return out;
 }
 

@@ -2,11 +2,12 @@
 
 #include <memory>
 
+#include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
-#include "Parse.h"
+#include "Owned.h"
 
 namespace Sarn {
 
@@ -52,9 +53,8 @@ TExtendedEventDescriptorItem* TExtendedEventDescriptorItem::parse(unsigned char*
     }
     // The stored sizes, after control bytes were dropped: an item with control
     // codes reports fewer bytes than it takes on the wire.
-    if (bytesRead != nullptr)
-        *bytesRead = static_cast<unsigned int>(item->description.size() + 2 + item->text.size());
-    return parse::done(err, item);
+    return parse::done(err, item, bytesRead,
+                       static_cast<unsigned int>(item->description.size() + 2 + item->text.size()));
 }
 
 // ---------------------------------------------------------------------------
@@ -63,23 +63,20 @@ TExtendedEventDescriptorItem* TExtendedEventDescriptorItem::parse(unsigned char*
 // ---------------------------------------------------------------------------
 
 TExtendedEventDescriptor::TExtendedEventDescriptor(unsigned char* bytes, unsigned int len)
-    : TISDBTDescriptor(0x4E, bytes, len), descriptorNumber(0), lastDescriptorNumber(0) {}
+    : TISDBTDescriptor(0x4E, bytes, len) {}
 
 TExtendedEventDescriptor::~TExtendedEventDescriptor() {
-    for (TExtendedEventDescriptorItem* item : items)
-        delete item;
+    owned::deleteAll(items);
 }
 
 TExtendedEventDescriptor* TExtendedEventDescriptor::parse(unsigned char* data, unsigned int len,
                                                           unsigned int* bytesRead,
                                                           unsigned short* err) {
-    if (!parseCommonHeader(data, len, err, 6, 0x4E))
-        return nullptr;
-    std::unique_ptr<TExtendedEventDescriptor> d(new TExtendedEventDescriptor(data, len));
     // Read from the bytes handed in; the header check guarantees eight bytes
     // in all, so some are left up to the items.
-    bytes::Reader r(data, len);
-    r.skip(2);
+    auto [d, r] = parse::open<TExtendedEventDescriptor>(data, len, err, 6, 0x4E);
+    if (d == nullptr)
+        return nullptr;
     const unsigned char numbers = r.u8();
     d->descriptorNumber = numbers >> 4;
     d->lastDescriptorNumber = numbers & 0x0F;
@@ -125,9 +122,7 @@ TExtendedEventDescriptor* TExtendedEventDescriptor::parse(unsigned char* data, u
     }
     // Two less than the size on the wire (and less again by any control bytes
     // dropped from the text): callers walking a loop use descriptor_length.
-    if (bytesRead != nullptr)
-        *bytesRead = consumed + 6 + static_cast<unsigned int>(d->text.size());
-    return parse::done(err, d);
+    return parse::done(err, d, bytesRead, consumed + 6 + static_cast<unsigned int>(d->text.size()));
 }
 
 TExtendedEventDescriptorItem* TExtendedEventDescriptor::get(unsigned char index) const {

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "ItemLoop.h"
 #include "Log.h"
@@ -36,8 +37,7 @@ TExternalApplicationAuthorizationDescriptorItem::parse(unsigned char* data, unsi
             "%s: TExternalApplicationAuthorizationDescriptorItem::parse: Item length not valid: "
             "%u. Aborting!",
             len);
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+        return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
     bytes::Reader r(data, len);
     unsigned int n = 0;
@@ -68,13 +68,11 @@ TExternalApplicationAuthorizationDescriptor::~TExternalApplicationAuthorizationD
 
 TExternalApplicationAuthorizationDescriptor* TExternalApplicationAuthorizationDescriptor::parse(
     unsigned char* data, unsigned int len, unsigned int* bytesRead, unsigned short* err) {
-    if (!parseCommonHeader(data, len, err, 0, DESCRIPTOR_TAG))
+    auto [d, r] =
+        parse::open<TExternalApplicationAuthorizationDescriptor>(data, len, err, 0, DESCRIPTOR_TAG);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TExternalApplicationAuthorizationDescriptor> d(
-        new TExternalApplicationAuthorizationDescriptor(data, len));
-    bytes::Reader r(data, len);
-    r.skip(1);
-    bytes::Reader body = r.sub(r.u8());
+    bytes::Reader body = r.sub(d->getDescriptorLength());
     // The same application authorized twice keeps the later entry.
     TExternalApplicationAuthorizationDescriptor* authorization = d.get();
     auto store = [authorization](TExternalApplicationAuthorizationDescriptorItem* item) {
@@ -94,8 +92,7 @@ void TExternalApplicationAuthorizationDescriptor::add(
 
 TExternalApplicationAuthorizationDescriptorItem* TExternalApplicationAuthorizationDescriptor::get(
     const std::string& hashId) const {
-    auto it = items.find(hashId);
-    return it == items.end() ? nullptr : it->second;
+    return owned::find(items, hashId);
 }
 
 std::list<std::string>

@@ -43,15 +43,11 @@ int TGingaApplicationDescriptor::parseData(unsigned char* data, unsigned int len
         if (r.string(parameter, 0) < 0) {
             SARN_LOGW(
                 "%s: TGingaApplicationDescriptor:: parse: ERROR: parsing Parameter. Aborting!");
-            ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
-            return 0;
+            return parse::refuse(err, ERROR_FIELD_PARSE);
         }
         parameters.push_back(parameter);
     }
-    if (bytesRead != nullptr)
-        *bytesRead = r.position();
-    ISDBTUtils::setErrorCode(err, ERROR_NONE);
-    return 1;
+    return bodyDone(err, bytesRead, r.position());
 }
 
 std::string TGingaApplicationDescriptor::get(unsigned int index) const {

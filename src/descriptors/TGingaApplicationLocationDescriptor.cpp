@@ -53,43 +53,37 @@ int TGingaApplicationLocationDescriptor::parseData(unsigned char* data, unsigned
         SARN_LOGW(
             "%s: TGingaApplicationLocationDescriptor::parse: Item length not valid: %u. Aborting!",
             len);
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        return 0;
+        return parse::refuse(err, ERROR_DATA_TOO_SHORT);
     }
     bytes::Reader r(data, len);
     const unsigned int baseLength = r.u8();
     if (r.remaining() < baseLength) {
         logShort(r.remaining(), baseLength);
-        ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
-        return 0;
+        return parse::refuse(err, ERROR_DESCRIPTOR_LENGTH);
     }
     if (baseLength != 0 && r.string(baseDirectory, baseLength) != static_cast<int>(baseLength)) {
         SARN_LOGW(
             "%s: TGingaApplicationLocationDescriptor:: parse: ERROR: parsing Base Directory. "
             "Aborting!");
-        ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
-        return 0;
+        return parse::refuse(err, ERROR_FIELD_PARSE);
     }
 
     // The class path length byte itself must still be inside the descriptor.
     if (!r.has(1)) {
         logShort(r.remaining(), 1);
-        ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
-        return 0;
+        return parse::refuse(err, ERROR_DESCRIPTOR_LENGTH);
     }
     const unsigned int classpathLength = r.u8();
     if (r.remaining() < classpathLength) {
         logShort(r.remaining(), classpathLength);
-        ISDBTUtils::setErrorCode(err, ERROR_DESCRIPTOR_LENGTH);
-        return 0;
+        return parse::refuse(err, ERROR_DESCRIPTOR_LENGTH);
     }
     if (classpathLength != 0 &&
         r.string(classpathExtension, classpathLength) != static_cast<int>(classpathLength)) {
         SARN_LOGW(
             "%s: TGingaApplicationLocationDescriptor:: parse: ERROR: parsing Classpath Extension. "
             "Aborting!");
-        ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
-        return 0;
+        return parse::refuse(err, ERROR_FIELD_PARSE);
     }
     unsigned int count = baseLength + classpathLength;
 
@@ -99,18 +93,14 @@ int TGingaApplicationLocationDescriptor::parseData(unsigned char* data, unsigned
             SARN_LOGW(
                 "%s: TGingaApplicationLocationDescriptor:: parse: ERROR: parsing Initial Class. "
                 "Aborting!");
-            ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
-            return 0;
+            return parse::refuse(err, ERROR_FIELD_PARSE);
         }
         // The reported byte count grows by the class path length a second
         // time rather than by the initial class length; the figure is kept
         // as the library has always reported it.
         count += classpathLength;
     }
-    if (bytesRead != nullptr)
-        *bytesRead = count;
-    ISDBTUtils::setErrorCode(err, ERROR_NONE);
-    return 1;
+    return bodyDone(err, bytesRead, count);
 }
 
 std::string TGingaApplicationLocationDescriptor::toJSON() const {

@@ -1,14 +1,14 @@
 #include "TISO639LanguageDescriptor.h"
 
+#include "DescriptorParse.h"
 #include "Json.h"
 #include "Log.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
 
 TISO639LanguageDescriptor::TISO639LanguageDescriptor(unsigned char* bytes, unsigned int length)
-    : TISDBTDescriptor(0x0A, bytes, length), loopSize(0), items(nullptr) {}
+    : TISDBTDescriptor(0x0A, bytes, length) {}
 
 TISO639LanguageDescriptor::~TISO639LanguageDescriptor() {
     delete[] items;
@@ -17,13 +17,11 @@ TISO639LanguageDescriptor::~TISO639LanguageDescriptor() {
 TISO639LanguageDescriptor* TISO639LanguageDescriptor::parse(unsigned char* bytes,
                                                             unsigned int length, unsigned int*,
                                                             unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 0, 0x0A))
-        return nullptr;
-    std::unique_ptr<TISO639LanguageDescriptor> d(new TISO639LanguageDescriptor(bytes, length));
     // The entries are counted from the bytes handed in; inside a descriptor
     // loop that is exactly descriptor_length.
-    bytes::Reader r(bytes, length);
-    r.skip(2);
+    auto [d, r] = parse::open<TISO639LanguageDescriptor>(bytes, length, error, 0, 0x0A);
+    if (d == nullptr)
+        return nullptr;
     if (r.remaining() < 4)
         return parse::done(error, d);
     d->items = new Item[r.remaining() / 4];

@@ -5,19 +5,7 @@
 namespace Sarn {
 
 TLCMDescriptor::TLCMDescriptor(unsigned char* bytes, unsigned int length)
-    : TISDBTDescriptor(0x7C, bytes, length),
-      messageId(0),
-      messageLength(0),
-      resolution(0),
-      dictionaryVersion(0),
-      dph(0),
-      dpv(0),
-      dfw(0),
-      dfh(0),
-      librasContentType(0),
-      networkId(0),
-      transportStreamId(0),
-      serviceId(0) {}
+    : TISDBTDescriptor(0x7C, bytes, length) {}
 
 TLCMDescriptor::~TLCMDescriptor() {}
 

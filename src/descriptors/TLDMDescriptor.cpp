@@ -7,7 +7,7 @@
 namespace Sarn {
 
 TLDMDescriptor::TLDMDescriptor(unsigned char* bytes, unsigned int length)
-    : TISDBTDescriptor(0x7C, bytes, length), messageId(0) {}
+    : TISDBTDescriptor(0x7C, bytes, length) {}
 
 TLDMDescriptor::~TLDMDescriptor() {}
 

@@ -1,11 +1,11 @@
 #include "TLocalTimeOffsetDescriptor.h"
 
+#include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
 #include "Owned.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
@@ -69,9 +69,7 @@ TLocalTimeOffsetDescriptorItem* TLocalTimeOffsetDescriptorItem::parse(unsigned c
     const unsigned int minutes = ISDBTUtils::bcd2U8(r.u8());
     item->timeOfChange = day + hours * 3600u + minutes * 60u + ISDBTUtils::bcd2U8(r.u8());
     item->nextTimeOffset = offsetSeconds(r.u16());
-    if (bytesRead != nullptr)
-        *bytesRead = 13;
-    return parse::done(error, item);
+    return parse::done(error, item, bytesRead, 13);
 }
 
 TLocalTimeOffsetDescriptor::TLocalTimeOffsetDescriptor(unsigned char* bytes, unsigned int length)
@@ -85,11 +83,9 @@ TLocalTimeOffsetDescriptor* TLocalTimeOffsetDescriptor::parse(unsigned char* byt
                                                               unsigned int length,
                                                               unsigned int* bytesRead,
                                                               unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 11, 0x58))
+    auto [d, r] = parse::open<TLocalTimeOffsetDescriptor>(bytes, length, error, 11, 0x58);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TLocalTimeOffsetDescriptor> d(new TLocalTimeOffsetDescriptor(bytes, length));
-    bytes::Reader r(bytes, length);
-    r.skip(2);
     unsigned int n = 0;
     while (!r.atEnd()) {
         std::unique_ptr<TLocalTimeOffsetDescriptorItem> item =
@@ -105,9 +101,7 @@ TLocalTimeOffsetDescriptor* TLocalTimeOffsetDescriptor::parse(unsigned char* byt
         owned::replace(d->items, code, item.release());
     }
     // The last entry's size.
-    if (bytesRead != nullptr)
-        *bytesRead = n;
-    return parse::done(error, d);
+    return parse::done(error, d, bytesRead, n);
 }
 
 void TLocalTimeOffsetDescriptor::add(TLocalTimeOffsetDescriptorItem* item) {
@@ -131,13 +125,9 @@ std::string TLocalTimeOffsetDescriptor::toJSON() const {
     std::string out;
     appendBaseJSON(out, 0);
     json::Out o(out);
-    o << ",\"loop\":[";
-    bool first = true;
-    for (const auto& entry : items) {
+    o << ",\"loop\":";
+    json::appendArray(o, items, [&o](const auto& entry) {
         const TLocalTimeOffsetDescriptorItem* item = entry.second;
-        if (!first)
-            o << ',';
-        first = false;
         o << "{\"country_code\":\"" << item->getCountryCode()
           << "\",\"country_region_id\":" << item->getCountryRegionID()
           << ",\"local_time_offset_polarity\":" << item->getLocalTimeOffsetPolarity()
@@ -148,8 +138,7 @@ std::string TLocalTimeOffsetDescriptor::toJSON() const {
         o << "\",\"next_time_offset\":\"";
         appendOffset(o, item->getNextTimeOffset());
         o << "\"}";
-    }
-    o << ']';
+    });
     return out;
 }
 

@@ -1,28 +1,23 @@
 #include "TNPTEndpointDescriptor.h"
 
-#include "Parse.h"
+#include "DescriptorParse.h"
 #include "Reader.h"
 
 namespace Sarn {
 
 TNPTEndpointDescriptor::TNPTEndpointDescriptor(unsigned char* bytes, unsigned int length)
-    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, length),
-      startNptH(0),
-      startNptL(0),
-      stopNptH(0),
-      stopNptL(0) {}
+    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, length) {}
 
 TNPTEndpointDescriptor::~TNPTEndpointDescriptor() {}
 
 TNPTEndpointDescriptor* TNPTEndpointDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                       unsigned int* /*bytesRead*/,
                                                       unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 14, DESCRIPTOR_TAG))
-        return nullptr;
     // reserved(15) start_NPT(33), reserved(31) stop_NPT(33).
-    std::unique_ptr<TNPTEndpointDescriptor> d(new TNPTEndpointDescriptor(bytes, length));
-    bytes::Reader r(bytes, length);
-    r.skip(3);
+    auto [d, r] = parse::open<TNPTEndpointDescriptor>(bytes, length, error, 14, DESCRIPTOR_TAG);
+    if (d == nullptr)
+        return nullptr;
+    r.skip(1);
     d->startNptH = r.u8() & 0x01;
     d->startNptL = r.u32();
     r.skip(3);

@@ -1,33 +1,23 @@
 #include "TNPTReferenceDescriptor.h"
 
-#include "Parse.h"
+#include "DescriptorParse.h"
 #include "Reader.h"
 
 namespace Sarn {
 
 TNPTReferenceDescriptor::TNPTReferenceDescriptor(unsigned char* bytes, unsigned int length)
-    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, length),
-      postDiscontinuityIndicator(0),
-      contentId(0),
-      stcReferenceH(0),
-      stcReferenceL(0),
-      nptReferenceH(0),
-      nptReferenceL(0),
-      scaleNumerator(0),
-      scaleDenominator(0) {}
+    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, length) {}
 
 TNPTReferenceDescriptor::~TNPTReferenceDescriptor() {}
 
 TNPTReferenceDescriptor* TNPTReferenceDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                         unsigned int* /*bytesRead*/,
                                                         unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 18, DESCRIPTOR_TAG))
-        return nullptr;
     // post_discontinuity_indicator(1) content_id(7), reserved(7) STC_reference(33),
     // reserved(31) NPT_reference(33), scale_numerator(16), scale_denominator(16).
-    std::unique_ptr<TNPTReferenceDescriptor> d(new TNPTReferenceDescriptor(bytes, length));
-    bytes::Reader r(bytes, length);
-    r.skip(2);
+    auto [d, r] = parse::open<TNPTReferenceDescriptor>(bytes, length, error, 18, DESCRIPTOR_TAG);
+    if (d == nullptr)
+        return nullptr;
     const unsigned char first = r.u8();
     d->postDiscontinuityIndicator = first >> 7;
     d->contentId = first & 0x7F;

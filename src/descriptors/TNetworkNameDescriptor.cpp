@@ -1,8 +1,8 @@
 #include "TNetworkNameDescriptor.h"
 
+#include "DescriptorParse.h"
 #include "Json.h"
 #include "Log.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
@@ -15,20 +15,16 @@ TNetworkNameDescriptor::~TNetworkNameDescriptor() {}
 TNetworkNameDescriptor* TNetworkNameDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                       unsigned int* bytesRead,
                                                       unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 0, 0x40))
-        return nullptr;
-    std::unique_ptr<TNetworkNameDescriptor> d(new TNetworkNameDescriptor(bytes, length));
     // The name fills the payload; it has no length byte of its own.
-    bytes::Reader r(bytes, length);
-    r.skip(2);
+    auto [d, r] = parse::open<TNetworkNameDescriptor>(bytes, length, error, 0, 0x40);
+    if (d == nullptr)
+        return nullptr;
     const unsigned int payload = r.remaining();
     if (r.string(d->networkName, payload) != static_cast<int>(payload)) {
         SARN_LOGW("%s: TNetworkNameDescriptor:: parse: ERROR: parsing Network Name. Aborting!");
         return parse::fail(error, ERROR_FIELD_PARSE);
     }
-    if (bytesRead != nullptr)
-        *bytesRead = payload;
-    return parse::done(error, d);
+    return parse::done(error, d, bytesRead, payload);
 }
 
 std::string TNetworkNameDescriptor::toJSON() const {

@@ -1,9 +1,10 @@
 #include "TParentalRatingDescriptor.h"
 
+#include "DescriptorParse.h"
 #include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
-#include "Parse.h"
+#include "Owned.h"
 #include "Reader.h"
 
 namespace Sarn {
@@ -34,9 +35,7 @@ TParentalRatingDescriptorItem* TParentalRatingDescriptorItem::parse(unsigned cha
     const unsigned char rating = r.u8();
     item->rating = static_cast<unsigned char>(rating & 0x0F);
     item->ratingContent = static_cast<unsigned char>(rating >> 4);
-    if (bytesRead != nullptr)
-        *bytesRead = 4;
-    return parse::done(err, item);
+    return parse::done(err, item, bytesRead, 4);
 }
 
 // ---------------------------------------------------------------------------
@@ -47,8 +46,7 @@ TParentalRatingDescriptor::TParentalRatingDescriptor(unsigned char* bytes, unsig
     : TISDBTDescriptor(0x55, bytes, len) {}
 
 TParentalRatingDescriptor::~TParentalRatingDescriptor() {
-    for (TParentalRatingDescriptorItem* item : items)
-        delete item;
+    owned::deleteAll(items);
 }
 
 TParentalRatingDescriptor* TParentalRatingDescriptor::parse(unsigned char* data, unsigned int len,
@@ -69,9 +67,7 @@ TParentalRatingDescriptor* TParentalRatingDescriptor::parse(unsigned char* data,
             [&d](TParentalRatingDescriptorItem* item) { d->items.push_back(item); }))
         return nullptr;
     // The items only, without the two header bytes.
-    if (bytesRead != nullptr)
-        *bytesRead = r.position() - 2;
-    return parse::done(err, d);
+    return parse::done(err, d, bytesRead, r.position() - 2);
 }
 
 void TParentalRatingDescriptor::add(TParentalRatingDescriptorItem** item) {

@@ -1,13 +1,13 @@
 #include "TPartialReceptionDescriptor.h"
 
 #include "DescriptorFields.h"
-#include "Parse.h"
+#include "DescriptorParse.h"
 #include "Reader.h"
 
 namespace Sarn {
 
 TPartialReceptionDescriptor::TPartialReceptionDescriptor(unsigned char* bytes, unsigned int length)
-    : TISDBTDescriptor(0xFB, bytes, length), serviceIdCount(0), serviceIds(nullptr) {}
+    : TISDBTDescriptor(0xFB, bytes, length) {}
 
 TPartialReceptionDescriptor::~TPartialReceptionDescriptor() {
     delete[] serviceIds;
@@ -17,21 +17,14 @@ TPartialReceptionDescriptor* TPartialReceptionDescriptor::parse(unsigned char* b
                                                                 unsigned int length,
                                                                 unsigned int* bytesRead,
                                                                 unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 0, 0xFB))
-        return nullptr;
-    std::unique_ptr<TPartialReceptionDescriptor> d(new TPartialReceptionDescriptor(bytes, length));
     // Two bytes per service_id up to the end of the bytes handed in; the count
     // is kept in 8 bits (and only that many are read).
-    bytes::Reader r(bytes, length);
-    r.skip(2);
+    auto [d, r] = parse::open<TPartialReceptionDescriptor>(bytes, length, error, 0, 0xFB);
+    if (d == nullptr)
+        return nullptr;
     const unsigned int payload = r.remaining();
-    if (payload != 0) {
-        d->serviceIdCount = static_cast<unsigned char>(payload / 2);
-        d->serviceIds = fields::readBe16Array(r, d->serviceIdCount, payload);
-    }
-    if (bytesRead != nullptr)
-        *bytesRead = payload;
-    return parse::done(error, d);
+    d->serviceIds = fields::readRest16(r, d->serviceIdCount);
+    return parse::done(error, d, bytesRead, payload);
 }
 
 std::string TPartialReceptionDescriptor::toJSON() const {

@@ -2,16 +2,16 @@
 
 #include <memory>
 
+#include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "ItemLoop.h"
 #include "Log.h"
 #include "Owned.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
 
-TPrefetchDescriptorItem::TPrefetchDescriptorItem() : prefetchPriority(0) {}
+TPrefetchDescriptorItem::TPrefetchDescriptorItem() {}
 
 TPrefetchDescriptorItem::TPrefetchDescriptorItem(const TPrefetchDescriptorItem* src)
     : label(src->label), prefetchPriority(src->prefetchPriority) {}
@@ -24,8 +24,7 @@ TPrefetchDescriptorItem* TPrefetchDescriptorItem::parse(unsigned char* data, uns
     // label_length, label, prefetch_priority
     if (data == nullptr || len < 2) {
         SARN_LOGW("%s: TPrefetchDescriptorItem::parse: Item length not valid: %u. Aborting!", len);
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        return nullptr;
+        return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
     std::unique_ptr<TPrefetchDescriptorItem> item(new TPrefetchDescriptorItem());
     bytes::Reader r(data, len);
@@ -46,7 +45,7 @@ TPrefetchDescriptorItem* TPrefetchDescriptorItem::parse(unsigned char* data, uns
 }
 
 TPrefetchDescriptor::TPrefetchDescriptor(unsigned char* bytes, unsigned int len)
-    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, len), transportProtocolLabel(0) {}
+    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, len) {}
 
 TPrefetchDescriptor::TPrefetchDescriptor(const TPrefetchDescriptor* src)
     : TISDBTDescriptor(*src), transportProtocolLabel(src->transportProtocolLabel) {
@@ -60,12 +59,10 @@ TPrefetchDescriptor::~TPrefetchDescriptor() {
 TPrefetchDescriptor* TPrefetchDescriptor::parse(unsigned char* data, unsigned int len,
                                                 unsigned int* bytesRead, unsigned short* err) {
     // transport_protocol_label, then items up to the end
-    if (!parseCommonHeader(data, len, err, 4, DESCRIPTOR_TAG))
+    auto [d, r] = parse::open<TPrefetchDescriptor>(data, len, err, 4, DESCRIPTOR_TAG);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TPrefetchDescriptor> d(new TPrefetchDescriptor(data, len));
-    bytes::Reader r(data, len);
-    r.skip(1);
-    bytes::Reader body = r.sub(r.u8());
+    bytes::Reader body = r.sub(d->getDescriptorLength());
     d->transportProtocolLabel = body.u8();
     TPrefetchDescriptor* prefetch = d.get();
     auto store = [prefetch](TPrefetchDescriptorItem* item) { prefetch->items.push_back(item); };

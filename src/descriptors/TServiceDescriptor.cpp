@@ -1,24 +1,22 @@
 #include "TServiceDescriptor.h"
 
+#include "DescriptorParse.h"
 #include "Json.h"
 #include "Log.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
 
 TServiceDescriptor::TServiceDescriptor(unsigned char* bytes, unsigned int length)
-    : TISDBTDescriptor(0x48, bytes, length), serviceType(0) {}
+    : TISDBTDescriptor(0x48, bytes, length) {}
 
 TServiceDescriptor::~TServiceDescriptor() {}
 
 TServiceDescriptor* TServiceDescriptor::parse(unsigned char* bytes, unsigned int length,
                                               unsigned int* bytesRead, unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 3, 0x48))
+    auto [d, names] = parse::open<TServiceDescriptor>(bytes, length, error, 3, 0x48);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TServiceDescriptor> d(new TServiceDescriptor(bytes, length));
-    bytes::Reader names(bytes, length);
-    names.skip(2);
     d->serviceType = names.u8();
     // service_provider_name_length + name, then service_name_length + name.
     bytes::Reader provider = names;
@@ -45,9 +43,7 @@ TServiceDescriptor* TServiceDescriptor::parse(unsigned char* bytes, unsigned int
         return parse::fail(error, ERROR_FIELD_PARSE);
     }
     // Only the two names are counted, not the three leading bytes.
-    if (bytesRead != nullptr)
-        *bytesRead = static_cast<unsigned char>(c1 + name);
-    return parse::done(error, d);
+    return parse::done(error, d, bytesRead, static_cast<unsigned char>(c1 + name));
 }
 
 std::string TServiceDescriptor::toJSON() const {

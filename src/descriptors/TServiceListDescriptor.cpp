@@ -1,10 +1,10 @@
 #include "TServiceListDescriptor.h"
 
+#include "DescriptorParse.h"
 #include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
 #include "Owned.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
@@ -27,9 +27,7 @@ TServiceListDescriptorItem* TServiceListDescriptorItem::parse(unsigned char* byt
     const unsigned short serviceId = r.u16();
     std::unique_ptr<TServiceListDescriptorItem> item(
         new TServiceListDescriptorItem(serviceId, r.u8()));
-    if (bytesRead != nullptr)
-        *bytesRead = 3;
-    return parse::done(error, item);
+    return parse::done(error, item, bytesRead, 3);
 }
 
 TServiceListDescriptor::TServiceListDescriptor(unsigned char* bytes, unsigned int length)
@@ -43,17 +41,16 @@ TServiceListDescriptor::~TServiceListDescriptor() {
 TServiceListDescriptor* TServiceListDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                       unsigned int* bytesRead,
                                                       unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 2, 0x41))
+    auto [d, r] = parse::open<TServiceListDescriptor>(bytes, length, error, 2, 0x41);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TServiceListDescriptor> d(new TServiceListDescriptor(bytes, length));
-    bytes::Reader r(bytes, length);
-    r.skip(2);
     // *bytesRead receives the last entry's size.
+    TServiceListDescriptor* list = d.get();
     const bool read = readItems<TServiceListDescriptorItem>(
-        r, "TServiceListDescriptor", bytesRead, error, [&d](TServiceListDescriptorItem* item) {
+        r, "TServiceListDescriptor", bytesRead, error, [list](TServiceListDescriptorItem* item) {
             // A repeated service_id replaces the earlier entry, which nobody
             // else can hold yet.
-            owned::replace(d->items, item->getServiceID(), item);
+            owned::replace(list->items, item->getServiceID(), item);
         });
     if (!read)
         return nullptr;
@@ -66,24 +63,15 @@ void TServiceListDescriptor::add(TServiceListDescriptorItem* item) {
 }
 
 TServiceListDescriptorItem* TServiceListDescriptor::get(unsigned short serviceId) const {
-    auto it = items.find(serviceId);
-    return it == items.end() ? nullptr : it->second;
+    return owned::find(items, serviceId);
 }
 
 std::list<unsigned short> TServiceListDescriptor::getServiceIDs() const {
-    std::list<unsigned short> ids;
-    for (const auto& entry : items)
-        ids.push_back(entry.first);
-    return ids;
+    return owned::keys(items);
 }
 
 bool TServiceListDescriptor::remove(unsigned short serviceId) {
-    auto it = items.find(serviceId);
-    if (it == items.end())
-        return false;
-    delete it->second;
-    items.erase(it);
-    return true;
+    return owned::erase(items, serviceId);
 }
 
 std::string TServiceListDescriptor::toJSON() const {
@@ -91,16 +79,11 @@ std::string TServiceListDescriptor::toJSON() const {
     json::Out o(out);
     // The name member ends with a comma and the loop member begins with one:
     // the double comma is part of our JSON interface and clients expect it.
-    o << "\"name\":\"serviceListDescriptor\",,\"loop\":[";
-    bool first = true;
-    for (const auto& entry : items) {
-        if (!first)
-            o << ',';
-        first = false;
+    o << "\"name\":\"serviceListDescriptor\",,\"loop\":";
+    json::appendArray(o, items, [&o](const auto& entry) {
         o << "{\"serviceId\":" << entry.second->getServiceID()
           << ",\"serviceType\":" << entry.second->getServiceType() << '}';
-    }
-    o << ']';
+    });
     return out;
 }
 

@@ -1,9 +1,9 @@
 #include "TShortEventDescriptor.h"
 
+#include "DescriptorParse.h"
 #include "ISDBTUtils.h"
 #include "Json.h"
 #include "Log.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
@@ -16,13 +16,11 @@ TShortEventDescriptor::~TShortEventDescriptor() {}
 TShortEventDescriptor* TShortEventDescriptor::parse(unsigned char* data, unsigned int len,
                                                     unsigned int* bytesRead, unsigned short* err) {
     // tag, length, ISO 639 code (3), event_name_length, name, text_length, text
-    if (!parseCommonHeader(data, len, err, 5, 0x4D))
+    auto [d, r] = parse::open<TShortEventDescriptor>(data, len, err, 5, 0x4D);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TShortEventDescriptor> d(new TShortEventDescriptor(data, len));
-    bytes::Reader r(data, len);
-    r.skip(1);
     // The whole descriptor, announced before any of it is read.
-    const unsigned int whole = r.u8() + 2u;
+    const unsigned int whole = d->getDescriptorLength() + 2u;
     if (bytesRead != nullptr)
         *bytesRead = whole;
 

@@ -1,18 +1,13 @@
 #include "TStreamEventDescriptor.h"
 
 #include "DescriptorFields.h"
-#include "Parse.h"
+#include "DescriptorParse.h"
 #include "Reader.h"
 
 namespace Sarn {
 
 TStreamEventDescriptor::TStreamEventDescriptor(unsigned char* bytes, unsigned int length)
-    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, length),
-      eventId(0),
-      eventNptH(0),
-      eventNptL(0),
-      privateDataSize(0),
-      privateData(nullptr) {}
+    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, length) {}
 
 TStreamEventDescriptor::~TStreamEventDescriptor() {
     delete[] privateData;
@@ -21,13 +16,11 @@ TStreamEventDescriptor::~TStreamEventDescriptor() {
 TStreamEventDescriptor* TStreamEventDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                       unsigned int* bytesRead,
                                                       unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 10, DESCRIPTOR_TAG))
-        return nullptr;
     // event_id(16), reserved(31) eventNPT(33), then private data up to the end
     // of the bytes given (the section table gives exactly the descriptor).
-    std::unique_ptr<TStreamEventDescriptor> d(new TStreamEventDescriptor(bytes, length));
-    bytes::Reader r(bytes, length);
-    r.skip(2);
+    auto [d, r] = parse::open<TStreamEventDescriptor>(bytes, length, error, 10, DESCRIPTOR_TAG);
+    if (d == nullptr)
+        return nullptr;
     d->eventId = r.u16();
     r.skip(3);
     d->eventNptH = r.u8() & 0x01;
@@ -35,9 +28,7 @@ TStreamEventDescriptor* TStreamEventDescriptor::parse(unsigned char* bytes, unsi
     // The size is kept in one byte, like descriptor_length; the copy never
     // holds more than that byte says.
     d->privateData = fields::copyRest8(r, d->privateDataSize);
-    if (bytesRead != nullptr)
-        *bytesRead = length - 2;
-    return parse::done(error, d);
+    return parse::done(error, d, bytesRead, length - 2);
 }
 
 }  // namespace Sarn

@@ -1,13 +1,13 @@
 #include "TStreamIdentifierDescriptor.h"
 
+#include "DescriptorParse.h"
 #include "Json.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
 
 TStreamIdentifierDescriptor::TStreamIdentifierDescriptor(unsigned char* bytes, unsigned int length)
-    : TISDBTDescriptor(0x52, bytes, length), componentTag(0) {}
+    : TISDBTDescriptor(0x52, bytes, length) {}
 
 TStreamIdentifierDescriptor::~TStreamIdentifierDescriptor() {}
 
@@ -15,15 +15,11 @@ TStreamIdentifierDescriptor* TStreamIdentifierDescriptor::parse(unsigned char* b
                                                                 unsigned int length,
                                                                 unsigned int* bytesRead,
                                                                 unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 1, 0x52))
+    auto [d, r] = parse::open<TStreamIdentifierDescriptor>(bytes, length, error, 1, 0x52);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TStreamIdentifierDescriptor> d(new TStreamIdentifierDescriptor(bytes, length));
-    bytes::Reader r(bytes, length);
-    r.skip(2);
     d->componentTag = r.u8();
-    if (bytesRead != nullptr)
-        *bytesRead = 1;
-    return parse::done(error, d);
+    return parse::done(error, d, bytesRead, 1);
 }
 
 std::string TStreamIdentifierDescriptor::toJSON() const {

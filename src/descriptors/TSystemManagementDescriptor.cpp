@@ -1,19 +1,13 @@
 #include "TSystemManagementDescriptor.h"
 
 #include "DescriptorFields.h"
-#include "Parse.h"
+#include "DescriptorParse.h"
 #include "Reader.h"
 
 namespace Sarn {
 
 TSystemManagementDescriptor::TSystemManagementDescriptor(unsigned char* bytes, unsigned int length)
-    : TISDBTDescriptor(0xFE, bytes, length),
-      systemManagementId(0),
-      broadcastingFlag(0),
-      broadcastingIdentifier(0),
-      additionalBroadcastingIdentification(0),
-      additionalIdentificationInfoSize(0),
-      additionalIdentificationInfo(nullptr) {}
+    : TISDBTDescriptor(0xFE, bytes, length) {}
 
 TSystemManagementDescriptor::~TSystemManagementDescriptor() {
     delete[] additionalIdentificationInfo;
@@ -23,11 +17,9 @@ TSystemManagementDescriptor* TSystemManagementDescriptor::parse(unsigned char* b
                                                                 unsigned int length,
                                                                 unsigned int* bytesRead,
                                                                 unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 2, 0xFE))
+    auto [d, r] = parse::open<TSystemManagementDescriptor>(bytes, length, error, 2, 0xFE);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TSystemManagementDescriptor> d(new TSystemManagementDescriptor(bytes, length));
-    bytes::Reader r(bytes, length);
-    r.skip(2);
     d->systemManagementId = r.u16();
     const unsigned int broadcasting = d->systemManagementId >> 8;
     // The flag is kept in place (0, 64, 128 or 192), not shifted down.
@@ -37,9 +29,7 @@ TSystemManagementDescriptor* TSystemManagementDescriptor::parse(unsigned char* b
     // Additional identification info runs to the end of the bytes handed in;
     // its size is kept in 8 bits.
     d->additionalIdentificationInfo = fields::copyRest8(r, d->additionalIdentificationInfoSize);
-    if (bytesRead != nullptr)
-        *bytesRead = length - 2;
-    return parse::done(error, d);
+    return parse::done(error, d, bytesRead, length - 2);
 }
 
 std::string TSystemManagementDescriptor::toJSON() const {

@@ -1,16 +1,15 @@
 #include "TTSInformationDescriptor.h"
 
+#include "DescriptorParse.h"
 #include "ItemLoop.h"
 #include "Json.h"
 #include "Log.h"
 #include "Owned.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
 
-TTSInformationDescriptorItem::TTSInformationDescriptorItem()
-    : transmissionTypeInfo(0), numberOfServices(0), services(nullptr) {}
+TTSInformationDescriptorItem::TTSInformationDescriptorItem() {}
 
 TTSInformationDescriptorItem::~TTSInformationDescriptorItem() {
     delete[] services;
@@ -36,13 +35,11 @@ TTSInformationDescriptorItem* TTSInformationDescriptorItem::parse(unsigned char*
         for (unsigned int i = 0; i < item->numberOfServices && r.has(2); ++i)
             item->services[i] = r.u16();
     }
-    if (bytesRead != nullptr)
-        *bytesRead = r.position();
-    return parse::done(error, item);
+    return parse::done(error, item, bytesRead, r.position());
 }
 
 TTSInformationDescriptor::TTSInformationDescriptor(unsigned char* bytes, unsigned int length)
-    : TISDBTDescriptor(0xCD, bytes, length), remoteControlKeyId(0), txInformation(0) {}
+    : TISDBTDescriptor(0xCD, bytes, length) {}
 
 TTSInformationDescriptor::~TTSInformationDescriptor() {
     owned::deleteAll(transmissionTypes);
@@ -51,11 +48,9 @@ TTSInformationDescriptor::~TTSInformationDescriptor() {
 TTSInformationDescriptor* TTSInformationDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                           unsigned int* bytesRead,
                                                           unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 2, 0xCD))
+    auto [d, r] = parse::open<TTSInformationDescriptor>(bytes, length, error, 2, 0xCD);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TTSInformationDescriptor> d(new TTSInformationDescriptor(bytes, length));
-    bytes::Reader r(bytes, length);
-    r.skip(2);
     d->remoteControlKeyId = r.u8();
     // length_of_ts_name (6 bits) and transmission_type_count (2 bits).
     const unsigned char counts = r.u8();
@@ -77,9 +72,7 @@ TTSInformationDescriptor* TTSInformationDescriptor::parse(unsigned char* bytes, 
     }
     const size_t count = d->transmissionTypes.size();
     d->txInformation = count >= 1 && count <= 3 ? static_cast<unsigned char>(count) : 0;
-    if (bytesRead != nullptr)
-        *bytesRead = r.position();
-    return parse::done(error, d);
+    return parse::done(error, d, bytesRead, r.position());
 }
 
 void TTSInformationDescriptor::addTransmissionType(TTSInformationDescriptorItem* item) {

@@ -1,19 +1,14 @@
 #include "TTerrestrialDeliverySystemDescriptor.h"
 
 #include "DescriptorFields.h"
-#include "Parse.h"
+#include "DescriptorParse.h"
 #include "Reader.h"
 
 namespace Sarn {
 
 TTerrestrialDeliverySystemDescriptor::TTerrestrialDeliverySystemDescriptor(unsigned char* bytes,
                                                                            unsigned int length)
-    : TISDBTDescriptor(0xFA, bytes, length),
-      areaCode(0),
-      guardInterval(0),
-      transmissionMode(0),
-      frequencyCounter(0),
-      frequencies(nullptr) {}
+    : TISDBTDescriptor(0xFA, bytes, length) {}
 
 TTerrestrialDeliverySystemDescriptor::~TTerrestrialDeliverySystemDescriptor() {
     delete[] frequencies;
@@ -21,12 +16,9 @@ TTerrestrialDeliverySystemDescriptor::~TTerrestrialDeliverySystemDescriptor() {
 
 TTerrestrialDeliverySystemDescriptor* TTerrestrialDeliverySystemDescriptor::parse(
     unsigned char* bytes, unsigned int length, unsigned int* bytesRead, unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 4, 0xFA))
+    auto [d, r] = parse::open<TTerrestrialDeliverySystemDescriptor>(bytes, length, error, 4, 0xFA);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TTerrestrialDeliverySystemDescriptor> d(
-        new TTerrestrialDeliverySystemDescriptor(bytes, length));
-    bytes::Reader r(bytes, length);
-    r.skip(2);
     // area_code (12 bits), guard_interval (2), transmission_mode (2).
     const unsigned short area = r.u16();
     d->areaCode = static_cast<unsigned short>(area >> 4);
@@ -40,9 +32,7 @@ TTerrestrialDeliverySystemDescriptor* TTerrestrialDeliverySystemDescriptor::pars
         d->frequencyCounter = static_cast<unsigned char>(rest / 2);
         d->frequencies = fields::readBe16Array(r, rest / 2, rest);
     }
-    if (bytesRead != nullptr)
-        *bytesRead = length - 2;
-    return parse::done(error, d);
+    return parse::done(error, d, bytesRead, length - 2);
 }
 
 std::string TTerrestrialDeliverySystemDescriptor::toJSON() const {

@@ -1,13 +1,13 @@
 #include "TTimeShiftedServiceDescriptor.h"
 
-#include "Parse.h"
+#include "DescriptorParse.h"
 #include "Reader.h"
 
 namespace Sarn {
 
 TTimeShiftedServiceDescriptor::TTimeShiftedServiceDescriptor(unsigned char* bytes,
                                                              unsigned int length)
-    : TISDBTDescriptor(0x4C, bytes, length), referenceServiceID(0) {}
+    : TISDBTDescriptor(0x4C, bytes, length) {}
 
 TTimeShiftedServiceDescriptor::~TTimeShiftedServiceDescriptor() {}
 
@@ -15,16 +15,11 @@ TTimeShiftedServiceDescriptor* TTimeShiftedServiceDescriptor::parse(unsigned cha
                                                                     unsigned int length,
                                                                     unsigned int* bytesRead,
                                                                     unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 2, 0x4C))
+    auto [d, r] = parse::open<TTimeShiftedServiceDescriptor>(bytes, length, error, 2, 0x4C);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TTimeShiftedServiceDescriptor> d(
-        new TTimeShiftedServiceDescriptor(bytes, length));
-    bytes::Reader r(bytes, length);
-    r.skip(2);
     d->referenceServiceID = r.u16();
-    if (bytesRead != nullptr)
-        *bytesRead = 2;
-    return parse::done(error, d);
+    return parse::done(error, d, bytesRead, 2);
 }
 
 }  // namespace Sarn

@@ -21,10 +21,7 @@ namespace Sarn {
 
 TTransportProtocolDescriptor::TTransportProtocolDescriptor(Type kind, unsigned short protocol,
                                                            unsigned char* bytes, unsigned int len)
-    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, len),
-      type(kind),
-      protocolId(protocol),
-      transportProtocolLabel(0) {}
+    : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, len), type(kind), protocolId(protocol) {}
 
 TTransportProtocolDescriptor::~TTransportProtocolDescriptor() {}
 

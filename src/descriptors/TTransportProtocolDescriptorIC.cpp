@@ -1,5 +1,6 @@
 #include "TTransportProtocolDescriptorIC.h"
 
+#include "BodyParse.h"
 #include "ISDBTUtils.h"
 #include "Log.h"
 #include "Reader.h"
@@ -24,8 +25,7 @@ int TTransportProtocolDescriptorIC::parseData(unsigned char* data, unsigned int 
     if (data == nullptr || len < 3) {
         SARN_LOGW("%s: TTransportProtocolDescriptorIC::parse: Item length not valid: %u. Aborting!",
                   len);
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        return 0;
+        return parse::refuse(err, ERROR_DATA_TOO_SHORT);
     }
     bytes::Reader r(data, len);
     r.skip(2);
@@ -35,16 +35,14 @@ int TTransportProtocolDescriptorIC::parseData(unsigned char* data, unsigned int 
         if (r.string(urls.back().first, 0) < 0) {
             SARN_LOGW(
                 "%s: TTransportProtocolDescriptorIC::parse: ERROR: parsing URL Base. Aborting!");
-            ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
-            return 0;
+            return parse::refuse(err, ERROR_FIELD_PARSE);
         }
         // The extension count must follow the base inside the selector.
         if (r.atEnd()) {
             SARN_LOGW(
                 "%s: TTransportProtocolDescriptorIC::parse: Item length not valid: %u. Aborting!",
                 r.remaining());
-            ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-            return 0;
+            return parse::refuse(err, ERROR_DATA_TOO_SHORT);
         }
         std::vector<std::string>& extensions = urls.back().second;
         for (unsigned int count = r.u8(); count != 0; --count) {
@@ -54,15 +52,11 @@ int TTransportProtocolDescriptorIC::parseData(unsigned char* data, unsigned int 
                 SARN_LOGW(
                     "%s: TTransportProtocolDescriptorIC::parse: ERROR: parsing URL Extension. "
                     "Aborting!");
-                ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
-                return 0;
+                return parse::refuse(err, ERROR_FIELD_PARSE);
             }
         }
     }
-    if (bytesRead != nullptr)
-        *bytesRead = r.position();
-    ISDBTUtils::setErrorCode(err, ERROR_NONE);
-    return 1;
+    return bodyDone(err, bytesRead, r.position());
 }
 
 std::string TTransportProtocolDescriptorIC::getURLBase(unsigned int index) const {

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "BodyParse.h"
 #include "ISDBTUtils.h"
 #include "Log.h"
 #include "Reader.h"
@@ -10,12 +11,7 @@ namespace Sarn {
 
 TTransportProtocolDescriptorIP::TTransportProtocolDescriptorIP(unsigned char* bytes,
                                                                unsigned int len)
-    : TTransportProtocolDescriptor(TYPE_IP, 2, bytes, len),
-      remoteConnection(0),
-      originalNetworkId(0),
-      transportStreamId(0),
-      serviceId(0),
-      alignmentIndicator(0) {}
+    : TTransportProtocolDescriptor(TYPE_IP, 2, bytes, len) {}
 
 TTransportProtocolDescriptorIP::TTransportProtocolDescriptorIP(
     const TTransportProtocolDescriptorIP* src)
@@ -37,8 +33,7 @@ int TTransportProtocolDescriptorIP::parseData(unsigned char* data, unsigned int 
     if (data == nullptr || len < 5) {
         SARN_LOGW("%s: TTransportProtocolDescriptorIP::parse: Item length not valid: %u. Aborting!",
                   len);
-        ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-        return 0;
+        return parse::refuse(err, ERROR_DATA_TOO_SHORT);
     }
     bytes::Reader r(data, len);
     r.skip(2);
@@ -49,8 +44,7 @@ int TTransportProtocolDescriptorIP::parseData(unsigned char* data, unsigned int 
             SARN_LOGW(
                 "%s: TTransportProtocolDescriptorIP::parse: Item length not valid: %u. Aborting!",
                 r.remaining());
-            ISDBTUtils::setErrorCode(err, ERROR_DATA_TOO_SHORT);
-            return 0;
+            return parse::refuse(err, ERROR_DATA_TOO_SHORT);
         }
         originalNetworkId = r.u16();
         transportStreamId = r.u16();
@@ -63,15 +57,11 @@ int TTransportProtocolDescriptorIP::parseData(unsigned char* data, unsigned int 
             // The IP selector has always reported its URL failures with the
             // name item's message.
             SARN_LOGW("%s: TApplicationNameDescriptorItem:: parse: ERROR: parsing Name. Aborting!");
-            ISDBTUtils::setErrorCode(err, ERROR_FIELD_PARSE);
-            return 0;
+            return parse::refuse(err, ERROR_FIELD_PARSE);
         }
         urls.push_back(url);
     }
-    if (bytesRead != nullptr)
-        *bytesRead = r.position();
-    ISDBTUtils::setErrorCode(err, ERROR_NONE);
-    return 1;
+    return bodyDone(err, bytesRead, r.position());
 }
 
 std::string TTransportProtocolDescriptorIP::getURL(unsigned char index) const {

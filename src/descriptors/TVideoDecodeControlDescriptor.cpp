@@ -1,17 +1,14 @@
 #include "TVideoDecodeControlDescriptor.h"
 
+#include "DescriptorParse.h"
 #include "Json.h"
-#include "Parse.h"
 #include "Reader.h"
 
 namespace Sarn {
 
 TVideoDecodeControlDescriptor::TVideoDecodeControlDescriptor(unsigned char* bytes,
                                                              unsigned int length)
-    : TISDBTDescriptor(0xC8, bytes, length),
-      stillPicture(0),
-      sequenceEndCode(0),
-      videoEncodeFormat(0) {}
+    : TISDBTDescriptor(0xC8, bytes, length) {}
 
 TVideoDecodeControlDescriptor::~TVideoDecodeControlDescriptor() {}
 
@@ -19,21 +16,16 @@ TVideoDecodeControlDescriptor* TVideoDecodeControlDescriptor::parse(unsigned cha
                                                                     unsigned int length,
                                                                     unsigned int* bytesRead,
                                                                     unsigned short* error) {
-    if (!parseCommonHeader(bytes, length, error, 1, 0xC8))
+    auto [d, r] = parse::open<TVideoDecodeControlDescriptor>(bytes, length, error, 1, 0xC8);
+    if (d == nullptr)
         return nullptr;
-    std::unique_ptr<TVideoDecodeControlDescriptor> d(
-        new TVideoDecodeControlDescriptor(bytes, length));
-    bytes::Reader r(bytes, length);
-    r.skip(2);
     const unsigned char flags = r.u8();
     d->stillPicture = (flags >> 7) & 1;
     d->sequenceEndCode = (flags >> 6) & 1;
     // The format is masked with 0x2C, leaving bit 4 out of the four-bit field:
     // the values receivers have always been given (0x3C reads as 11).
     d->videoEncodeFormat = static_cast<unsigned char>((flags & 0x2C) >> 2);
-    if (bytesRead != nullptr)
-        *bytesRead = 1;
-    return parse::done(error, d);
+    return parse::done(error, d, bytesRead, 1);
 }
 
 std::string TVideoDecodeControlDescriptor::toJSON() const {
