@@ -3,11 +3,14 @@
 
 // The opening and the closing that every descriptor parse shares. A parse
 // opens with
-//     auto [d, r] = parse::open<TXxxDescriptor>(data, length, error, minLength, tag);
-//     if (d == nullptr)
-//         return nullptr;
-// reads its fields through r, fails through parse::fail and ends with
+//     SARN_OPEN_OR_RETURN(d, r, TXxxDescriptor, data, length, error, minLength, tag);
+// which returns null from the parse when the common header is refused and
+// otherwise declares d (the object under construction) and r (a reader after
+// tag and length); it reads its fields through r, fails through parse::fail
+// and ends with
 //     return parse::done(error, d, bytesRead, figure);
+// (clang-14 does not let a lambda capture d or r, which are structured
+// bindings: capture d.get() or pass r as an argument.)
 
 #include <memory>
 
@@ -57,5 +60,14 @@ T* done(unsigned short* error, std::unique_ptr<T>& object, unsigned int* bytesRe
 }  // namespace parse
 }  // namespace Sarn
 #pragma GCC visibility pop
+
+/**
+ * parse::open<T>(...) into d and r; returns null from the enclosing parse when
+ * the header check refuses the bytes (it has logged and set the code then).
+ */
+#define SARN_OPEN_OR_RETURN(d, r, T, data, length, error, minLength, tag)      \
+    auto [d, r] = ::Sarn::parse::open<T>(data, length, error, minLength, tag); \
+    if (d == nullptr)                                                          \
+    return nullptr
 
 #endif

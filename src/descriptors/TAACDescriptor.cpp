@@ -17,9 +17,7 @@ TAACDescriptor::~TAACDescriptor() {
 
 TAACDescriptor* TAACDescriptor::parse(unsigned char* bytes, unsigned int length,
                                       unsigned int* bytesRead, unsigned short* error) {
-    auto [d, r] = parse::open<TAACDescriptor>(bytes, length, error, 2, 0x7C);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TAACDescriptor, bytes, length, error, 2, 0x7C);
     d->profileAndLevel = r.u8();
     d->aacTypeFlag = (r.u8() >> 7) & 1;
     // The payload size is taken from the bytes handed in; the additional info

@@ -29,9 +29,7 @@ TAVCTimingAndHRDDescriptor* TAVCTimingAndHRDDescriptor::parse(unsigned char* byt
                                                               unsigned int length,
                                                               unsigned int* bytesRead,
                                                               unsigned short* error) {
-    auto [d, r] = parse::open<TAVCTimingAndHRDDescriptor>(bytes, length, error, 2, 0x2A);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TAVCTimingAndHRDDescriptor, bytes, length, error, 2, 0x2A);
     // Two readings of ours differ from the published layout and are kept for
     // the receivers that rely on them: picture_and_timing_info_present is
     // bit 0 of the first payload byte, and the frame-rate flags are taken

@@ -15,9 +15,7 @@ TAVCVideoDescriptor::~TAVCVideoDescriptor() {}
 
 TAVCVideoDescriptor* TAVCVideoDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                 unsigned int* bytesRead, unsigned short* error) {
-    auto [d, r] = parse::open<TAVCVideoDescriptor>(bytes, length, error, 4, 0x28);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TAVCVideoDescriptor, bytes, length, error, 4, 0x28);
     d->profileIdc = r.u8();
     const unsigned char constraints = r.u8();
     d->constraintSet0Flag = (constraints >> 7) & 1;

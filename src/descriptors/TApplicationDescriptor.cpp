@@ -70,9 +70,7 @@ TApplicationDescriptor::~TApplicationDescriptor() {
 TApplicationDescriptor* TApplicationDescriptor::parse(unsigned char* data, unsigned int len,
                                                       unsigned int* bytesRead,
                                                       unsigned short* err) {
-    auto [d, r] = parse::open<TApplicationDescriptor>(data, len, err, 3, DESCRIPTOR_TAG);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TApplicationDescriptor, data, len, err, 3, DESCRIPTOR_TAG);
     // The body is descriptor_length bytes; the header check made sure they are there.
     const unsigned char length = d->getDescriptorLength();
     bytes::Reader body = r.sub(length);

@@ -21,9 +21,7 @@ TApplicationIconDescriptor* TApplicationIconDescriptor::parse(unsigned char* dat
                                                               unsigned int* bytesRead,
                                                               unsigned short* err) {
     // icon_locator_length, icon_locator, icon_flags (16), reserved bytes
-    auto [d, r] = parse::open<TApplicationIconDescriptor>(data, len, err, 2, DESCRIPTOR_TAG);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TApplicationIconDescriptor, data, len, err, 2, DESCRIPTOR_TAG);
     const unsigned char length = d->getDescriptorLength();
     bytes::Reader body = r.sub(length);
     if (body.string(d->iconLocator, 0) < 0) {

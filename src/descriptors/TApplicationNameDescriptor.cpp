@@ -61,9 +61,7 @@ TApplicationNameDescriptor::~TApplicationNameDescriptor() {
 TApplicationNameDescriptor* TApplicationNameDescriptor::parse(unsigned char* data, unsigned int len,
                                                               unsigned int* bytesRead,
                                                               unsigned short* err) {
-    auto [d, r] = parse::open<TApplicationNameDescriptor>(data, len, err, 4, DESCRIPTOR_TAG);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TApplicationNameDescriptor, data, len, err, 4, DESCRIPTOR_TAG);
     const unsigned char body = d->getDescriptorLength();
     // A repeated language code replaces the earlier item.
     TApplicationNameDescriptor* names = d.get();

@@ -21,9 +21,7 @@ TAudioComponentDescriptor* TAudioComponentDescriptor::parse(unsigned char* data,
     // (ES_multi_lingual 1, main_component 1, quality_indicator 2,
     // sampling_rate 3, reserved 1), ISO 639 code, second code when
     // bilingual, text. Codes and text are copied as they are.
-    auto [d, r] = parse::open<TAudioComponentDescriptor>(data, len, err, 9, 0xC4);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TAudioComponentDescriptor, data, len, err, 9, 0xC4);
     d->streamContent = static_cast<unsigned char>(r.u8() & 0x0F);
     d->componentType = r.u8();
     d->componentTag = r.u8();

@@ -17,9 +17,7 @@ TBouquetNameDescriptor::~TBouquetNameDescriptor() {}
 TBouquetNameDescriptor* TBouquetNameDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                       unsigned int* bytesRead,
                                                       unsigned short* error) {
-    auto [d, r] = parse::open<TBouquetNameDescriptor>(bytes, length, error, 1, 0x47);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TBouquetNameDescriptor, bytes, length, error, 1, 0x47);
     // The name fills the rest of the bytes handed in.
     const int count = r.loggedString(d->bouquetName, r.remaining());
     if (count < 0) {

@@ -17,9 +17,7 @@ TCAIdentifierDescriptor::~TCAIdentifierDescriptor() {
 TCAIdentifierDescriptor* TCAIdentifierDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                         unsigned int* bytesRead,
                                                         unsigned short* error) {
-    auto [d, r] = parse::open<TCAIdentifierDescriptor>(bytes, length, error, 2, 0x53);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TCAIdentifierDescriptor, bytes, length, error, 2, 0x53);
     // Two bytes per CA_system_id up to the end of the bytes handed in; an odd
     // trailing byte is ignored and the count is kept in 8 bits.
     const unsigned int payload = r.remaining();

@@ -21,9 +21,7 @@ TCarouselIdentifierDescriptor* TCarouselIdentifierDescriptor::parse(unsigned cha
                                                                     unsigned int length,
                                                                     unsigned int* bytesRead,
                                                                     unsigned short* error) {
-    auto [d, r] = parse::open<TCarouselIdentifierDescriptor>(bytes, length, error, 4, 0x13);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TCarouselIdentifierDescriptor, bytes, length, error, 4, 0x13);
     d->carouselId = r.u32();
     // Everything after carousel_id is kept undecoded. The size field is 8
     // bits wide, so only that many bytes are kept from an oversized buffer.

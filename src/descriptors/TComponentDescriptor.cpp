@@ -18,9 +18,7 @@ TComponentDescriptor* TComponentDescriptor::parse(unsigned char* data, unsigned 
                                                   unsigned int* bytesRead, unsigned short* err) {
     // tag, length, reserved nibble + stream_content, component_type,
     // component_tag, ISO 639 code (3), text up to the end.
-    auto [d, r] = parse::open<TComponentDescriptor>(data, len, err, 6, 0x50);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TComponentDescriptor, data, len, err, 6, 0x50);
     d->streamContent = static_cast<unsigned char>(r.u8() & 0x0F);
     d->componentType = r.u8();
     d->componentTag = r.u8();

@@ -19,9 +19,7 @@ TConditionalPlaybackDescriptor* TConditionalPlaybackDescriptor::parse(unsigned c
                                                                       unsigned int length,
                                                                       unsigned int* bytesRead,
                                                                       unsigned short* error) {
-    auto [d, r] = parse::open<TConditionalPlaybackDescriptor>(bytes, length, error, 4, 0xF8);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TConditionalPlaybackDescriptor, bytes, length, error, 4, 0xF8);
     d->caSystemId = r.u16();
     d->caPid = r.pid();
     // Private data runs to the end of the bytes handed in; size kept in 8 bits.

@@ -18,9 +18,7 @@ TContentAvailabilityDescriptor* TContentAvailabilityDescriptor::parse(unsigned c
                                                                       unsigned int length,
                                                                       unsigned int* bytesRead,
                                                                       unsigned short* error) {
-    auto [d, r] = parse::open<TContentAvailabilityDescriptor>(bytes, length, error, 1, 0xDE);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TContentAvailabilityDescriptor, bytes, length, error, 1, 0xDE);
     const unsigned char b = r.u8();
     d->imageConstrained = (b & 0x20) == 0;
     d->retentionAllowed = (b & 0x10) == 0;

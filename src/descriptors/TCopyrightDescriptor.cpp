@@ -16,9 +16,7 @@ TCopyrightDescriptor::~TCopyrightDescriptor() {
 
 TCopyrightDescriptor* TCopyrightDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                   unsigned int* bytesRead, unsigned short* error) {
-    auto [d, r] = parse::open<TCopyrightDescriptor>(bytes, length, error, 4, 0x0D);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TCopyrightDescriptor, bytes, length, error, 4, 0x0D);
     d->copyrightId = r.u32();
     // Additional info runs to the end of the bytes handed in; size kept in 8 bits.
     d->additionalInfo = fields::copyRest8(r, d->additionalInfoSize);

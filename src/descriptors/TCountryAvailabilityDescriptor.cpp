@@ -19,9 +19,7 @@ TCountryAvailabilityDescriptor* TCountryAvailabilityDescriptor::parse(unsigned c
                                                                       unsigned int length,
                                                                       unsigned int* bytesRead,
                                                                       unsigned short* error) {
-    auto [d, r] = parse::open<TCountryAvailabilityDescriptor>(bytes, length, error, 4, 0x49);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TCountryAvailabilityDescriptor, bytes, length, error, 4, 0x49);
     d->countryAvailabilityFlag = r.u8() >= 0x80;
     // Three-letter codes up to the end of the bytes handed in; a trailing
     // partial code (one or two bytes) is not read.

@@ -52,9 +52,7 @@ TDIILocationDescriptor* TDIILocationDescriptor::parse(unsigned char* data, unsig
                                                       unsigned int* bytesRead,
                                                       unsigned short* err) {
     // transport_protocol_label, then items up to the end
-    auto [d, r] = parse::open<TDIILocationDescriptor>(data, len, err, 4, DESCRIPTOR_TAG);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TDIILocationDescriptor, data, len, err, 4, DESCRIPTOR_TAG);
     bytes::Reader body = r.sub(d->getDescriptorLength());
     d->transportProtocolLabel = body.u8();
     TDIILocationDescriptor* location = d.get();

@@ -19,9 +19,7 @@ TDataComponentDescriptor::~TDataComponentDescriptor() {
 TDataComponentDescriptor* TDataComponentDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                           unsigned int* bytesRead,
                                                           unsigned short* error) {
-    auto [d, r] = parse::open<TDataComponentDescriptor>(bytes, length, error, 2, 0xFD);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TDataComponentDescriptor, bytes, length, error, 2, 0xFD);
     d->dataComponentId = r.u16();
     // additional_data_component_info: the rest of the bytes, as many as the
     // 8-bit size can count.

@@ -79,9 +79,7 @@ TDigitalCopyControlDescriptor* TDigitalCopyControlDescriptor::parse(unsigned cha
                                                                     unsigned int len,
                                                                     unsigned int* bytesRead,
                                                                     unsigned short* err) {
-    auto [d, r] = parse::open<TDigitalCopyControlDescriptor>(data, len, err, 1, 0xC1);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TDigitalCopyControlDescriptor, data, len, err, 1, 0xC1);
     // Every shortage reports the bytes left against one, whatever it lacked.
     auto tooShort = [err](const bytes::Reader& left) {
         SARN_LOGW(

@@ -62,9 +62,7 @@ TDownloadContentDescriptor* TDownloadContentDescriptor::parse(unsigned char* byt
                                                               unsigned short* error) {
     // Everything after the header is read from the bytes handed in, not only
     // the descriptor_length ones.
-    auto [d, r] = parse::open<TDownloadContentDescriptor>(bytes, length, error, 18, DESCRIPTOR_TAG);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TDownloadContentDescriptor, bytes, length, error, 18, DESCRIPTOR_TAG);
 
     // Fixed part, within the 18 bytes the header check demands: flags(8)
     // component_size(32) download_id(32) time_out_value_DII(32)

@@ -72,9 +72,7 @@ TEmergencyInformationDescriptor* TEmergencyInformationDescriptor::parse(unsigned
                                                                         unsigned short* error) {
     // Items fill the bytes handed in, not just descriptor_length; the byte
     // count is the last item's.
-    auto [d, r] = parse::open<TEmergencyInformationDescriptor>(bytes, length, error, 4, 0xFC);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TEmergencyInformationDescriptor, bytes, length, error, 4, 0xFC);
     TEmergencyInformationDescriptor* emergency = d.get();
     auto store = [emergency](TEmergencyInformationDescriptorItem* item) {
         emergency->items.push_back(item);

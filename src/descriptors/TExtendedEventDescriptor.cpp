@@ -74,9 +74,7 @@ TExtendedEventDescriptor* TExtendedEventDescriptor::parse(unsigned char* data, u
                                                           unsigned short* err) {
     // Read from the bytes handed in; the header check guarantees eight bytes
     // in all, so some are left up to the items.
-    auto [d, r] = parse::open<TExtendedEventDescriptor>(data, len, err, 6, 0x4E);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TExtendedEventDescriptor, data, len, err, 6, 0x4E);
     const unsigned char numbers = r.u8();
     d->descriptorNumber = numbers >> 4;
     d->lastDescriptorNumber = numbers & 0x0F;

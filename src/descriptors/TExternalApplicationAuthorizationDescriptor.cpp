@@ -68,10 +68,8 @@ TExternalApplicationAuthorizationDescriptor::~TExternalApplicationAuthorizationD
 
 TExternalApplicationAuthorizationDescriptor* TExternalApplicationAuthorizationDescriptor::parse(
     unsigned char* data, unsigned int len, unsigned int* bytesRead, unsigned short* err) {
-    auto [d, r] =
-        parse::open<TExternalApplicationAuthorizationDescriptor>(data, len, err, 0, DESCRIPTOR_TAG);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TExternalApplicationAuthorizationDescriptor, data, len, err, 0,
+                        DESCRIPTOR_TAG);
     bytes::Reader body = r.sub(d->getDescriptorLength());
     // The same application authorized twice keeps the later entry.
     TExternalApplicationAuthorizationDescriptor* authorization = d.get();

@@ -13,9 +13,7 @@ THierarchicalTransmissionDescriptor::~THierarchicalTransmissionDescriptor() {}
 
 THierarchicalTransmissionDescriptor* THierarchicalTransmissionDescriptor::parse(
     unsigned char* bytes, unsigned int length, unsigned int* bytesRead, unsigned short* error) {
-    auto [d, r] = parse::open<THierarchicalTransmissionDescriptor>(bytes, length, error, 3, 0xC0);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, THierarchicalTransmissionDescriptor, bytes, length, error, 3, 0xC0);
     d->qualityLevel = r.u8() & 1;
     d->referencePid = r.pid();
     return parse::done(error, d, bytesRead, 3);

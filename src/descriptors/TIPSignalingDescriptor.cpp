@@ -20,9 +20,7 @@ TIPSignalingDescriptor* TIPSignalingDescriptor::parse(unsigned char* data, unsig
                                                       unsigned int* bytesRead,
                                                       unsigned short* err) {
     // platform_id (24)
-    auto [d, r] = parse::open<TIPSignalingDescriptor>(data, len, err, 3, DESCRIPTOR_TAG);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TIPSignalingDescriptor, data, len, err, 3, DESCRIPTOR_TAG);
     d->platformId = r.u24();
     return parse::done(err, d, bytesRead, 3);
 }

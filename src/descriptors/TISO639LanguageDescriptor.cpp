@@ -19,9 +19,7 @@ TISO639LanguageDescriptor* TISO639LanguageDescriptor::parse(unsigned char* bytes
                                                             unsigned short* error) {
     // The entries are counted from the bytes handed in; inside a descriptor
     // loop that is exactly descriptor_length.
-    auto [d, r] = parse::open<TISO639LanguageDescriptor>(bytes, length, error, 0, 0x0A);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TISO639LanguageDescriptor, bytes, length, error, 0, 0x0A);
     if (r.remaining() < 4)
         return parse::done(error, d);
     d->items = new Item[r.remaining() / 4];

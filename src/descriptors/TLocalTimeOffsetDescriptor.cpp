@@ -83,9 +83,7 @@ TLocalTimeOffsetDescriptor* TLocalTimeOffsetDescriptor::parse(unsigned char* byt
                                                               unsigned int length,
                                                               unsigned int* bytesRead,
                                                               unsigned short* error) {
-    auto [d, r] = parse::open<TLocalTimeOffsetDescriptor>(bytes, length, error, 11, 0x58);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TLocalTimeOffsetDescriptor, bytes, length, error, 11, 0x58);
     unsigned int n = 0;
     while (!r.atEnd()) {
         std::unique_ptr<TLocalTimeOffsetDescriptorItem> item =

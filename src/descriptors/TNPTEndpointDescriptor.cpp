@@ -14,9 +14,7 @@ TNPTEndpointDescriptor* TNPTEndpointDescriptor::parse(unsigned char* bytes, unsi
                                                       unsigned int* /*bytesRead*/,
                                                       unsigned short* error) {
     // reserved(15) start_NPT(33), reserved(31) stop_NPT(33).
-    auto [d, r] = parse::open<TNPTEndpointDescriptor>(bytes, length, error, 14, DESCRIPTOR_TAG);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TNPTEndpointDescriptor, bytes, length, error, 14, DESCRIPTOR_TAG);
     r.skip(1);
     d->startNptH = r.u8() & 0x01;
     d->startNptL = r.u32();

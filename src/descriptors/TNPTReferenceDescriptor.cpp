@@ -15,9 +15,7 @@ TNPTReferenceDescriptor* TNPTReferenceDescriptor::parse(unsigned char* bytes, un
                                                         unsigned short* error) {
     // post_discontinuity_indicator(1) content_id(7), reserved(7) STC_reference(33),
     // reserved(31) NPT_reference(33), scale_numerator(16), scale_denominator(16).
-    auto [d, r] = parse::open<TNPTReferenceDescriptor>(bytes, length, error, 18, DESCRIPTOR_TAG);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TNPTReferenceDescriptor, bytes, length, error, 18, DESCRIPTOR_TAG);
     const unsigned char first = r.u8();
     d->postDiscontinuityIndicator = first >> 7;
     d->contentId = first & 0x7F;

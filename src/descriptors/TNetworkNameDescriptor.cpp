@@ -16,9 +16,7 @@ TNetworkNameDescriptor* TNetworkNameDescriptor::parse(unsigned char* bytes, unsi
                                                       unsigned int* bytesRead,
                                                       unsigned short* error) {
     // The name fills the payload; it has no length byte of its own.
-    auto [d, r] = parse::open<TNetworkNameDescriptor>(bytes, length, error, 0, 0x40);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TNetworkNameDescriptor, bytes, length, error, 0, 0x40);
     const unsigned int payload = r.remaining();
     if (r.string(d->networkName, payload) != static_cast<int>(payload)) {
         SARN_LOGW("%s: TNetworkNameDescriptor:: parse: ERROR: parsing Network Name. Aborting!");

@@ -19,9 +19,7 @@ TPartialReceptionDescriptor* TPartialReceptionDescriptor::parse(unsigned char* b
                                                                 unsigned short* error) {
     // Two bytes per service_id up to the end of the bytes handed in; the count
     // is kept in 8 bits (and only that many are read).
-    auto [d, r] = parse::open<TPartialReceptionDescriptor>(bytes, length, error, 0, 0xFB);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TPartialReceptionDescriptor, bytes, length, error, 0, 0xFB);
     const unsigned int payload = r.remaining();
     d->serviceIds = fields::readRest16(r, d->serviceIdCount);
     return parse::done(error, d, bytesRead, payload);

@@ -59,9 +59,7 @@ TPrefetchDescriptor::~TPrefetchDescriptor() {
 TPrefetchDescriptor* TPrefetchDescriptor::parse(unsigned char* data, unsigned int len,
                                                 unsigned int* bytesRead, unsigned short* err) {
     // transport_protocol_label, then items up to the end
-    auto [d, r] = parse::open<TPrefetchDescriptor>(data, len, err, 4, DESCRIPTOR_TAG);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TPrefetchDescriptor, data, len, err, 4, DESCRIPTOR_TAG);
     bytes::Reader body = r.sub(d->getDescriptorLength());
     d->transportProtocolLabel = body.u8();
     TPrefetchDescriptor* prefetch = d.get();

@@ -14,9 +14,7 @@ TServiceDescriptor::~TServiceDescriptor() {}
 
 TServiceDescriptor* TServiceDescriptor::parse(unsigned char* bytes, unsigned int length,
                                               unsigned int* bytesRead, unsigned short* error) {
-    auto [d, names] = parse::open<TServiceDescriptor>(bytes, length, error, 3, 0x48);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, names, TServiceDescriptor, bytes, length, error, 3, 0x48);
     d->serviceType = names.u8();
     // service_provider_name_length + name, then service_name_length + name.
     bytes::Reader provider = names;

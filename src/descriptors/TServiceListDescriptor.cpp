@@ -41,9 +41,7 @@ TServiceListDescriptor::~TServiceListDescriptor() {
 TServiceListDescriptor* TServiceListDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                       unsigned int* bytesRead,
                                                       unsigned short* error) {
-    auto [d, r] = parse::open<TServiceListDescriptor>(bytes, length, error, 2, 0x41);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TServiceListDescriptor, bytes, length, error, 2, 0x41);
     // *bytesRead receives the last entry's size.
     TServiceListDescriptor* list = d.get();
     const bool read = readItems<TServiceListDescriptorItem>(

@@ -16,9 +16,7 @@ TShortEventDescriptor::~TShortEventDescriptor() {}
 TShortEventDescriptor* TShortEventDescriptor::parse(unsigned char* data, unsigned int len,
                                                     unsigned int* bytesRead, unsigned short* err) {
     // tag, length, ISO 639 code (3), event_name_length, name, text_length, text
-    auto [d, r] = parse::open<TShortEventDescriptor>(data, len, err, 5, 0x4D);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TShortEventDescriptor, data, len, err, 5, 0x4D);
     // The whole descriptor, announced before any of it is read.
     const unsigned int whole = d->getDescriptorLength() + 2u;
     if (bytesRead != nullptr)

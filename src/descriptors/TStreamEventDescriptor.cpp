@@ -18,9 +18,7 @@ TStreamEventDescriptor* TStreamEventDescriptor::parse(unsigned char* bytes, unsi
                                                       unsigned short* error) {
     // event_id(16), reserved(31) eventNPT(33), then private data up to the end
     // of the bytes given (the section table gives exactly the descriptor).
-    auto [d, r] = parse::open<TStreamEventDescriptor>(bytes, length, error, 10, DESCRIPTOR_TAG);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TStreamEventDescriptor, bytes, length, error, 10, DESCRIPTOR_TAG);
     d->eventId = r.u16();
     r.skip(3);
     d->eventNptH = r.u8() & 0x01;

@@ -15,9 +15,7 @@ TStreamIdentifierDescriptor* TStreamIdentifierDescriptor::parse(unsigned char* b
                                                                 unsigned int length,
                                                                 unsigned int* bytesRead,
                                                                 unsigned short* error) {
-    auto [d, r] = parse::open<TStreamIdentifierDescriptor>(bytes, length, error, 1, 0x52);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TStreamIdentifierDescriptor, bytes, length, error, 1, 0x52);
     d->componentTag = r.u8();
     return parse::done(error, d, bytesRead, 1);
 }

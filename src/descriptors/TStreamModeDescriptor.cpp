@@ -14,9 +14,7 @@ TStreamModeDescriptor* TStreamModeDescriptor::parse(unsigned char* bytes, unsign
                                                     unsigned int* /*bytesRead*/,
                                                     unsigned short* error) {
     // stream_mode(8) and one reserved byte.
-    auto [d, r] = parse::open<TStreamModeDescriptor>(bytes, length, error, 2, DESCRIPTOR_TAG);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TStreamModeDescriptor, bytes, length, error, 2, DESCRIPTOR_TAG);
     d->streamMode = r.u8();
     return parse::done(error, d);
 }

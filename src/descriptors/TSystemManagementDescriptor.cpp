@@ -17,9 +17,7 @@ TSystemManagementDescriptor* TSystemManagementDescriptor::parse(unsigned char* b
                                                                 unsigned int length,
                                                                 unsigned int* bytesRead,
                                                                 unsigned short* error) {
-    auto [d, r] = parse::open<TSystemManagementDescriptor>(bytes, length, error, 2, 0xFE);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TSystemManagementDescriptor, bytes, length, error, 2, 0xFE);
     d->systemManagementId = r.u16();
     const unsigned int broadcasting = d->systemManagementId >> 8;
     // The flag is kept in place (0, 64, 128 or 192), not shifted down.

@@ -48,9 +48,7 @@ TTSInformationDescriptor::~TTSInformationDescriptor() {
 TTSInformationDescriptor* TTSInformationDescriptor::parse(unsigned char* bytes, unsigned int length,
                                                           unsigned int* bytesRead,
                                                           unsigned short* error) {
-    auto [d, r] = parse::open<TTSInformationDescriptor>(bytes, length, error, 2, 0xCD);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TTSInformationDescriptor, bytes, length, error, 2, 0xCD);
     d->remoteControlKeyId = r.u8();
     // length_of_ts_name (6 bits) and transmission_type_count (2 bits).
     const unsigned char counts = r.u8();

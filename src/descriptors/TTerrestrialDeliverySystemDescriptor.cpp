@@ -16,9 +16,7 @@ TTerrestrialDeliverySystemDescriptor::~TTerrestrialDeliverySystemDescriptor() {
 
 TTerrestrialDeliverySystemDescriptor* TTerrestrialDeliverySystemDescriptor::parse(
     unsigned char* bytes, unsigned int length, unsigned int* bytesRead, unsigned short* error) {
-    auto [d, r] = parse::open<TTerrestrialDeliverySystemDescriptor>(bytes, length, error, 4, 0xFA);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TTerrestrialDeliverySystemDescriptor, bytes, length, error, 4, 0xFA);
     // area_code (12 bits), guard_interval (2), transmission_mode (2).
     const unsigned short area = r.u16();
     d->areaCode = static_cast<unsigned short>(area >> 4);

@@ -15,9 +15,7 @@ TTimeShiftedServiceDescriptor* TTimeShiftedServiceDescriptor::parse(unsigned cha
                                                                     unsigned int length,
                                                                     unsigned int* bytesRead,
                                                                     unsigned short* error) {
-    auto [d, r] = parse::open<TTimeShiftedServiceDescriptor>(bytes, length, error, 2, 0x4C);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TTimeShiftedServiceDescriptor, bytes, length, error, 2, 0x4C);
     d->referenceServiceID = r.u16();
     return parse::done(error, d, bytesRead, 2);
 }

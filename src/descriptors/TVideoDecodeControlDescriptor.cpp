@@ -16,9 +16,7 @@ TVideoDecodeControlDescriptor* TVideoDecodeControlDescriptor::parse(unsigned cha
                                                                     unsigned int length,
                                                                     unsigned int* bytesRead,
                                                                     unsigned short* error) {
-    auto [d, r] = parse::open<TVideoDecodeControlDescriptor>(bytes, length, error, 1, 0xC8);
-    if (d == nullptr)
-        return nullptr;
+    SARN_OPEN_OR_RETURN(d, r, TVideoDecodeControlDescriptor, bytes, length, error, 1, 0xC8);
     const unsigned char flags = r.u8();
     d->stillPicture = (flags >> 7) & 1;
     d->sequenceEndCode = (flags >> 6) & 1;
