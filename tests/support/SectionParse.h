@@ -1,0 +1,40 @@
+#ifndef SARN_TESTS_SECTIONPARSE_H
+#define SARN_TESTS_SECTIONPARSE_H
+
+#include <string>
+
+#include "LogCapture.h"
+#include "ParseSection.h"
+#include "Sections.h"
+
+/** A warning and an error line as sectionOutcome shows them. */
+inline const std::string kWarn = "\n5 SarnISDBTUtils: ";
+inline const std::string kError = "\n6 SarnISDBTUtils: ";
+
+/**
+ * Sarn::parseSection over its own copy of the bytes, in one text: the table
+ * rendered by render (toJSON when null), preceded by "code=<code> " when the
+ * code is not 0, or "null code=<code>" without a table; then every line
+ * logged meanwhile, each after a line break as LogCapture::texts() shows it.
+ * The code starts at 0xBEEF, a value no parser writes. PID 0x0012 makes an
+ * EIT a full-segment one.
+ */
+inline std::string sectionOutcome(Bytes b,
+                                  std::string (*render)(const Sarn::TISDBTTable&) = nullptr,
+                                  unsigned int pid = 0x0012, int checkCrc = 1,
+                                  Sarn::TISDBTTable* previous = nullptr) {
+    LogCapture log;
+    unsigned short code = 0xBEEF;
+    Sarn::TISDBTTable* t = Sarn::parseSection(b.data(), length(b), checkCrc, &code, pid, previous);
+    std::string out = t == nullptr || code != 0 ? "code=" + std::to_string(code) : "";
+    if (t == nullptr)
+        out = "null " + out;
+    else
+        out += (out.empty() ? "" : " ") + (render != nullptr ? render(*t) : t->toJSON());
+    delete t;
+    for (const std::string& line : log.texts())
+        out += "\n" + line;
+    return out;
+}
+
+#endif
