@@ -304,6 +304,10 @@ TEST(AIT, FailuresWithTheirCodesAndLines) {
         {ait({}, application(1, {0x42, 0x09})),
          "null code=2570" + kWarn + "TApplication::parse: Item length not valid: 9 > 0. Aborting!" +
              invalid},
+        // An application loop one byte longer than the section.
+        {withCrc({0x74, 0xF0, 0x10, 0x00, 0x09, 0xC1, 0x00, 0x00, 0xF0, 0x00, 0xF0, 0x04, 0x00,
+                  0x00, 0x00}),
+         "null code=2563" + kWarn + "TAITTable::parse: Item length not valid: 4 > 3. Aborting!"},
         // No room for the application loop length.
         {withCrc({0x74, 0xF0, 0x0B, 0x00, 0x09, 0xC1, 0x00, 0x00, 0xF0, 0x00}),
          "null code=2563" + kWarn + "TAITTable::parse: Item length not valid: 2 > 0. Aborting!"},
@@ -340,6 +344,13 @@ TEST(AIT, FailuresWithTheirCodesAndLines) {
     EXPECT_EQ(TApplicationIdentifier::calculateHashID(id), "0000000A0001");
     delete id;
     EXPECT_EQ(TApplicationIdentifier::calculateHashID(0xFFFFFFFFu, 0xABCD), "FFFFFFFFABCD");
+    EXPECT_EQ(TApplicationIdentifier::calculateHashID(nullptr), "000000000000");
+    // Without a Ginga descriptor an application has no type of its own.
+    Bytes plain = application(3, {0x42, 0x00});
+    TApplication* a = TApplication::parse(plain.data(), length(plain), 1, nullptr, &code);
+    ASSERT_NE(a, nullptr);
+    EXPECT_EQ(a->getApplicationType(), 0);
+    delete a;
 }
 
 TEST(AIT, RepeatsDuplicatesAndHtml5Lookups) {

@@ -437,3 +437,13 @@ TEST(DsmccSection, DsiDiiAndDdbAreKeptWithoutParsing) {
     delete s;
     EXPECT_TRUE(log.lines().empty());
 }
+
+TEST(DataTables, FreshTablesAndEntriesRenderZeros) {
+    TSDTTTable sdtt(nullptr, 0);
+    sdtt.addDownloadContent(new TDownloadContent());
+    TDCTTable dct(nullptr, 0);
+    dct.addDatacasterCarousel(new TDatacasterCarousel());
+    for (const std::string& text :
+         {sdttText(sdtt), dctText(dct), dsmccText(TDSMCCSectionTable(nullptr, 0))})
+        EXPECT_TRUE(onlyZeros(text)) << text;
+}

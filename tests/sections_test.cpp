@@ -4,8 +4,13 @@
 
 #include "ISDBTUtils.h"
 #include "SectionParse.h"
+#include "TAITTable.h"
 #include "TEITTable.h"
+#include "TNITTable.h"
 #include "TPATTable.h"
+#include "TPMTTable.h"
+#include "TSDTTable.h"
+#include "TTOTTable.h"
 
 using namespace Sarn;
 
@@ -265,9 +270,10 @@ TEST(Sections, ThePidPicksTheEventVariantAndPreviousTablesAreChecked) {
     delete full;
 
     // Table_ids without a class (the CAT, the other network's NIT and SDT,
-    // the TDT, stuffing, those either side of the EIT range), no data, no
-    // bytes: a code and nothing logged.
-    for (unsigned char tableId : {0x01, 0x41, 0x46, 0x4D, 0x70, 0x72, 0xFF})
+    // the TDT, stuffing, the neighbours of each class), no data, no bytes: a
+    // code and nothing logged.
+    for (unsigned char tableId : {0x01, 0x03, 0x3A, 0x3E, 0x41, 0x43, 0x46, 0x4D, 0x70, 0x72, 0x75,
+                                  0x98, 0x9A, 0xC2, 0xC4, 0xFF})
         EXPECT_EQ(sectionOutcome(longSection(tableId, 1, 0, {0xF0, 0x00, 0xF0, 0x00})),
                   "null code=2564");
     code = 0;
@@ -277,4 +283,22 @@ TEST(Sections, ThePidPicksTheEventVariantAndPreviousTablesAreChecked) {
     EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
     EXPECT_EQ(parseSection(nullptr, 0, 1, nullptr, 0), nullptr);
     EXPECT_TRUE(log.lines().empty());
+}
+
+TEST(Sections, FreshTablesAndEntriesRenderTheirDefaults) {
+    TEITTable eit(TISDBTTable::TYPE_EIT_12, nullptr, 0);
+    eit.addItem(new TEventItem(1, 0x4E, 0));
+    TNITTable nit(nullptr, 0);
+    nit.addTransportStreamInfo(new TTransportStreamInfo());
+    TSDTTable sdt(nullptr, 0);
+    sdt.addServiceDescription(new TServiceDescription());
+    TPMTTable pmt(nullptr, 0);
+    pmt.addProgramMap(new TProgramMap());
+    TAITTable ait(nullptr, 0);
+    ait.addApplication(new TApplication(nullptr, 0));
+    for (const std::string& json :
+         {eit.toJSON(), nit.toJSON(), sdt.toJSON(), pmt.toJSON(), ait.toJSON(),
+          TTOTTable(nullptr, 0).toJSON(), TPATTable(nullptr, 0).toJSON()})
+        EXPECT_TRUE(onlyZeros(json)) << json;
+    EXPECT_EQ(ait.getApplication("")->getApplicationType(), 0);
 }

@@ -1,6 +1,7 @@
 #ifndef SARN_TESTS_SECTIONPARSE_H
 #define SARN_TESTS_SECTIONPARSE_H
 
+#include <cstring>
 #include <string>
 
 #include "LogCapture.h"
@@ -35,6 +36,14 @@ inline std::string sectionOutcome(Bytes b,
     for (const std::string& line : log.texts())
         out += "\n" + line;
     return out;
+}
+
+/** Whether every number in the text is 0 (but the date of time 0 and the 3 of "UTC-3"). */
+inline bool onlyZeros(std::string text) {
+    for (const char* fixed : {"1970-01-01", "UTC-3"})
+        for (size_t at; (at = text.find(fixed)) != std::string::npos;)
+            text.erase(at, std::strlen(fixed));
+    return text.find_first_of("123456789") == std::string::npos;
 }
 
 #endif
