@@ -4,8 +4,6 @@
 #include "ISDBTUtils.h"
 #include "SectionParse.h"
 #include "TAITTable.h"
-#include "TGingaNCLApplicationDescriptor.h"
-#include "TTransportProtocolDescriptorOC.h"
 
 using namespace Sarn;
 
@@ -156,29 +154,14 @@ TEST(AIT, GingaNclSectionEndToEnd) {
     EXPECT_EQ(ncl->getIPSignalingDescriptor(1, &fromTable), nullptr);
     EXPECT_EQ(fromTable, 0);
 
-    // Copies: with inherit the common kinds come along; without, only its own.
-    TApplication* inherited = new TApplication(html5, 1);
-    TApplication* own = new TApplication(html5, 0);
+    // Copies: with inherit the common kinds come along; without, only its own
+    // (and without a parent, nothing more to inherit).
+    TApplication inherited(html5, 1);
+    TApplication own(html5, 0);
     delete t;
-    EXPECT_EQ(inherited->getDescriptorTags(), (std::list<unsigned char>{0x02, 0x06, 0x0F}));
-    EXPECT_EQ(own->getDescriptorTags(), (std::list<unsigned char>{0x0F}));
-    EXPECT_EQ(inherited->getHashID(), "0000000A0002");
-    EXPECT_EQ(inherited->getApplicationIdentifier()->getApplicationID(), 2);
-    EXPECT_EQ(inherited->getControlCode(), 2);
-    EXPECT_EQ(inherited->getRecommendedResolution(), 3);
-    EXPECT_EQ(inherited->getApplicationType(), 9);
-    auto* oc = dynamic_cast<TTransportProtocolDescriptorOC*>(
-        inherited->getTransportProtocolDescriptor(1, nullptr));
-    ASSERT_NE(oc, nullptr);
-    EXPECT_EQ(oc->getComponentTag(), 0x41);
-    auto* params =
-        dynamic_cast<TGingaNCLApplicationDescriptor*>(inherited->getGingaApplicationDescriptor());
-    ASSERT_NE(params, nullptr);
-    EXPECT_EQ(params->get(0), "a=1");
-    // No parent after copying: nothing more to inherit.
-    EXPECT_EQ(own->getTransportProtocolDescriptor(1, nullptr), nullptr);
-    delete inherited;
-    delete own;
+    EXPECT_EQ(inherited.getDescriptorTags(), (std::list<unsigned char>{0x02, 0x06, 0x0F}));
+    EXPECT_EQ(own.getDescriptorTags(), (std::list<unsigned char>{0x0F}));
+    EXPECT_EQ(own.getTransportProtocolDescriptor(1, nullptr), nullptr);
 }
 
 TEST(AIT, EveryKindInSlotOrderAndCopiesOfEachGingaVariant) {
@@ -356,19 +339,13 @@ TEST(AIT, FailuresWithTheirCodesAndLines) {
 TEST(AIT, RepeatsDuplicatesAndHtml5Lookups) {
     LogCapture log;
     Bytes empty = ait({}, {});
-    unsigned short code = 0xFFFF;
-    TAITTable* t = parse(empty, &code);
-    ASSERT_NE(t, nullptr);
-    EXPECT_EQ(t->toJSON(),
+    EXPECT_EQ(sectionOutcome(empty),
               "{\"table_id\":116,\"section_length\":13,\"table_id_extension\":9,"
               "\"version_number\":1,\"current_next_indicator\":1,\"section_number\":0,"
               "\"last_section_number\":0,\"descriptors\":[],\"application_loop\":[]}");
-    // The same section again: unchanged; a new version: a new table.
+    unsigned short code = 0xFFFF;
+    TAITTable* t = parse(empty, &code);
     EXPECT_EQ(sectionOutcome(empty, nullptr, 0, 1, t), "null code=2561");
-    Bytes next = ait({}, {}, 2);
-    TAITTable* t2 = parse(next, &code, t);
-    ASSERT_NE(t2, nullptr);
-    delete t2;
     delete t;
 
     // The same application twice and two transport descriptors: the later ones stay.
@@ -388,7 +365,8 @@ TEST(AIT, RepeatsDuplicatesAndHtml5Lookups) {
         "\"transport_protocol_label\":7}]}]}");
 
     // HTML5: the table keeps its location but does not find it by tag; an
-    // application answers 0x0E (and 0x0F) with its location, if any.
+    // application answers 0x0E (and 0x0F) with its location, if any. Then
+    // removing and adding applications.
     const Bytes html5 = {0x0E, 0x02, 0x01, 'p'};
     const Bytes location = {0x0F, 0x06, 0x00, 0x00, 'a', '.', 'h', 't'};
     Bytes b = ait(location, application(1, html5) + application(2, html5 + location));
@@ -405,17 +383,6 @@ TEST(AIT, RepeatsDuplicatesAndHtml5Lookups) {
               withLocation->getGingaApplicationLocationDescriptor());
     EXPECT_EQ(withLocation->getDescriptor(0x0F),
               withLocation->getGingaApplicationLocationDescriptor());
-    const std::string locationJson =
-        "{\"errors\":0,\"descriptor_tag\":15,\"descriptor_length\":6,\"base_directory\":\"\","
-        "\"entitypath_extension\":\"\",\"initial_entity\":\"a.ht\"}";
-    EXPECT_EQ(loops(*t),
-              ",\"descriptors\":[],\"application_loop\":["
-              "{\"application_identifier\":{\"organization_id\":10,\"application_id\":1},"
-              "\"application_control_code\":1,\"recommended_resolution\":0,\"descriptors\":[]},"
-              "{\"application_identifier\":{\"organization_id\":10,\"application_id\":2},"
-              "\"application_control_code\":1,\"recommended_resolution\":0,\"descriptors\":[" +
-                  locationJson + "," + locationJson + "]}]}");
-
     EXPECT_EQ(t->getApplication("0000000A0003"), nullptr);
     EXPECT_FALSE(t->removeApplication("0000000A0003"));
     EXPECT_TRUE(t->removeApplication("0000000A0001"));

@@ -301,4 +301,9 @@ TEST(Sections, FreshTablesAndEntriesRenderTheirDefaults) {
           TTOTTable(nullptr, 0).toJSON(), TPATTable(nullptr, 0).toJSON()})
         EXPECT_TRUE(onlyZeros(json)) << json;
     EXPECT_EQ(ait.getApplication("")->getApplicationType(), 0);
+    // A null entry is not added.
+    nit.addTransportStreamInfo(nullptr);
+    sdt.addServiceDescription(nullptr);
+    EXPECT_EQ(nit.getTransportStreamLoopSize(), 1);
+    EXPECT_EQ(sdt.size(), 1);
 }
