@@ -415,12 +415,20 @@ TEST(DsmccSection, DsiDiiAndDdbAreKeptWithoutParsing) {
     EXPECT_TRUE(log.lines().empty());
 }
 
-TEST(DataTables, FreshTablesAndEntriesRenderZeros) {
-    TSDTTTable sdtt(nullptr, 0);
-    sdtt.addDownloadContent(new TDownloadContent());
-    TDCTTable dct(nullptr, 0);
-    dct.addDatacasterCarousel(new TDatacasterCarousel());
+TEST(DataTables, FreshTablesAndEntriesRenderZerosAndParsedOnesFreeWhatTheyHold) {
+    TSDTTTable fresh(nullptr, 0);
+    fresh.addDownloadContent(new TDownloadContent());
+    TDCTTable carousels(nullptr, 0);
+    carousels.addDatacasterCarousel(new TDatacasterCarousel());
     for (const std::string& text :
-         {sdttText(sdtt), dctText(dct), dsmccText(TDSMCCSectionTable(nullptr, 0))})
+         {sdttText(fresh), dctText(carousels), dsmccText(TDSMCCSectionTable(nullptr, 0))})
         EXPECT_TRUE(onlyZeros(text)) << text;
+    // A download content with schedules and a descriptor, two carousels, a
+    // DSM-CC section with every stream descriptor.
+    EXPECT_TRUE(leavesTheHeapAsItWas(sdtt(join({fixedFields(2),
+                                                {0x00, 0x00, 0x00, 0x00, 0x02, 0x88, 0x00, 0x10},
+                                                {0xEB, 0xE0, 0x12, 0x34, 0x56, 0x01, 0x30, 0x00},
+                                                downloadDescriptor(0x50),
+                                                kBareContent}))));
+    EXPECT_TRUE(leavesTheHeapAsItWas(dct(20, Bytes(10, 0x00) + Bytes(10, 0x00))));
 }

@@ -9,7 +9,7 @@
 
 #include "LogCapture.h"
 #include "ParseSection.h"
-#include "Sections.h"
+#include "SectionParse.h"
 
 using namespace Sarn;
 
@@ -184,6 +184,7 @@ TEST(SICaptures, EverySectionHasItsExpectedOutcome) {
             crc = crc << 8 | s.bytes[i];
         EXPECT_EQ(crc, want.crc);
 
+        EXPECT_TRUE(leavesTheHeapAsItWas(s.bytes, s.pid));
         LogCapture log;
         unsigned short code = 0xEEEE;
         std::unique_ptr<TISDBTTable> t(

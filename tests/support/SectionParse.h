@@ -46,4 +46,21 @@ inline bool onlyZeros(std::string text) {
     return text.find_first_of("123456789") == std::string::npos;
 }
 
+/** The blocks from the global operator new not yet deleted (tests/support/HeapCount.cpp). */
+long heapBlocksAlive();
+
+/**
+ * Whether parsing the section and deleting its table leave as many blocks
+ * alive as before; the second of two runs is counted, so that what a first
+ * run sets up for good does not count. No LogCapture may be alive (its lines
+ * stay).
+ */
+inline bool leavesTheHeapAsItWas(Bytes b, unsigned int pid = 0x0012) {
+    unsigned short code = 0;
+    delete Sarn::parseSection(b.data(), length(b), 1, &code, pid);
+    const long before = heapBlocksAlive();
+    delete Sarn::parseSection(b.data(), length(b), 1, &code, pid);
+    return heapBlocksAlive() == before;
+}
+
 #endif
