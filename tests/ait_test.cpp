@@ -162,6 +162,10 @@ TEST(AIT, GingaNclSectionEndToEnd) {
     EXPECT_EQ(inherited.getDescriptorTags(), (std::list<unsigned char>{0x02, 0x06, 0x0F}));
     EXPECT_EQ(own.getDescriptorTags(), (std::list<unsigned char>{0x0F}));
     EXPECT_EQ(own.getTransportProtocolDescriptor(1, nullptr), nullptr);
+    EXPECT_EQ(own.getHashID() + " " + std::to_string(own.getControlCode()) + " " +
+                  std::to_string(own.getRecommendedResolution()) + " " +
+                  std::to_string(own.getApplicationType()),
+              "0000000A0002 2 3 9");
 }
 
 TEST(AIT, EveryKindInSlotOrderAndCopiesOfEachGingaVariant) {

@@ -100,6 +100,8 @@ TEST(Sections, HeaderChecksInOrder) {
     unsigned short remaining = 0;
     EXPECT_FALSE(table.parseCommonHeader(seven.data(), 7, 0, &code, &remaining, nullptr));
     EXPECT_EQ(code, ERROR_SECTION_LENGTH);
+    EXPECT_EQ(log.texts().back(),
+              warnLine("TISDBTTable::parse: Section length exceeds data length. Aborting!"));
     seven.push_back(0x00);
     code = 99;
     EXPECT_TRUE(table.parseCommonHeader(seven.data(), 8, 0, &code, &remaining, nullptr));
