@@ -158,6 +158,8 @@ TEST(AIT, GingaNclSectionEndToEnd) {
     // (and without a parent, nothing more to inherit).
     TApplication inherited(html5, 1);
     TApplication own(html5, 0);
+    // A copy points into the same bytes as its original.
+    EXPECT_EQ(own.getData(), html5->getData());
     delete t;
     EXPECT_EQ(inherited.getDescriptorTags(), (std::list<unsigned char>{0x02, 0x06, 0x0F}));
     EXPECT_EQ(own.getDescriptorTags(), (std::list<unsigned char>{0x0F}));

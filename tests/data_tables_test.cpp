@@ -175,6 +175,12 @@ TEST(SDTT, ContentsSchedulesAndDescriptors) {
                {0xEB, 0xE0, 0x12, 0x00, 0x00, 0x00, 0x01, 0x00, 0x40, 0x02, 0x00, 0x00}}),
          "null code=2570" + kWarn + "TDownloadContent::parse: Item length not valid: 4. Aborting!" +
              invalid},
+        // schedule_description_length 9: one schedule, then one more is due.
+        {join({fixedFields(1),
+               {0x00, 0x00, 0x00, 0x00, 0x00, 0x80, 0x00, 0x90},
+               {0xEB, 0xE0, 0x12, 0x00, 0x00, 0x00, 0x01, 0x00}}),
+         "null code=2570" + kWarn + "TDownloadContent::parse: Item length not valid: 0. Aborting!" +
+             invalid},
         // A download content descriptor one byte short of its fixed part.
         {join({fixedFields(1),
                {0x00, 0x00, 0x00, 0x00, 0x01, 0x3F, 0x00, 0x00},
