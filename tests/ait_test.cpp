@@ -379,7 +379,6 @@ TEST(AIT, RepeatsDuplicatesAndHtml5Lookups) {
     t = parse(b, &code);
     ASSERT_NE(t, nullptr);
     EXPECT_EQ(t->getDescriptorTags(), (std::list<unsigned char>{0x0F}));
-    EXPECT_NE(t->getGingaApplicationLocationDescriptor(), nullptr);
     EXPECT_EQ(t->getDescriptor(0x0F), nullptr);
     TApplication* onlyApp = t->getApplication("0000000A0001");
     EXPECT_EQ(onlyApp->getDescriptorTags(), (std::list<unsigned char>{0x0E}));
