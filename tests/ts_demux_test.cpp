@@ -227,6 +227,10 @@ TEST(TsDemux, PacketSizesAndResync) {
     EXPECT_EQ(TsDemux::findSync(packets[0].data(), 188, false, &offset), 0u);
     EXPECT_EQ(offset, 0u);
     EXPECT_EQ(TsDemux::findSync(packets[0].data(), 188, true, &offset), 188u);
+    // Four sync bytes in step are not yet a run.
+    const Bytes four = concat({packets[0], packets[1], packets[2], packets[3], Bytes(188, 0)});
+    EXPECT_EQ(TsDemux::findSync(four.data(), four.size(), false, &offset), 0u);
+    EXPECT_EQ(offset, four.size());
     const Bytes text(400, 'x');
     EXPECT_EQ(TsDemux::findSync(text.data(), text.size(), true, &offset), 0u);
     EXPECT_EQ(offset, 400u);
@@ -241,10 +245,15 @@ TEST(TsDemux, LearnsPidsFromPatAndPmt) {
                                  0xE9, 0x02, 0xF0, 0x00, 0x0D, 0xE9, 0x03, 0xF0, 0x00});
     const Bytes ait = section(0x74, 10), dii = section(0x3B, 10), pat100 = pat({0x100});
 
-    // An AIT ahead of the PMT that announces it is held until then.
-    auto r = run(join({sent(0x901, ait, 0), sent(0, pat100, 0), sent(0x100, pmt, 0),
-                       sent(0x111, section(0x02, 10), 0), sent(0x901, ait, 1), sent(0x902, dii, 0),
-                       sent(0x903, dii, 0), sent(0x904, dii, 0)}));
+    // An AIT ahead of the PMT that announces it is held until then; a
+    // section without section_syntax_indicator is not.
+    Bytes shortForm = section(0x3B, 300);
+    shortForm[1] &= 0x7F;
+    shortForm = withCrc(Bytes(shortForm.begin(), shortForm.end() - 4));
+    auto r =
+        run(join({concat(packetize(0x902, {shortForm})), sent(0x901, ait, 0), sent(0, pat100, 0),
+                  sent(0x100, pmt, 0), sent(0x111, section(0x02, 10), 0), sent(0x901, ait, 1),
+                  sent(0x902, dii, 0), sent(0x903, dii, 0), sent(0x904, dii, 0)}));
     EXPECT_EQ(
         r->sink.got,
         (Got{{0, pat100}, {0x100, pmt}, {0x901, ait}, {0x901, ait}, {0x902, dii}, {0x903, dii}}));
@@ -255,6 +264,10 @@ TEST(TsDemux, LearnsPidsFromPatAndPmt) {
     EXPECT_EQ(psi.role(0x903), PidRole::Dsmcc);
     EXPECT_EQ(psi.role(0x111), PidRole::None);
     EXPECT_EQ(r->demux.followedPids(), (std::vector<unsigned int>{0, 0x100, 0x901, 0x902, 0x903}));
+    // At most 64 KiB of sections are held per PID: fifteen of the largest.
+    r = run(join({concat(packetize(0x901, std::vector<Bytes>(16, section(0x74, 4086)))),
+                  sent(0, pat100, 0), sent(0x100, pmt, 0)}));
+    EXPECT_EQ(r->sink.got.size(), 2u + 15u);
 
     // A PMT before the PAT is held and handed on right after it. A section
     // with a bad CRC on an unknown PID is not held; a PAT with a bad CRC
@@ -269,8 +282,13 @@ TEST(TsDemux, LearnsPidsFromPatAndPmt) {
     EXPECT_FALSE(r->demux.psi().settled());  // no good PMT on 0x200 yet
     EXPECT_EQ(r->demux.psi().role(0x300), PidRole::None);
 
-    // Dumps: the PID that a section most probably came from.
+    // Program 0 names the network PID; a section shorter than its header has no size.
     PsiLearner learner;
+    const Bytes network = longSection(0x00, 1, 0, {0x00, 0x00, 0xE0, 0x1F});
+    EXPECT_TRUE(learner.learn(0, network.data(), length(network)));
+    EXPECT_EQ(learner.role(0x1F), PidRole::Network);
+    EXPECT_EQ(checkedSectionSize(network.data(), 2), 0u);
+    // Dumps: the PID that a section most probably came from.
     const Bytes p = pat({0x1F0});
     EXPECT_EQ(learner.guessPid(p.data(), length(p)), 0u);
     EXPECT_EQ(learner.guessPid(pmt.data(), 12), kNullPid);  // no PAT yet
@@ -282,9 +300,10 @@ TEST(TsDemux, LearnsPidsFromPatAndPmt) {
     EXPECT_TRUE(learner.settled());
     EXPECT_EQ(learner.guessPid(ait.data(), 12), 0x901u);
     EXPECT_EQ(learner.guessPid(dii.data(), 12), 0x902u);
-    const unsigned char tot = 0x73, eitOther = 0x6F, bat = 0x4A, dct = 0x99;
-    EXPECT_EQ(learner.guessPid(&tot, 1), 0x14u);
-    EXPECT_EQ(learner.guessPid(&eitOther, 1), 0x12u);
-    EXPECT_EQ(learner.guessPid(&bat, 1), 0x11u);
-    EXPECT_EQ(learner.guessPid(&dct, 1), kNullPid);
+    const unsigned char tids[] = {0x01, 0x41, 0x46, 0x4A, 0x4E, 0x6F, 0x70, 0x73, 0xC3, 0x3D, 0x99};
+    const unsigned int pids[] = {0x01, 0x10, 0x11, 0x11,  0x12,    0x12,
+                                 0x14, 0x14, 0x23, 0x902, kNullPid};
+    for (size_t i = 0; i < sizeof tids; ++i)
+        EXPECT_EQ(learner.guessPid(&tids[i], 1), pids[i]) << int{tids[i]};
+    EXPECT_EQ(learner.guessPid(pmt.data(), 4), kNullPid);
 }
