@@ -191,36 +191,42 @@ TEST(SarnDump, TextConversionAndJsonLines) {
 
 TEST(SarnDump, RepeatsAreSuppressedPerSection) {
     // PAT of TS 1, section `number` of 0..1, program 5 on PMT PID 0x100 + pmt.
-    auto pat = [](unsigned char version, unsigned char number, unsigned char pmt) {
-        return longSection(0x00, 1, version, {0x00, 0x05, 0xE1, pmt}, number, 1);
+    auto pat = [](unsigned char version, unsigned char number, unsigned char pmt,
+                  unsigned short ts = 1) {
+        return longSection(0x00, ts, version, {0x00, 0x05, 0xE1, pmt}, number, 1);
     };
     Bytes s0 = pat(2, 0, 0x00), s1 = pat(2, 1, 0x01), s1v3 = pat(3, 1, 0x01), bad = pat(4, 0, 0x00);
-    Bytes tiny = {0x00, 0xB0};
+    Bytes ts2 = pat(3, 1, 0x01, 2), tiny = {0x00, 0xB0},
+          header = {0x00, 0xB0, 0x05, 0x00, 0x01, 0xC1, 0x03, 0x03};
     bad.back() ^= 0xFF;
     const std::string json =
         "{\"transportStreamId\":1,\"programs\":[{\"programNumber\":5,"
         "\"networkPid\":0,\"programMapPid\":25";
     SectionDispatch dispatch;
     // A later section is compared by the tool as the library compares the
-    // first; the same section on another PID is another table.
+    // first; the same section of another transport stream or on another PID
+    // is another table.
     for (const auto& step : std::vector<std::tuple<Bytes*, unsigned int, bool, int, std::string>>{
              {&s0, 0, true, 0, json + "6}]}"},
              {&s0, 0, true, Sarn::ERROR_TABLE_UNCHANGED, ""},
              {&s1, 0, true, 0, json + "7}]}"},
              {&s1, 0, true, Sarn::ERROR_TABLE_UNCHANGED, ""},
              {&s1v3, 0, true, 0, json + "7}]}"},
+             {&ts2, 0, true, 0, "{\"transportStreamId\":2" + json.substr(json.find(',')) + "7}]}"},
+             {&s1v3, 0, true, Sarn::ERROR_TABLE_UNCHANGED, ""},
              {&s0, 0, true, Sarn::ERROR_TABLE_UNCHANGED, ""},
              {&s0, 0x10, false, 0, ""},
              {&bad, 0, true, Sarn::ERROR_CRC32, ""},
              {&s0, 0, true, Sarn::ERROR_TABLE_UNCHANGED, ""},
              {&tiny, 0, false, 0, ""},
+             {&header, 0, true, Sarn::ERROR_DATA_TOO_SHORT, ""},
          }) {
         Bytes& section = *std::get<0>(step);
         const SectionResult r = dispatch.handle(std::get<1>(step), section.data(), length(section));
         EXPECT_EQ(r.known, std::get<2>(step));
         EXPECT_EQ(r.error, std::get<3>(step));
         EXPECT_EQ(r.json, std::get<4>(step));
-        EXPECT_EQ(r.sectionNumber, section.size() > 8 ? section[6] : 0u);
+        EXPECT_EQ(r.sectionNumber, section.size() >= 8 ? section[6] : 0u);
     }
 }
 

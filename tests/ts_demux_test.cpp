@@ -300,5 +300,9 @@ TEST(TsDemux, LearnsPidsFromPatAndPmt) {
                                  0x14, 0x14, 0x23, 0x902, kNullPid};
     for (size_t i = 0; i < sizeof tids; ++i)
         EXPECT_EQ(learner.guessPid(&tids[i], 1), pids[i]) << int{tids[i]};
+    // A new PAT version moves program 1 to another PMT PID.
+    const Bytes moved = pat({0x1F1}, 1);
+    EXPECT_TRUE(learner.learn(0, moved.data(), length(moved)));
+    EXPECT_EQ(learner.guessPid(pmt.data(), 12), 0x1F1u);
     EXPECT_EQ(learner.guessPid(pmt.data(), 4), kNullPid);
 }
