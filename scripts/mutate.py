@@ -239,9 +239,22 @@ def reachable_sources():
     return sorted(seen)
 
 
+def outside_sources(patterns):
+    """The source files outside src/ that a pattern names by its first
+    directory (tools/*, say): the tool's code, built into the test binary too."""
+    found = set()
+    for pattern in patterns:
+        top = pattern.split("/")[0]
+        if "/" in pattern and top != "src" and not any(c in top for c in "*?["):
+            for path in (ROOT / top).rglob("*"):
+                if path.suffix in (".cpp", ".h"):
+                    found.add(path)
+    return sorted(found)
+
+
 def collect(patterns):
     files = []
-    for path in reachable_sources():
+    for path in reachable_sources() + outside_sources(patterns):
         rel = path.relative_to(ROOT).as_posix()
         if any(fnmatch.fnmatch(rel, p) for p in patterns):
             files.append(path.relative_to(ROOT))
@@ -326,8 +339,8 @@ def show(text):
     return " / ".join(part.strip() for part in text.split("\n") if part.strip()) or "(nothing)"
 
 
-def src_is_clean():
-    res = subprocess.run(["git", "status", "--porcelain", "--", "src"], cwd=ROOT,
+def src_is_clean(dirs):
+    res = subprocess.run(["git", "status", "--porcelain", "--"] + dirs, cwd=ROOT,
                          capture_output=True, text=True)
     if res.returncode != 0:
         sys.exit("mutate.py: not a git work tree: " + res.stderr.strip())
@@ -342,7 +355,7 @@ def main():
     ap.add_argument("--count", type=int, default=10, help="mutants to test")
     ap.add_argument("--files", action="append", default=None, metavar="GLOB",
                     help="files to mutate, relative to the checkout (repeatable; "
-                         "default src/*.cpp and src/*.h, at any depth)")
+                         "default src/*.cpp and src/*.h, at any depth; tools/* for the tool)")
     ap.add_argument("--timeout", type=float, default=None,
                     help="seconds a test run may take (default: 5x the clean run, at least 30)")
     ap.add_argument("--build-timeout", type=float, default=900, help="seconds a rebuild may take")
@@ -373,10 +386,12 @@ def main():
             print(f"{m.where()} ({m.kind}) {show(m.before)}  ->  {show(m.after)}")
         return 0
 
-    dirty = src_is_clean()
+    dirs = sorted({f.parts[0] for f in files} | {"src"})
+    dirty = src_is_clean(dirs)
     if dirty:
-        sys.exit("mutate.py: src/ has uncommitted changes; commit or stash them first "
-                 "(a run killed hard leaves its mutant: git checkout -- src)\n" + dirty)
+        sys.exit(f"mutate.py: {', '.join(dirs)} has uncommitted changes; commit or stash them "
+                 f"first (a run killed hard leaves its mutant: git checkout -- {' '.join(dirs)})\n"
+                 + dirty)
     runner = Runner(args)
     if not (runner.build_dir / "CMakeCache.txt").exists():
         sys.exit(f"mutate.py: {runner.build_dir} is not a configured build directory")

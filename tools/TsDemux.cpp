@@ -202,7 +202,13 @@ unsigned int TsDemux::findSync(const unsigned char* data, size_t length, bool co
             if (broken)
                 continue;
             if (run == kSyncRun) {
-                // The four-byte prefix of a 192-byte packet may hold 0x47 too.
+                // The four-byte prefix of a 192-byte packet may hold 0x47 too:
+                // whether the run four bytes on goes as far is known only once
+                // its last sync byte is in.
+                if (s == 192 && !complete && o + 4 + (kSyncRun - 1) * s >= length) {
+                    *offset = o;
+                    return 0;
+                }
                 *offset = s == 192 && runsFrom(data, length, o + 4, s) ? o + 4 : o;
                 return s;
             }
