@@ -63,7 +63,7 @@ using SectionSet = std::vector<const Section*>;
 // toJSON of the real mix, ns/section, with the library as it was when this
 // program was added, on the machine bench/README.md names; on another machine
 // measure the baseline there and pass it with --tojson-baseline.
-constexpr double kToJsonBaselineNs = 0;
+constexpr double kToJsonBaselineNs = 940;
 
 struct Options {
     bool lenient = false;
@@ -707,7 +707,8 @@ int main(int argc, char** argv) {
         each1.push_back(&r);
     each1.push_back(&sched);
     for (const Row* r : each1) {
-        each += format("%s%s %.2fx", each.empty() ? "" : ", ", r->name.c_str(), r->ratio());
+        each += format("%s%s ", each.empty() ? "" : ", ", r->name.c_str()) +
+                (r->alike > 0 ? format("%.2fx", r->ratio()) : std::string("none timed"));
         allMet = allMet && r->alike > 0 && r->ratio() >= 1.2;
     }
     std::printf("- every kind and the EIT schedule at least 1.2x: %s, %s\n", each.c_str(),
@@ -719,7 +720,8 @@ int main(int argc, char** argv) {
         met(mix.alike > 0 && mix.ours.calls * 2 <= mix.dvb.calls), mix.ours.bytes, mix.dvb.bytes);
     if (opt.toJsonBaselineNs > 0)
         std::printf(
-            "- toJSON of the real mix 1.5x faster than the baseline (%s per section): "
+            "- toJSON of the real mix 1.5x faster than the baseline (%s per section, "
+            "--tojson-baseline): "
             "%.2fx, %s\n",
             timeText(opt.toJsonBaselineNs).c_str(), opt.toJsonBaselineNs / toJsonNs,
             met(toJsonNs > 0 && opt.toJsonBaselineNs >= 1.5 * toJsonNs));
