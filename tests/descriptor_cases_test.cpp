@@ -4,8 +4,6 @@
 // that the JSON does not.
 #include <gtest/gtest.h>
 
-#include <cstdio>   // TMPGEN
-#include <cstdlib>  // TMPGEN
 #include <sstream>
 #include <type_traits>
 
@@ -216,27 +214,39 @@ std::string extras(const TCarouselIdentifierDescriptor& d) {
     return cat(d.getFormatID()) + hexOf(d.getPrivateData(), d.getPrivateDataSize());
 }
 
-// describe() of DescriptorParse.h, then " |" and what the JSON leaves out
-// (the tag where the JSON has none, and the extras of the class), then each
+// What the JSON leaves out, after " |": the tag where the JSON has none,
+// and the extras of the class.
+template <typename T>
+std::string hidden(const T& d, const std::string& shown) {
+    std::string more = extras(d);
+    if (shown.find("\"descriptor_tag\":") == std::string::npos)
+        more = cat(d.getDescriptorTag()) + more;
+    return more.empty() ? "" : " |" + more;
+}
+
+// describe() of DescriptorParse.h and what the JSON leaves out, then each
 // line logged as "<priority> <text>" on a line of its own.
 template <typename T>
 std::string run(Bytes b) {
     LogCapture log;
     ParsedDescriptor<T> p(std::move(b));
     std::string s = describe(p);
-    if (p.d != nullptr) {
-        std::string more = extras(*p.d);
-        if (s.find("\"descriptor_tag\":") == std::string::npos)
-            more = cat(p.d->getDescriptorTag()) + more;
-        if (!more.empty())
-            s += " |" + more;
-    }
+    if (p.d != nullptr)
+        s += hidden(*p.d, s);
     const std::string tag = "SarnISDBTUtils: ";
     for (const LogLine& line : log.lines())
         s +=
             "\n" + std::to_string(line.priority) + " " +
             (line.text.compare(0, tag.size(), tag) == 0 ? line.text.substr(tag.size()) : line.text);
     return s;
+}
+
+// An object made by its constructor over the bytes, before any parsing.
+template <typename T>
+std::string made(Bytes b) {
+    T d(b.data(), length(b));
+    const std::string s = d.toJSON();
+    return s + hidden(d, s);
 }
 
 struct Case {
@@ -403,194 +413,202 @@ TEST(DescriptorCases, TransportProtocol) {
 5 TApplicationNameDescriptorItem:: parse: ERROR: parsing Name. Aborting!)"},
         {run<TTransportProtocolDescriptor>, "02 08 0002 07 80 0001 0002", R"(null code=2563
 5 TTransportProtocolDescriptorIP::parse: Item length not valid: 4. Aborting!)"},
+        {run<TTransportProtocolDescriptor>, "02 0B 0002 07 80 0001 0002 0003 80",
+         R"(read=11 "errors":0,"descriptor_tag":2,"descriptor_length":11,"protocol_id":2,"transport_protocol_label":7 | 2 2 7 1 1 2 3 1 0)"},
         {run<TTransportProtocolDescriptor>, "02 0A 0002 07 80 0001 0002 0003", R"(null code=2563
 5 TTransportProtocolDescriptorIP::parse: Item length not valid: 6. Aborting!)"},
     });
 }
 
 TEST(DescriptorCases, ServiceInformation) {
-    expectCases(
-        {
-            // Plain 8-bit Latin with a shift code in the middle.
-            {run<TNetworkNameDescriptor>, "40 0E 'TV ' 0E 'INTEGRA' C7 C3 'O'",
-             "read=14 \"name\":\"networkNameDescriptor\",\"networkName\":\"TV INTEGRA\xC7\xC3O\" | "
-             "64"},
-            {run<TNetworkNameDescriptor>, "40 00",
-             R"(read=0 "name":"networkNameDescriptor","networkName":"" | 64)"},
-            {run<TNetworkNameDescriptor>, "41 00", R"(null code=2567
+    expectCases({
+        // Plain 8-bit Latin with a shift code in the middle.
+        {run<TNetworkNameDescriptor>, "40 0E 'TV ' 0E 'INTEGRA' C7 C3 'O'",
+         "read=14 \"name\":\"networkNameDescriptor\",\"networkName\":\"TV INTEGRA\xC7\xC3O\" | "
+         "64"},
+        {run<TNetworkNameDescriptor>, "40 00",
+         R"(read=0 "name":"networkNameDescriptor","networkName":"" | 64)"},
+        {run<TNetworkNameDescriptor>, "41 00", R"(null code=2567
 5 TISDBTDescriptor::parseCommonHeader: (3) Unexpected Descriptor Tag. Got 0x41, instead of 0x40. Aborting!)"},
-            // The byte count is the two names with their length bytes.
-            {run<TServiceDescriptor>, "48 0E 01 04 'SARN' 07 'SARN HD'",
-             R"(read=13 "name":"serviceDescriptor","serviceType":1,"serviceProvider":"SARN","serviceName":"SARN HD" | 72)"},
-            {run<TServiceDescriptor>, "48 05 01 03 'ABC'", R"(null code=2568
+        // The byte count is the two names with their length bytes.
+        {run<TServiceDescriptor>, "48 0E 01 04 'SARN' 07 'SARN HD'",
+         R"(read=13 "name":"serviceDescriptor","serviceType":1,"serviceProvider":"SARN","serviceName":"SARN HD" | 72)"},
+        {run<TServiceDescriptor>, "48 05 01 03 'ABC'", R"(null code=2568
 5 TServiceDescriptor::parse: Longer data length is required: 0 < 1. Aborting!)"},
-            {run<TServiceDescriptor>, "48 04 01 05 'AB'", R"(null code=2569
+        {run<TServiceDescriptor>, "48 04 01 05 'AB'", R"(null code=2569
 5 ParserUtils::parseStr: ERROR: String length exceeds available data length: 5 > 2. Aborting!
 5 TServiceDescriptor:: parse: ERROR: parsing Service Provider Name. Aborting!)"},
-            {run<TServiceDescriptor>, "48 05 01 00 03 'AB'", R"(null code=2569
+        {run<TServiceDescriptor>, "48 05 01 00 03 'AB'", R"(null code=2569
 5 ParserUtils::parseStr: ERROR: String length exceeds available data length: 3 > 2. Aborting!
 5 TServiceDescriptor:: parse: ERROR: parsing Service Name. Aborting!)"},
-            // Name: shift code dropped, quote escaped; description: backslash
-            // escaped, LF and A1 kept, A0 dropped.
-            {run<TShortEventDescriptor>, "4D 11 'por' 06 0E 'News' 22 06 'a' 5C 'b' 0A A0 A1",
-             "read=19 "
-             "\"errors\":0,\"descriptor_tag\":77,\"descriptor_length\":17,\"ISO_639_language_"
-             "code\":\"por\",\"event_name\":\"News\\\"\",\"event_description\":\"a\\\\b\n\xA1\""},
-            {run<TShortEventDescriptor>, "4D 05 'jpn' 00 00",
-             R"(read=7 "errors":0,"descriptor_tag":77,"descriptor_length":5,"ISO_639_language_code":"jpn","event_name":"","event_description":"")"},
-            {run<TShortEventDescriptor>, "4D 08 'por' 09 'abcd'", R"(null code=2569
+        // Name: shift code dropped, quote escaped; description: backslash
+        // escaped, LF and A1 kept, A0 dropped.
+        {run<TShortEventDescriptor>, "4D 11 'por' 06 0E 'News' 22 06 'a' 5C 'b' 0A A0 A1",
+         "read=19 "
+         "\"errors\":0,\"descriptor_tag\":77,\"descriptor_length\":17,\"ISO_639_language_"
+         "code\":\"por\",\"event_name\":\"News\\\"\",\"event_description\":\"a\\\\b\n\xA1\""},
+        {run<TShortEventDescriptor>, "4D 05 'jpn' 00 00",
+         R"(read=7 "errors":0,"descriptor_tag":77,"descriptor_length":5,"ISO_639_language_code":"jpn","event_name":"","event_description":"")"},
+        {run<TShortEventDescriptor>, "4D 08 'por' 09 'abcd'", R"(null code=2569
 5 ParserUtils::parseStr: ERROR: String length exceeds available data length: 9 > 4. Aborting!
 5 TShortEventDescriptor:: parse: ERROR: parsing Event name. Aborting! l_iStrLength: -1 event_name_lentgth: 9)"},
-            {run<TShortEventDescriptor>, "4D 07 'por' 00 03 'xy'", R"(null code=2569
+        {run<TShortEventDescriptor>, "4D 07 'por' 00 03 'xy'", R"(null code=2569
 5 ParserUtils::parseStr: ERROR: String length exceeds available data length: 3 > 2. Aborting!
 5 TShortEventDescriptor:: parse: ERROR: parsing Event description. Aborting! l_iStrLength: -1 event_descr_length: 3)"},
-            {run<TShortEventDescriptor>, "4D 04 'por' 00", R"(null code=2568
+        {run<TShortEventDescriptor>, "4D 04 'por' 00", R"(null code=2568
 5 TISDBTDescriptor::parseCommonHeader: (2) Longer data length is required: 6 < 7. Aborting!)"},
-            // Items and text; the byte count is two less than the bytes on the wire.
-            {run<TExtendedEventDescriptor>,
-             "4E 21 12 'por' 17 07 'Diretor' 03 'Ana' 06 'Elenco' 03 'B' 22 'C' 04 'Fim.'",
-             R"(read=33 "errors":0,"descriptor_tag":78,"descriptor_length":33,"descriptor_number":1,"last_descriptor_number":2,"ISO_639_language_code":"por","items":["Diretor : Ana","Elenco : B\"C"],"text":"Fim.")"},
-            {run<TExtendedEventDescriptor>, "4E 06 00 'por' 00 00",
-             R"(read=6 "errors":0,"descriptor_tag":78,"descriptor_length":6,"descriptor_number":0,"last_descriptor_number":0,"ISO_639_language_code":"por","items":[],"text":"")"},
-            // No text length byte; items past the bytes; a description past the
-            // bytes; no item text length; text past the descriptor.
-            {run<TExtendedEventDescriptor>, "4E 09 00 'por' 04 01 'a' 01 'b'", R"(null code=2563
+        // Items and text; the byte count is two less than the bytes on the wire.
+        {run<TExtendedEventDescriptor>,
+         "4E 21 12 'por' 17 07 'Diretor' 03 'Ana' 06 'Elenco' 03 'B' 22 'C' 04 'Fim.'",
+         R"(read=33 "errors":0,"descriptor_tag":78,"descriptor_length":33,"descriptor_number":1,"last_descriptor_number":2,"ISO_639_language_code":"por","items":["Diretor : Ana","Elenco : B\"C"],"text":"Fim.")"},
+        // A control byte in a language code leaves it short.
+        {run<TExtendedEventDescriptor>, "4E 06 00 'p' 0E 'r' 00 00",
+         R"(read=6 "errors":0,"descriptor_tag":78,"descriptor_length":6,"descriptor_number":0,"last_descriptor_number":0,"ISO_639_language_code":"pr","items":[],"text":"")"},
+        {run<TShortEventDescriptor>, "4D 05 'p' 0E 'r' 00 00",
+         R"(read=7 "errors":0,"descriptor_tag":77,"descriptor_length":5,"ISO_639_language_code":"pr","event_name":"","event_description":"")"},
+        {run<TComponentDescriptor>, "50 06 01 03 01 'j' 0E 'n'",
+         R"(read=3 "name":"componentDescriptor","streamContent":1,"componentType":3,"componentTag":1,"iso639LanguageCode":"jn","text":"" | 80 259)"},
+        {run<TExtendedEventDescriptor>, "4E 06 00 'por' 00 00",
+         R"(read=6 "errors":0,"descriptor_tag":78,"descriptor_length":6,"descriptor_number":0,"last_descriptor_number":0,"ISO_639_language_code":"por","items":[],"text":"")"},
+        // No text length byte; items past the bytes; a description past the
+        // bytes; no item text length; text past the descriptor.
+        {run<TExtendedEventDescriptor>, "4E 09 00 'por' 04 01 'a' 01 'b'", R"(null code=2563
 5 TExtendedEventDescriptor::parse Missing bytes to read the text length field.)"},
-            {run<TExtendedEventDescriptor>, "4E 07 00 'por' 09 00 00", R"(null code=2562
+        {run<TExtendedEventDescriptor>, "4E 07 00 'por' 09 00 00", R"(null code=2562
 5 TExtendedEventDescriptor::parse Declared items length is larger than the buffer size (9 > 2))"},
-            {run<TExtendedEventDescriptor>, "4E 08 00 'por' 03 05 'a' 00", R"(null code=2562
+        {run<TExtendedEventDescriptor>, "4E 08 00 'por' 03 05 'a' 00", R"(null code=2562
 5 TExtendedEventDescriptorItem::parse Declared description length is larger than the buffer size (5 > 2))"},
-            {run<TExtendedEventDescriptor>, "4E 07 00 'por' 02 01 'a'", R"(null code=2563
+        {run<TExtendedEventDescriptor>, "4E 07 00 'por' 02 01 'a'", R"(null code=2563
 5 TExtendedEventDescriptorItem::parse Missing bytes to read the text length)"},
-            {run<TExtendedEventDescriptor>, "4E 07 00 'por' 00 05 'a'", R"(null code=2569
+        {run<TExtendedEventDescriptor>, "4E 07 00 'por' 00 05 'a'", R"(null code=2569
 5 ParserUtils::parseStr: ERROR: String length exceeds available data length: 5 > 1. Aborting!
 5 TExtendedEventDescriptor::parse error parsing text. Aborting!)"},
-            // A control byte in an item name shortens the step to the next item
-            // by one: 'B' (66) is then read as a length.
-            {run<TExtendedEventDescriptor>, "4E 0B 00 'por' 05 02 0E 'A' 01 'B' 00",
-             R"(null code=2562
+        // A control byte in an item name shortens the step to the next item
+        // by one: 'B' (66) is then read as a length.
+        {run<TExtendedEventDescriptor>, "4E 0B 00 'por' 05 02 0E 'A' 01 'B' 00",
+         R"(null code=2562
 5 TExtendedEventDescriptorItem::parse Declared description length is larger than the buffer size (66 > 1))"},
-            // Video 1080i with a text written unescaped.
-            {run<TComponentDescriptor>, "50 0C F1 B3 00 'por' 0E 22 'HD' 22 E9",
-             "read=9 "
-             "\"name\":\"componentDescriptor\",\"streamContent\":1,\"componentType\":179,"
-             "\"componentTag\":0,\"iso639LanguageCode\":\"por\",\"text\":\"\"HD\"\xE9\" | 80 435"},
-            {run<TComponentDescriptor>, "50 06 01 03 01 'jpn'",
-             R"(read=3 "name":"componentDescriptor","streamContent":1,"componentType":3,"componentTag":1,"iso639LanguageCode":"jpn","text":"" | 80 259)"},
-            {run<TComponentDescriptor>, "50 05 01 03 01 'jp'", R"(null code=2568
+        // Video 1080i with a text written unescaped.
+        {run<TComponentDescriptor>, "50 0C F1 B3 00 'por' 0E 22 'HD' 22 E9",
+         "read=9 "
+         "\"name\":\"componentDescriptor\",\"streamContent\":1,\"componentType\":179,"
+         "\"componentTag\":0,\"iso639LanguageCode\":\"por\",\"text\":\"\"HD\"\xE9\" | 80 435"},
+        {run<TComponentDescriptor>, "50 06 01 03 01 'jpn'",
+         R"(read=3 "name":"componentDescriptor","streamContent":1,"componentType":3,"componentTag":1,"iso639LanguageCode":"jpn","text":"" | 80 259)"},
+        {run<TComponentDescriptor>, "50 05 01 03 01 'jp'", R"(null code=2568
 5 TISDBTDescriptor::parseCommonHeader: (2) Longer data length is required: 7 < 8. Aborting!)"},
-            // The text keeps every byte; bilingual with both codes; bilingual
-            // without room for the second code.
-            {run<TAudioComponentDescriptor>, "C4 0D F2 03 10 11 FF 5F 'por' 'E' 0E 22 'o'",
-             "read=57005 "
-             "\"errors\":0,\"descriptor_tag\":196,\"descriptor_length\":13,\"stream_content\":2,"
-             "\"component_type\":3,\"component_tag\":16,\"stream_type\":17,\"simulcast_group_tag\":"
-             "255,\"ES_multi_lingual_flag\":0,\"main_component_flag\":1,\"quality_indicator\":1,"
-             "\"sampling_rate\":7,\"ISO_639_language_code\":\"por\",\"text\":\"E\x0E\"o\""},
-            {run<TAudioComponentDescriptor>, "C4 0D 02 02 10 11 00 FF 'jpneng' '!'",
-             R"(read=57005 "errors":0,"descriptor_tag":196,"descriptor_length":13,"stream_content":2,"component_type":2,"component_tag":16,"stream_type":17,"simulcast_group_tag":0,"ES_multi_lingual_flag":1,"main_component_flag":1,"quality_indicator":3,"sampling_rate":7,"ISO_639_language_code":"jpn","ISO_639_language_code_2":"eng","text":"!")"},
-            {run<TAudioComponentDescriptor>, "C4 0A 02 02 10 11 00 80 'jpn' 'e'",
-             R"(read=57005 "errors":0,"descriptor_tag":196,"descriptor_length":10,"stream_content":2,"component_type":2,"component_tag":16,"stream_type":17,"simulcast_group_tag":0,"ES_multi_lingual_flag":1,"main_component_flag":0,"quality_indicator":0,"sampling_rate":0,"ISO_639_language_code":"jpn","ISO_639_language_code_2":"","text":"")"},
-            {run<TAudioComponentDescriptor>, "C4 08 02 02 10 11 00 80 'jp'", R"(null code=2568
+        // The text keeps every byte; bilingual with both codes; bilingual
+        // without room for the second code.
+        {run<TAudioComponentDescriptor>, "C4 0D F2 03 10 11 FF 5F 'por' 'E' 0E 22 'o'",
+         "read=57005 "
+         "\"errors\":0,\"descriptor_tag\":196,\"descriptor_length\":13,\"stream_content\":2,"
+         "\"component_type\":3,\"component_tag\":16,\"stream_type\":17,\"simulcast_group_tag\":"
+         "255,\"ES_multi_lingual_flag\":0,\"main_component_flag\":1,\"quality_indicator\":1,"
+         "\"sampling_rate\":7,\"ISO_639_language_code\":\"por\",\"text\":\"E\x0E\"o\""},
+        {run<TAudioComponentDescriptor>, "C4 0D 02 02 10 11 00 FF 'jpneng' '!'",
+         R"(read=57005 "errors":0,"descriptor_tag":196,"descriptor_length":13,"stream_content":2,"component_type":2,"component_tag":16,"stream_type":17,"simulcast_group_tag":0,"ES_multi_lingual_flag":1,"main_component_flag":1,"quality_indicator":3,"sampling_rate":7,"ISO_639_language_code":"jpn","ISO_639_language_code_2":"eng","text":"!")"},
+        {run<TAudioComponentDescriptor>, "C4 0A 02 02 10 11 00 80 'jpn' 'e'",
+         R"(read=57005 "errors":0,"descriptor_tag":196,"descriptor_length":10,"stream_content":2,"component_type":2,"component_tag":16,"stream_type":17,"simulcast_group_tag":0,"ES_multi_lingual_flag":1,"main_component_flag":0,"quality_indicator":0,"sampling_rate":0,"ISO_639_language_code":"jpn","ISO_639_language_code_2":"","text":"")"},
+        {run<TAudioComponentDescriptor>, "C4 08 02 02 10 11 00 80 'jp'", R"(null code=2568
 5 TISDBTDescriptor::parseCommonHeader: (2) Longer data length is required: 10 < 11. Aborting!)"},
-            // The first genre counts; any tag and length are taken; neither the
-            // byte count nor the code is written on success.
-            {run<TContentDescriptor>, "54 04 12 AB 30 00",
-             R"(code=48879 read=57005 "errors":0,"descriptor_tag":84,"descriptor_length":4,"content_nibble_level_1":1,"content_nibble_level_2":2,"user_nibble":171)"},
-            {run<TContentDescriptor>, "4D 09 F0 01",
-             R"(code=48879 read=57005 "errors":0,"descriptor_tag":84,"descriptor_length":9,"content_nibble_level_1":15,"content_nibble_level_2":0,"user_nibble":1)"},
-            {run<TContentDescriptor>, "4D 09 F0", R"(null code=2563
+        // The first genre counts; any tag and length are taken; neither the
+        // byte count nor the code is written on success.
+        {run<TContentDescriptor>, "54 04 12 AB 30 00",
+         R"(code=48879 read=57005 "errors":0,"descriptor_tag":84,"descriptor_length":4,"content_nibble_level_1":1,"content_nibble_level_2":2,"user_nibble":171)"},
+        {run<TContentDescriptor>, "4D 09 F0 01",
+         R"(code=48879 read=57005 "errors":0,"descriptor_tag":84,"descriptor_length":9,"content_nibble_level_1":15,"content_nibble_level_2":0,"user_nibble":1)"},
+        {run<TContentDescriptor>, "4D 09 F0", R"(null code=2563
 5 TContentDescriptor::parse: Item length not valid: 3. Aborting!)"},
-            {run<TParentalRatingDescriptor>, "55 08 'BRA' 2A 'ARG' 01",
-             R"(read=8 "name:":"parentalRatingDescriptor","parentalRatings:":[{"countryCode":"BRA","rating":2},{"countryCode":"ARG","rating":0}] | 85 2 10 2 1 0)"},
-            {run<TParentalRatingDescriptor>, "55 00",
-             R"(read=0 "name:":"parentalRatingDescriptor","parentalRatings:":[] | 85 0)"},
-            {run<TParentalRatingDescriptor>, "55 07 'BRA' 02 'ARG'", R"(null code=2568
+        {run<TParentalRatingDescriptor>, "55 08 'BRA' 2A 'ARG' 01",
+         R"(read=8 "name:":"parentalRatingDescriptor","parentalRatings:":[{"countryCode":"BRA","rating":2},{"countryCode":"ARG","rating":0}] | 85 2 10 2 1 0)"},
+        {run<TParentalRatingDescriptor>, "55 00",
+         R"(read=0 "name:":"parentalRatingDescriptor","parentalRatings:":[] | 85 0)"},
+        {run<TParentalRatingDescriptor>, "55 07 'BRA' 02 'ARG'", R"(null code=2568
 5 TParentalRatingDescriptorItem::parse: Descriptor length not valid: 3. Aborting!
 5 TParentalRatingDescriptor::parse: Invalid item. Aborting!)"},
-            {run<TParentalRatingDescriptor>, "54 00", R"(null code=2567
+        {run<TParentalRatingDescriptor>, "54 00", R"(null code=2567
 5 TISDBTDescriptor::parseCommonHeader: (3) Unexpected Descriptor Tag. Got 0x54, instead of 0x55. Aborting!
 5 TParentalRatingDescriptor::parse: parseCommonHeader: Invalid item. Aborting!)"},
-            // Brazil three hours behind, two from 2016-10-16 (MJD 0xE14D); a
-            // region of Argentina ahead with minutes; Uruguay with odd minutes.
-            {run<TLocalTimeOffsetDescriptor>,
-             "58 27 'BRA' 03 0300 E14D 000000 0200 'ARG' 0A 0330 0000 123456 1030"
-             " 'URY' 05 0107 E14D 235959 0009",
-             R"(read=13 "errors":0,"descriptor_tag":88,"descriptor_length":39,"loop":[{"country_code":"ARG","country_region_id":2,"local_time_offset_polarity":0,"local_time_offset":"11:00","time_of_change":"1970-01-01 12:34:56","next_time_offset":"04:36"},{"country_code":"BRA","country_region_id":0,"local_time_offset_polarity":1,"local_time_offset":"03:00","time_of_change":"2016-10-16 00:00:00","next_time_offset":"02:00"},{"country_code":"URY","country_region_id":1,"local_time_offset_polarity":1,"local_time_offset":"01:00","time_of_change":"2016-10-16 23:59:59","next_time_offset":"00:00"}] | ARG 2 0 39600 45296 14976 BRA 0 1 10800 1476576000 7200 URY 1 1 4020 1476662399 540)"},
-            // A repeated country keeps the later entry.
-            {run<TLocalTimeOffsetDescriptor>,
-             "58 1A 'BRA' 03 0300 E14D 000000 0200 'BRA' 03 0200 E0A8 000000 0300",
-             R"(read=13 "errors":0,"descriptor_tag":88,"descriptor_length":26,"loop":[{"country_code":"BRA","country_region_id":0,"local_time_offset_polarity":1,"local_time_offset":"02:00","time_of_change":"2016-05-04 00:00:00","next_time_offset":"03:00"}] | BRA 0 1 7200 1462320000 10800)"},
-            // Eleven bytes hold no entry; an entry and a partial one.
-            {run<TLocalTimeOffsetDescriptor>, "58 0B 'BRA' 03 0300 E14D 000000", R"(null code=2568
+        // Brazil three hours behind, two from 2016-10-16 (MJD 0xE14D); a
+        // region of Argentina ahead with minutes; Uruguay with odd minutes.
+        {run<TLocalTimeOffsetDescriptor>,
+         "58 27 'BRA' 03 0300 E14D 000000 0200 'ARG' 0A 0330 0000 123456 1030"
+         " 'URY' 05 0107 E14D 235959 0009",
+         R"(read=13 "errors":0,"descriptor_tag":88,"descriptor_length":39,"loop":[{"country_code":"ARG","country_region_id":2,"local_time_offset_polarity":0,"local_time_offset":"11:00","time_of_change":"1970-01-01 12:34:56","next_time_offset":"04:36"},{"country_code":"BRA","country_region_id":0,"local_time_offset_polarity":1,"local_time_offset":"03:00","time_of_change":"2016-10-16 00:00:00","next_time_offset":"02:00"},{"country_code":"URY","country_region_id":1,"local_time_offset_polarity":1,"local_time_offset":"01:00","time_of_change":"2016-10-16 23:59:59","next_time_offset":"00:00"}] | ARG 2 0 39600 45296 14976 BRA 0 1 10800 1476576000 7200 URY 1 1 4020 1476662399 540)"},
+        // A repeated country keeps the later entry.
+        {run<TLocalTimeOffsetDescriptor>,
+         "58 1A 'BRA' 03 0300 E14D 000000 0200 'BRA' 03 0200 E0A8 000000 0300",
+         R"(read=13 "errors":0,"descriptor_tag":88,"descriptor_length":26,"loop":[{"country_code":"BRA","country_region_id":0,"local_time_offset_polarity":1,"local_time_offset":"02:00","time_of_change":"2016-05-04 00:00:00","next_time_offset":"03:00"}] | BRA 0 1 7200 1462320000 10800)"},
+        // Eleven bytes hold no entry; an entry and a partial one.
+        {run<TLocalTimeOffsetDescriptor>, "58 0B 'BRA' 03 0300 E14D 000000", R"(null code=2568
 5 TLocalTimeOffsetDescriptorItem::parse: Descriptor length not valid: 11. Aborting!
 5 TLocalTimeOffsetDescriptor::parse: Descriptor length not valid: 13. Aborting!)"},
-            {run<TLocalTimeOffsetDescriptor>, "58 10 'BRA' 03 0300 E14D 000000 0200 'ARG'",
-             R"(null code=2568
+        {run<TLocalTimeOffsetDescriptor>, "58 10 'BRA' 03 0300 E14D 000000 0200 'ARG'",
+         R"(null code=2568
 5 TLocalTimeOffsetDescriptorItem::parse: Descriptor length not valid: 3. Aborting!
 5 TLocalTimeOffsetDescriptor::parse: Descriptor length not valid: 18. Aborting!)"},
-            // Remote key 5, "SARN", layer A (one-seg) with one service, layer B
-            // with two; the trailing byte belongs to no transmission type.
-            {run<TTSInformationDescriptor>, "CD 11 05 12 'SARN' 0F 01 C858 AF 02 C840 C841 FF",
-             R"(read=18 "name":"tsInformationDescriptor","remoteControlKeyId":5,"tsName":"SARN","loop":[{"transmissionLayer":0,"modulationSystem":0,"serviceId":[51288]},{"transmissionLayer":2,"modulationSystem":2,"serviceId":[51264,51265]}] | 205 2 2 15 0 175 2)"},
-            // Three services announced, one there: the missing render as 0.
-            {run<TTSInformationDescriptor>, "CD 06 01 01 0F 03 C858",
-             R"(read=8 "name":"tsInformationDescriptor","remoteControlKeyId":1,"tsName":"","loop":[{"transmissionLayer":0,"modulationSystem":0,"serviceId":[51288,0,0]}] | 205 1 1 15 0)"},
-            {run<TTSInformationDescriptor>, "CD 05 07 05 'A' 5F 00",
-             R"(read=7 "name":"tsInformationDescriptor","remoteControlKeyId":7,"tsName":"A","loop":[{"transmissionLayer":1,"modulationSystem":1,"serviceId":[]}] | 205 1 1 95 1)"},
-            {run<TTSInformationDescriptor>, "CD 02 01 00",
-             R"(read=4 "name":"tsInformationDescriptor","remoteControlKeyId":1,"tsName":"","loop":[] | 205 0 0)"},
-            {run<TTSInformationDescriptor>, "CD 03 01 10 'S'", R"(null code=2569
+        // Remote key 5, "SARN", layer A (one-seg) with one service, layer B
+        // with two; the trailing byte belongs to no transmission type.
+        {run<TTSInformationDescriptor>, "CD 11 05 12 'SARN' 0F 01 C858 AF 02 C840 C841 FF",
+         R"(read=18 "name":"tsInformationDescriptor","remoteControlKeyId":5,"tsName":"SARN","loop":[{"transmissionLayer":0,"modulationSystem":0,"serviceId":[51288]},{"transmissionLayer":2,"modulationSystem":2,"serviceId":[51264,51265]}] | 205 2 2 15 0 175 2)"},
+        // Three services announced, one there: the missing render as 0.
+        {run<TTSInformationDescriptor>, "CD 06 01 01 0F 03 C858",
+         R"(read=8 "name":"tsInformationDescriptor","remoteControlKeyId":1,"tsName":"","loop":[{"transmissionLayer":0,"modulationSystem":0,"serviceId":[51288,0,0]}] | 205 1 1 15 0)"},
+        {run<TTSInformationDescriptor>, "CD 05 07 05 'A' 5F 00",
+         R"(read=7 "name":"tsInformationDescriptor","remoteControlKeyId":7,"tsName":"A","loop":[{"transmissionLayer":1,"modulationSystem":1,"serviceId":[]}] | 205 1 1 95 1)"},
+        {run<TTSInformationDescriptor>, "CD 02 01 00",
+         R"(read=4 "name":"tsInformationDescriptor","remoteControlKeyId":1,"tsName":"","loop":[] | 205 0 0)"},
+        {run<TTSInformationDescriptor>, "CD 03 01 10 'S'", R"(null code=2569
 5 ParserUtils::parseStr: ERROR: String length exceeds available data length: 4 > 1. Aborting!
 5 TTSInformationDescriptor:: parse: ERROR: parsing TS Name. Aborting!)"},
-            {run<TTSInformationDescriptor>, "CD 03 01 01 0F", R"(null code=2568
+        {run<TTSInformationDescriptor>, "CD 03 01 01 0F", R"(null code=2568
 5 TTSInformationDescriptorItem::parse: Item length not valid: 1. Aborting!
 5 TTSInformationDescriptor::parse: Invalid item. Aborting!)"},
-            // Copy freely (APS bits without a copy control type are ignored);
-            // then one generation, bitrate 50 and a component of its own.
-            {run<TDigitalCopyControlDescriptor>, "C1 01 03",
-             R"(read=1 "name":"digitalCopyControlDescriptor","digitalRecordingControlData":0,"maximumBitrateFlag":0,"componentControlFlag":0,"copyControlType":0,"apsControlData":0,"maximumBitrate":0,"loop":[] | 193)"},
-            {run<TDigitalCopyControlDescriptor>, "C1 06 BD 32 03 10 A6 28",
-             R"(read=6 "name":"digitalCopyControlDescriptor","digitalRecordingControlData":2,"maximumBitrateFlag":1,"componentControlFlag":1,"copyControlType":3,"apsControlData":1,"maximumBitrate":50,"loop":[{"digitalRecordingControlData":2,"maximumBitrateFlag":1,"copyControlType":1,"apsControlData":2,"maximumBitrate":40,"reservedFutureUse":[]}] | 193)"},
-            {run<TDigitalCopyControlDescriptor>, "C1 01 20", R"(null code=2568
+        // Copy freely (APS bits without a copy control type are ignored);
+        // then one generation, bitrate 50 and a component of its own.
+        {run<TDigitalCopyControlDescriptor>, "C1 01 03",
+         R"(read=1 "name":"digitalCopyControlDescriptor","digitalRecordingControlData":0,"maximumBitrateFlag":0,"componentControlFlag":0,"copyControlType":0,"apsControlData":0,"maximumBitrate":0,"loop":[] | 193)"},
+        {run<TDigitalCopyControlDescriptor>, "C1 06 BD 32 03 10 A6 28",
+         R"(read=6 "name":"digitalCopyControlDescriptor","digitalRecordingControlData":2,"maximumBitrateFlag":1,"componentControlFlag":1,"copyControlType":3,"apsControlData":1,"maximumBitrate":50,"loop":[{"digitalRecordingControlData":2,"maximumBitrateFlag":1,"copyControlType":1,"apsControlData":2,"maximumBitrate":40,"reservedFutureUse":[]}] | 193)"},
+        {run<TDigitalCopyControlDescriptor>, "C1 01 20", R"(null code=2568
 5 TDigitalCopyControlDescriptor::parse: Longer data length is required: 0 < 1. Aborting!)"},
-            {run<TDigitalCopyControlDescriptor>, "C1 01 10", R"(null code=2568
+        {run<TDigitalCopyControlDescriptor>, "C1 01 10", R"(null code=2568
 5 TDigitalCopyControlDescriptor::parse: Longer data length is required: 0 < 1. Aborting!)"},
-            {run<TDigitalCopyControlDescriptor>, "C1 04 10 05 01 00", R"(null code=2568
+        {run<TDigitalCopyControlDescriptor>, "C1 04 10 05 01 00", R"(null code=2568
 5 TDigitalCopyControlDescriptor::parse: Longer data length is required: 2 < 1. Aborting!)"},
-            // Two bytes declared, the item reads three: the counter wraps.
-            {run<TDigitalCopyControlDescriptor>, "C1 05 10 02 01 20 10", R"(null code=2568
+        // Two bytes declared, the item reads three: the counter wraps.
+        {run<TDigitalCopyControlDescriptor>, "C1 05 10 02 01 20 10", R"(null code=2568
 5 TDigitalCopyControlDescriptorItem::parse: Item length not valid: 0. Aborting!
 5 TDigitalCopyControlDescriptor::parse: Invalid item. Aborting!)"},
-            {run<TDigitalCopyControlDescriptor>, "C1 04 10 02 01 20", R"(null code=2568
+        {run<TDigitalCopyControlDescriptor>, "C1 04 10 02 01 20", R"(null code=2568
 5 TDigitalCopyControlDescriptorItem::parse: Longer data length is required: 0 < 1. Aborting!
 5 TDigitalCopyControlDescriptor::parse: Invalid item. Aborting!)"},
-            // The info text stops at the first zero byte or at the end.
-            {run<TDataComponentDescriptor>, "FD 02 000C",
-             R"(read=2 "name":"dataComponentDescriptor","dataComponentId":12,"additionalDataComponentInfo":"" | 253 null)"},
-            {run<TDataComponentDescriptor>, "FD 06 00A3 'AI' 00 'T'",
-             R"(read=6 "name":"dataComponentDescriptor","dataComponentId":163,"additionalDataComponentInfo":"AI" | 253 0x41490054)"},
-            {run<TDataComponentDescriptor>, "FD 04 0100 3D 2F",
-             R"(read=4 "name":"dataComponentDescriptor","dataComponentId":256,"additionalDataComponentInfo":"=/" | 253 0x3d2f)"},
-            // Two trailing bytes short of an entry are ignored.
-            {run<TISO639LanguageDescriptor>, "0A 0A 'por' 00 'eng' 03 AA BB",
-             R"(read=57005 "errors":0,"descriptor_tag":10,"descriptor_length":10,"language_loop":[{"language_code":"por","audio_type":0},{"language_code":"eng","audio_type":3}])"},
-            {run<TISO639LanguageDescriptor>, "0A 00",
-             R"(read=57005 "errors":0,"descriptor_tag":10,"descriptor_length":0,"language_loop":[])"},
-            {run<TISO639LanguageDescriptor>, "0A 03 'eng'",
-             R"(read=57005 "errors":0,"descriptor_tag":10,"descriptor_length":3,"language_loop":[])"},
-            {run<TStreamIdentifierDescriptor>, "52 01 07",
-             R"(read=1 "name":"streamIdentifierDescriptor","component_tag":7 | 82)"},
-            {run<TStreamIdentifierDescriptor>, "13 01 05", R"(null code=2567
+        // The info text stops at the first zero byte or at the end.
+        {run<TDataComponentDescriptor>, "FD 02 000C",
+         R"(read=2 "name":"dataComponentDescriptor","dataComponentId":12,"additionalDataComponentInfo":"" | 253 null)"},
+        {run<TDataComponentDescriptor>, "FD 06 00A3 'AI' 00 'T'",
+         R"(read=6 "name":"dataComponentDescriptor","dataComponentId":163,"additionalDataComponentInfo":"AI" | 253 0x41490054)"},
+        {run<TDataComponentDescriptor>, "FD 04 0100 3D 2F",
+         R"(read=4 "name":"dataComponentDescriptor","dataComponentId":256,"additionalDataComponentInfo":"=/" | 253 0x3d2f)"},
+        // Two trailing bytes short of an entry are ignored.
+        {run<TISO639LanguageDescriptor>, "0A 0A 'por' 00 'eng' 03 AA BB",
+         R"(read=57005 "errors":0,"descriptor_tag":10,"descriptor_length":10,"language_loop":[{"language_code":"por","audio_type":0},{"language_code":"eng","audio_type":3}])"},
+        {run<TISO639LanguageDescriptor>, "0A 00",
+         R"(read=57005 "errors":0,"descriptor_tag":10,"descriptor_length":0,"language_loop":[])"},
+        {run<TISO639LanguageDescriptor>, "0A 03 'eng'",
+         R"(read=57005 "errors":0,"descriptor_tag":10,"descriptor_length":3,"language_loop":[])"},
+        {run<TStreamIdentifierDescriptor>, "52 01 07",
+         R"(read=1 "name":"streamIdentifierDescriptor","component_tag":7 | 82)"},
+        {run<TStreamIdentifierDescriptor>, "13 01 05", R"(null code=2567
 5 TISDBTDescriptor::parseCommonHeader: (3) Unexpected Descriptor Tag. Got 0x13, instead of 0x52. Aborting!)"},
-            // A format specifier after carousel_id is kept undecoded.
-            {run<TCarouselIdentifierDescriptor>, "13 04 00000005",
-             R"(read=4 "name":"carouselIdentifierDescriptor","carouselId":5 | 19 0 null)"},
-            {run<TCarouselIdentifierDescriptor>, "13 07 12345678 010203",
-             R"(read=7 "name":"carouselIdentifierDescriptor","carouselId":305419896 | 19 0 0x010203)"},
-            {run<TCarouselIdentifierDescriptor>, "13 03 000001", R"(null code=2568
+        // A format specifier after carousel_id is kept undecoded.
+        {run<TCarouselIdentifierDescriptor>, "13 04 00000005",
+         R"(read=4 "name":"carouselIdentifierDescriptor","carouselId":5 | 19 0 null)"},
+        {run<TCarouselIdentifierDescriptor>, "13 07 12345678 010203",
+         R"(read=7 "name":"carouselIdentifierDescriptor","carouselId":305419896 | 19 0 0x010203)"},
+        {run<TCarouselIdentifierDescriptor>, "13 03 000001", R"(null code=2568
 5 TISDBTDescriptor::parseCommonHeader: (2) Longer data length is required: 5 < 6. Aborting!)"},
-        });
+    });
 }
 
 TEST(DescriptorCases, StreamAndNetwork) {
@@ -858,4 +876,153 @@ TEST(DescriptorCopies, OwnTheirItemsAndKeepEveryField) {
         delete copy;
     }
     EXPECT_EQ(TTransportProtocolDescriptor::clone(nullptr), nullptr);
+}
+
+// Every field that a getter or the JSON shows starts from a known value, so
+// an object whose flags leave fields unread shows those values.
+TEST(DescriptorCases, ObjectsBeforeParsing) {
+    expectCases({
+        {made<TAACDescriptor>, "7C00",
+         R"("errors":0,"descriptor_tag":124,"descriptor_length":0,"profile_and_level":0,"AAC_type_flag":0 | 0 0)"},
+        {made<TLCMDescriptor>, "7C0000",
+         R"("errors":0,"descriptor_tag":124,"descriptor_length":0 | 0 0 0 0 0 0 0 0 0 0 0 0)"},
+        {made<TLDMDescriptor>, "7C000000",
+         R"("errors":0,"descriptor_tag":124,"descriptor_length":0 | 0)"},
+        {made<TAVCTimingAndHRDDescriptor>, "2A00",
+         R"("name":"avcTimingAndHrdDescriptor","hrdManagementValidFlag":0,"fixedFrameRateFlag":0,"temporalPocFlag":0,"pictureToDisplayConversionFlag":0,"flag90kHz":0,"n":0,"k":0,"numUnitsInTick":0 | 42 0 0)"},
+        {made<TAVCVideoDescriptor>, "2800",
+         R"("name":"avcVideoDescriptor","profileIdc":0,"constraintSet0Flag":0,"constraintSet1Flag":0,"constraintSet2Flag":0,"avcCompatibleFlags":0,"levelIdc":0,"avcStillPresent":0,"avc24HourPictureFlag":0 | 40)"},
+        {made<TApplicationDescriptor>, "0000",
+         R"("errors":0,"descriptor_tag":0,"descriptor_length":0,"profile_loop":[],"service_bound_flag":0,"visibility":0,"application_priority":0,"transport_protocol_label":"" | 0 0 0 null)"},
+        {made<TApplicationIconDescriptor>, "0B00",
+         R"("errors":0,"descriptor_tag":11,"descriptor_length":0 |  0)"},
+        {made<TApplicationNameDescriptor>, "0100",
+         R"("errors":0,"descriptor_tag":1,"descriptor_length":0,"name_loop":[])"},
+        {made<TAudioComponentDescriptor>, "C400",
+         R"("errors":0,"descriptor_tag":196,"descriptor_length":0,"stream_content":0,"component_type":0,"component_tag":0,"stream_type":0,"simulcast_group_tag":0,"ES_multi_lingual_flag":0,"main_component_flag":0,"quality_indicator":0,"sampling_rate":0,"ISO_639_language_code":"","text":"")"},
+        {made<TBouquetNameDescriptor>, "4700",
+         R"("name":"bouquetNameDescriptor","bouquetName": | 71)"},
+        {made<TCAIdentifierDescriptor>, "5300",
+         R"("name":"caIdentifierDescriptor","caSystemId":[] | 83)"},
+        {made<TCarouselCompatibleCompositeDescriptor>, "F700",
+         R"("errors":0,"descriptor_tag":247,"descriptor_length":0)"},
+        {made<TCarouselIdentifierDescriptor>, "1300",
+         R"("name":"carouselIdentifierDescriptor","carouselId":0 | 19 0 null)"},
+        {made<TComponentDescriptor>, "5000",
+         R"("name":"componentDescriptor","streamContent":0,"componentType":0,"componentTag":0,"iso639LanguageCode":"","text":"" | 80 0)"},
+        {made<TConditionalPlaybackDescriptor>, "F800",
+         R"("name:":"conditionalPlaybackDescriptor","caSystemId":0,"caPid":0,"privateData":"" | 248 null)"},
+        {made<TContentAvailabilityDescriptor>, "DE00",
+         R"("name":"contentAvailabilityDescriptor","imageConstraintToken":0,"retentionMode":0,"retentionState":0,"encryptionMode":0 | 222)"},
+        {made<TContentDescriptor>, "5400",
+         R"("errors":0,"descriptor_tag":84,"descriptor_length":0,"content_nibble_level_1":0,"content_nibble_level_2":0,"user_nibble":0)"},
+        {made<TCopyrightDescriptor>, "0D00",
+         R"("name:":"copyrightDescriptor","copyrightId":0,"copyrightAdditionalInfo":"" | 13)"},
+        {made<TCountryAvailabilityDescriptor>, "4900",
+         R"("name":"countryAvailabilityDescriptor","countryAvailabilityFlag":0,"countryCode":[] | 73)"},
+        {made<TDIILocationDescriptor>, "0D0000",
+         R"("errors":0,"descriptor_tag":13,"descriptor_length":0 | 0 0)"},
+        {made<TDataComponentDescriptor>, "FD00",
+         R"("name":"dataComponentDescriptor","dataComponentId":0,"additionalDataComponentInfo":"" | 253 null)"},
+        {made<TDigitalCopyControlDescriptor>, "C100",
+         R"("name":"digitalCopyControlDescriptor","digitalRecordingControlData":0,"maximumBitrateFlag":0,"componentControlFlag":0,"copyControlType":0,"apsControlData":0,"maximumBitrate":0,"loop":[] | 193)"},
+        {made<TDownloadContentDescriptor>, "C900",
+         R"("errors":0,"descriptor_tag":201,"descriptor_length":0 | 0 0 0 0 0 0 0 0 0 0 modules null  )"},
+        {made<TEmergencyInformationDescriptor>, "FC00",
+         R"("name":"emergencyInformationDescriptor","loop":[] | 252)"},
+        {made<TExtendedEventDescriptor>, "4E00",
+         R"("errors":0,"descriptor_tag":78,"descriptor_length":0,"descriptor_number":0,"last_descriptor_number":0,"ISO_639_language_code":"","items":[],"text":"")"},
+        {made<TExternalApplicationAuthorizationDescriptor>, "0500",
+         R"("errors":0,"descriptor_tag":5,"descriptor_length":0 | 0)"},
+        {made<TGingaJavaApplicationDescriptor>, "0300",
+         R"("errors":0,"descriptor_tag":3,"descriptor_length":0,"parameter_loop":[])"},
+        {made<TGingaJavaApplicationLocationDescriptor>, "0400",
+         R"("errors":0,"descriptor_tag":4,"descriptor_length":0,"base_directory":"","entitypath_extension":"","initial_entity":"")"},
+        {made<TGingaNCLApplicationDescriptor>, "0600",
+         R"("errors":0,"descriptor_tag":6,"descriptor_length":0,"parameter_loop":[])"},
+        {made<TGingaNCLApplicationLocationDescriptor>, "0700",
+         R"("errors":0,"descriptor_tag":7,"descriptor_length":0,"base_directory":"","entitypath_extension":"","initial_entity":"")"},
+        {made<TGingaHtml5ApplicationDescriptor>, "0E00",
+         R"("errors":0,"descriptor_tag":14,"descriptor_length":0,"parameter_loop":[])"},
+        {made<TGingaHtml5ApplicationLocationDescriptor>, "0F00",
+         R"("errors":0,"descriptor_tag":15,"descriptor_length":0,"base_directory":"","entitypath_extension":"","initial_entity":"")"},
+        {made<THierarchicalTransmissionDescriptor>, "C000",
+         R"("errors":0,"descriptor_tag":192,"descriptor_length":0 | 0 0)"},
+        {made<TIPSignalingDescriptor>, "1100",
+         R"("errors":0,"descriptor_tag":17,"descriptor_length":0 | 0)"},
+        {made<TISO639LanguageDescriptor>, "0A00",
+         R"("errors":0,"descriptor_tag":10,"descriptor_length":0,"language_loop":[])"},
+        {made<TLocalTimeOffsetDescriptor>, "5800",
+         R"("errors":0,"descriptor_tag":88,"descriptor_length":0,"loop":[])"},
+        {made<TNPTEndpointDescriptor>, "0200FF",
+         R"("errors":0,"descriptor_tag":2,"descriptor_length":0 | 0 0 0 0)"},
+        {made<TNPTReferenceDescriptor>, "0100FF",
+         R"("errors":0,"descriptor_tag":1,"descriptor_length":0 | 0 0 0 0 0 0 0 0)"},
+        {made<TNetworkNameDescriptor>, "4000",
+         R"("name":"networkNameDescriptor","networkName":"" | 64)"},
+        {made<TParentalRatingDescriptor>, "5500",
+         R"("name:":"parentalRatingDescriptor","parentalRatings:":[] | 85 0)"},
+        {made<TPartialReceptionDescriptor>, "FB00",
+         R"("errors":0,"descriptor_tag":251,"descriptor_length":0,"name":"partialReceptionDescriptor","service_id":[])"},
+        {made<TPrefetchDescriptor>, "0C00",
+         R"("errors":0,"descriptor_tag":12,"descriptor_length":0 | 0 0)"},
+        {made<TServiceDescriptor>, "4800",
+         R"("name":"serviceDescriptor","serviceType":0,"serviceProvider":"","serviceName":"" | 72)"},
+        {made<TServiceListDescriptor>, "4100", R"("name":"serviceListDescriptor",,"loop":[] | 65)"},
+        {made<TShortEventDescriptor>, "4D00",
+         R"("errors":0,"descriptor_tag":77,"descriptor_length":0,"ISO_639_language_code":"","event_name":"","event_description":"")"},
+        {made<TStreamEventDescriptor>, "0400FF",
+         R"("errors":0,"descriptor_tag":4,"descriptor_length":0 | 0 0 0 0 null)"},
+        {made<TStreamIdentifierDescriptor>, "5200",
+         R"("name":"streamIdentifierDescriptor","component_tag":0 | 82)"},
+        {made<TStreamModeDescriptor>, "0300FF",
+         R"("errors":0,"descriptor_tag":3,"descriptor_length":0 | 0)"},
+        {made<TSystemManagementDescriptor>, "FE00",
+         R"("name":"systemManagementDescriptor","system_management_id":{,"broadcastingFlag":0,"broadcastingIdentifier":0,"additionalBroadcastingIdentification":0} | 254)"},
+        {made<TTSInformationDescriptor>, "CD00",
+         R"("name":"tsInformationDescriptor","remoteControlKeyId":0,"tsName":"","loop":[] | 205 0 0)"},
+        {made<TTerrestrialDeliverySystemDescriptor>, "FA00",
+         R"("name":"terrestrialDeliverySystemDescriptor","areaCode":0,"guardInterval":0,"transmissionMode":0 | 250)"},
+        {made<TTimeShiftedServiceDescriptor>, "4C00",
+         R"("errors":0,"descriptor_tag":76,"descriptor_length":0 | 0)"},
+        {made<TVideoDecodeControlDescriptor>, "C800",
+         R"("name:":"videoDecodeControlDescriptor","stillPictureFlag":0,"sequenceEndCodeFlag":0,"videoEncodeFormat":0 | 200)"},
+        {made<TTransportProtocolDescriptorOC>, "0200",
+         R"("errors":0,"descriptor_tag":2,"descriptor_length":0,"protocol_id":1,"transport_protocol_label":0 | 1 1 0 0 0 0 0 0)"},
+        {made<TTransportProtocolDescriptorIP>, "020000",
+         R"("errors":0,"descriptor_tag":2,"descriptor_length":0,"protocol_id":2,"transport_protocol_label":0 | 2 2 0 0 0 0 0 0 0)"},
+        {made<TTransportProtocolDescriptorDC>, "02000000",
+         R"("errors":0,"descriptor_tag":2,"descriptor_length":0,"protocol_id":4,"transport_protocol_label":0 | 4 4 0 0 0 0 0 0)"},
+        {made<TTransportProtocolDescriptorIC>, "0200000000",
+         R"("errors":0,"descriptor_tag":2,"descriptor_length":0,"protocol_id":4,"transport_protocol_label":0 | 4 4 0)"},
+        {made<TTransportProtocolDescriptorPC>, "020000000000",
+         R"("errors":0,"descriptor_tag":2,"descriptor_length":0,"protocol_id":5,"transport_protocol_label":0 | 1 5 0 0 0 0 0 0)"},
+    });
+}
+
+TEST(DescriptorCases, ItemsBeforeParsing) {
+    TLocalTimeOffsetDescriptorItem offset;
+    TEmergencyInformationDescriptorItem alarm;
+    TDigitalCopyControlDescriptorItem copy;
+    TDownloadContentDescriptorItem module;
+    TCompatibilityDescriptorItem entry;
+    TCompatibilityDescriptorSubItem sub;
+    TApplicationNameDescriptorItem name;
+    TApplicationIdentifier id;
+    const std::string all =
+        cat(offset.getCountryCode(), offset.getCountryRegionID(),
+            offset.getLocalTimeOffsetPolarity(), offset.getLocalTimeOffset(),
+            offset.getTimeOfChange(), offset.getNextTimeOffset()) +
+        cat(alarm.getServiceID(), alarm.isStart(), alarm.getSignalLevel(),
+            alarm.getAreaCodeCounter()) +
+        cat(copy.getComponentTag(), copy.getDigitalRecordingControlData(),
+            copy.getCopyControlType(), copy.getAPSControlData(), copy.getMaximumBitrate()) +
+        cat(module.getModuleID(), module.getModuleSize()) +
+        hexOf(module.getModuleInfo(), module.getModuleInfoLength()) +
+        cat(entry.getDescriptorType(), entry.getSpecifierType(), entry.getSpecifierData(),
+            entry.getModel(), entry.getVersion(), entry.getCompatibilityDescriptorSubItemSize()) +
+        cat(sub.getSubDescriptorType()) +
+        hexOf(sub.getAdditionalInformation(), sub.getAdditionalInformationLength()) +
+        cat(name.getLanguageCode(), name.getName(), id.getOrganizationID(), id.getApplicationID());
+    EXPECT_EQ(all, "  0 1 0 0 0 0 0 0 0 0 0 0 0 0 0 0 null 0 0 0 0 0 0 0 null   0 0");
 }

@@ -76,6 +76,12 @@ TEST(DescriptorLists, AddRemoveAndLookUp) {
 
     ParsedDescriptor<TEmergencyInformationDescriptor> alarm(
         fromHex("FC 0C 5C38 3F 00 5C20 80 04 A5AF 0FF0"));
+    Bytes areas = fromHex("5C39 80 02 0101");
+    alarm.d->add(TEmergencyInformationDescriptorItem::parse(areas.data(), 6, nullptr, nullptr));
+    alarm.d->add(nullptr);
+    EXPECT_EQ(alarm.d->size(), 3);
+    EXPECT_EQ(alarm.d->get(2)->getAreaCodes()[0], 0x010);
+    EXPECT_TRUE(alarm.d->remove(2));
     EXPECT_TRUE(alarm.d->remove(0));
     EXPECT_FALSE(alarm.d->remove(1));
     EXPECT_EQ(alarm.d->get(0)->getServiceID(), 0x5C20);
@@ -193,6 +199,7 @@ TEST(TransportProtocolSelectors, InteractionChannelAndProtocol5) {
     // Too short for the selector; too short for the label; a base with no byte for its extension
     // count; a URL base, then a URL extension, longer than the selector.
     TTransportProtocolDescriptorIC cut(b.data(), 2);
+    code = 0xFFFF;
     EXPECT_EQ(cut.parseData(b.data() + 2, 2, &n, &code), 0);
     EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
     EXPECT_EQ(cut.parseData(b.data() + 2, 6, &n, &code), 0);
