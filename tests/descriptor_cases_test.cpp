@@ -46,10 +46,11 @@ std::string cat(const A&... values) {
     return o.str();
 }
 
+// A byte array as its size and its bytes in hexadecimal ("null" for none).
 std::string hexOf(const unsigned char* p, unsigned int n) {
     if (p == nullptr)
-        return " null";
-    std::string s = " 0x";
+        return cat(n) + " null";
+    std::string s = cat(n) + " 0x";
     for (unsigned int i = 0; i < n; ++i) {
         static const char digits[] = "0123456789abcdef";
         s += digits[p[i] >> 4];
@@ -63,8 +64,7 @@ std::string extras(const TISDBTDescriptor&) {
     return "";
 }
 std::string extras(const TApplicationDescriptor& d) {
-    return cat(d.isVisibileForUsers(), d.isVisibileForApplications(),
-               d.getTransportProtocolsCount()) +
+    return cat(d.isVisibileForUsers(), d.isVisibileForApplications()) +
            hexOf(d.getTransportProtocols(), d.getTransportProtocolsCount());
 }
 std::string extras(const TApplicationIconDescriptor& d) {
@@ -117,7 +117,7 @@ std::string extras(const TPrefetchDescriptor& d) {
     return s;
 }
 std::string extras(const TStreamEventDescriptor& d) {
-    return cat(d.getEventID(), d.getEventNPTH(), d.getEventNPTL(), d.getPrivateDataSize()) +
+    return cat(d.getEventID(), d.getEventNPTH(), d.getEventNPTL()) +
            hexOf(d.getPrivateData(), d.getPrivateDataSize());
 }
 std::string extras(const TStreamModeDescriptor& d) {
@@ -424,8 +424,7 @@ TEST(DescriptorCases, ServiceInformation) {
     expectCases({
         // Plain 8-bit Latin with a shift code in the middle.
         {run<TNetworkNameDescriptor>, "40 0E 'TV ' 0E 'INTEGRA' C7 C3 'O'",
-         "read=14 \"name\":\"networkNameDescriptor\",\"networkName\":\"TV INTEGRA\xC7\xC3O\" | "
-         "64"},
+         "read=14 \"name\":\"networkNameDescriptor\",\"networkName\":\"TV INTEGRA\xC7\xC3O\" | 64"},
         {run<TNetworkNameDescriptor>, "40 00",
          R"(read=0 "name":"networkNameDescriptor","networkName":"" | 64)"},
         {run<TNetworkNameDescriptor>, "41 00", R"(null code=2567
@@ -445,8 +444,8 @@ TEST(DescriptorCases, ServiceInformation) {
         // escaped, LF and A1 kept, A0 dropped.
         {run<TShortEventDescriptor>, "4D 11 'por' 06 0E 'News' 22 06 'a' 5C 'b' 0A A0 A1",
          "read=19 "
-         "\"errors\":0,\"descriptor_tag\":77,\"descriptor_length\":17,\"ISO_639_language_"
-         "code\":\"por\",\"event_name\":\"News\\\"\",\"event_description\":\"a\\\\b\n\xA1\""},
+         "\"errors\":0,\"descriptor_tag\":77,\"descriptor_length\":17,\"ISO_639_language_code\":"
+         "\"por\",\"event_name\":\"News\\\"\",\"event_description\":\"a\\\\b\n\xA1\""},
         {run<TShortEventDescriptor>, "4D 05 'jpn' 00 00",
          R"(read=7 "errors":0,"descriptor_tag":77,"descriptor_length":5,"ISO_639_language_code":"jpn","event_name":"","event_description":"")"},
         {run<TShortEventDescriptor>, "4D 08 'por' 09 'abcd'", R"(null code=2569
@@ -485,8 +484,7 @@ TEST(DescriptorCases, ServiceInformation) {
 5 TExtendedEventDescriptor::parse error parsing text. Aborting!)"},
         // A control byte in an item name shortens the step to the next item
         // by one: 'B' (66) is then read as a length.
-        {run<TExtendedEventDescriptor>, "4E 0B 00 'por' 05 02 0E 'A' 01 'B' 00",
-         R"(null code=2562
+        {run<TExtendedEventDescriptor>, "4E 0B 00 'por' 05 02 0E 'A' 01 'B' 00", R"(null code=2562
 5 TExtendedEventDescriptorItem::parse Declared description length is larger than the buffer size (66 > 1))"},
         // Video 1080i with a text written unescaped.
         {run<TComponentDescriptor>, "50 0C F1 B3 00 'por' 0E 22 'HD' 22 E9",
@@ -502,9 +500,9 @@ TEST(DescriptorCases, ServiceInformation) {
         {run<TAudioComponentDescriptor>, "C4 0D F2 03 10 11 FF 5F 'por' 'E' 0E 22 'o'",
          "read=57005 "
          "\"errors\":0,\"descriptor_tag\":196,\"descriptor_length\":13,\"stream_content\":2,"
-         "\"component_type\":3,\"component_tag\":16,\"stream_type\":17,\"simulcast_group_tag\":"
-         "255,\"ES_multi_lingual_flag\":0,\"main_component_flag\":1,\"quality_indicator\":1,"
-         "\"sampling_rate\":7,\"ISO_639_language_code\":\"por\",\"text\":\"E\x0E\"o\""},
+         "\"component_type\":3,\"component_tag\":16,\"stream_type\":17,\"simulcast_group_tag\":255,"
+         "\"ES_multi_lingual_flag\":0,\"main_component_flag\":1,\"quality_indicator\":1,\"sampling_"
+         "rate\":7,\"ISO_639_language_code\":\"por\",\"text\":\"E\x0E\"o\""},
         {run<TAudioComponentDescriptor>, "C4 0D 02 02 10 11 00 FF 'jpneng' '!'",
          R"(read=57005 "errors":0,"descriptor_tag":196,"descriptor_length":13,"stream_content":2,"component_type":2,"component_tag":16,"stream_type":17,"simulcast_group_tag":0,"ES_multi_lingual_flag":1,"main_component_flag":1,"quality_indicator":3,"sampling_rate":7,"ISO_639_language_code":"jpn","ISO_639_language_code_2":"eng","text":"!")"},
         {run<TAudioComponentDescriptor>, "C4 0A 02 02 10 11 00 80 'jpn' 'e'",
@@ -556,6 +554,8 @@ TEST(DescriptorCases, ServiceInformation) {
          R"(read=8 "name":"tsInformationDescriptor","remoteControlKeyId":1,"tsName":"","loop":[{"transmissionLayer":0,"modulationSystem":0,"serviceId":[51288,0,0]}] | 205 1 1 15 0)"},
         {run<TTSInformationDescriptor>, "CD 05 07 05 'A' 5F 00",
          R"(read=7 "name":"tsInformationDescriptor","remoteControlKeyId":7,"tsName":"A","loop":[{"transmissionLayer":1,"modulationSystem":1,"serviceId":[]}] | 205 1 1 95 1)"},
+        {run<TTSInformationDescriptor>, "CD 08 01 03 0F 00 AF 00 5F 00",
+         R"(read=10 "name":"tsInformationDescriptor","remoteControlKeyId":1,"tsName":"","loop":[{"transmissionLayer":0,"modulationSystem":0,"serviceId":[]},{"transmissionLayer":2,"modulationSystem":2,"serviceId":[]},{"transmissionLayer":1,"modulationSystem":1,"serviceId":[]}] | 205 3 3 15 0 175 2 95 1)"},
         {run<TTSInformationDescriptor>, "CD 02 01 00",
          R"(read=4 "name":"tsInformationDescriptor","remoteControlKeyId":1,"tsName":"","loop":[] | 205 0 0)"},
         {run<TTSInformationDescriptor>, "CD 03 01 10 'S'", R"(null code=2569
@@ -568,8 +568,9 @@ TEST(DescriptorCases, ServiceInformation) {
         // then one generation, bitrate 50 and a component of its own.
         {run<TDigitalCopyControlDescriptor>, "C1 01 03",
          R"(read=1 "name":"digitalCopyControlDescriptor","digitalRecordingControlData":0,"maximumBitrateFlag":0,"componentControlFlag":0,"copyControlType":0,"apsControlData":0,"maximumBitrate":0,"loop":[] | 193)"},
-        {run<TDigitalCopyControlDescriptor>, "C1 06 BD 32 03 10 A6 28",
-         R"(read=6 "name":"digitalCopyControlDescriptor","digitalRecordingControlData":2,"maximumBitrateFlag":1,"componentControlFlag":1,"copyControlType":3,"apsControlData":1,"maximumBitrate":50,"loop":[{"digitalRecordingControlData":2,"maximumBitrateFlag":1,"copyControlType":1,"apsControlData":2,"maximumBitrate":40,"reservedFutureUse":[]}] | 193)"},
+        {run<TDigitalCopyControlDescriptor>, "C1 06 BD 32 03 10 A6 28", R"(read=6 "name":"digitalCopyControlDescriptor","digitalRecordingControlData":2,"maximumBitrateFlag":1,"componentControlFlag":1,"copyControlType":3,"apsControlData":1,"maximumBitrate":50,"loop":[{"digitalRecordingControlData":2,"maximumBitrateFlag":1,"copyControlType":1,"apsControlData":2,"maximumBitrate":40,"reservedFutureUse":[]}] | 193)"},
+        {run<TDigitalCopyControlDescriptor>, "C1 08 BD 32 05 10 A6 28 11 C0",
+         R"(read=8 "name":"digitalCopyControlDescriptor","digitalRecordingControlData":2,"maximumBitrateFlag":1,"componentControlFlag":1,"copyControlType":3,"apsControlData":1,"maximumBitrate":50,"loop":[{"digitalRecordingControlData":2,"maximumBitrateFlag":1,"copyControlType":1,"apsControlData":2,"maximumBitrate":40,"reservedFutureUse":[]},{"digitalRecordingControlData":3,"maximumBitrateFlag":0,"copyControlType":0,"apsControlData":0,"maximumBitrate":0,"reservedFutureUse":[]}] | 193)"},
         {run<TDigitalCopyControlDescriptor>, "C1 01 20", R"(null code=2568
 5 TDigitalCopyControlDescriptor::parse: Longer data length is required: 0 < 1. Aborting!)"},
         {run<TDigitalCopyControlDescriptor>, "C1 01 10", R"(null code=2568
@@ -585,11 +586,11 @@ TEST(DescriptorCases, ServiceInformation) {
 5 TDigitalCopyControlDescriptor::parse: Invalid item. Aborting!)"},
         // The info text stops at the first zero byte or at the end.
         {run<TDataComponentDescriptor>, "FD 02 000C",
-         R"(read=2 "name":"dataComponentDescriptor","dataComponentId":12,"additionalDataComponentInfo":"" | 253 null)"},
+         R"(read=2 "name":"dataComponentDescriptor","dataComponentId":12,"additionalDataComponentInfo":"" | 253 0 null)"},
         {run<TDataComponentDescriptor>, "FD 06 00A3 'AI' 00 'T'",
-         R"(read=6 "name":"dataComponentDescriptor","dataComponentId":163,"additionalDataComponentInfo":"AI" | 253 0x41490054)"},
+         R"(read=6 "name":"dataComponentDescriptor","dataComponentId":163,"additionalDataComponentInfo":"AI" | 253 4 0x41490054)"},
         {run<TDataComponentDescriptor>, "FD 04 0100 3D 2F",
-         R"(read=4 "name":"dataComponentDescriptor","dataComponentId":256,"additionalDataComponentInfo":"=/" | 253 0x3d2f)"},
+         R"(read=4 "name":"dataComponentDescriptor","dataComponentId":256,"additionalDataComponentInfo":"=/" | 253 2 0x3d2f)"},
         // Two trailing bytes short of an entry are ignored.
         {run<TISO639LanguageDescriptor>, "0A 0A 'por' 00 'eng' 03 AA BB",
          R"(read=57005 "errors":0,"descriptor_tag":10,"descriptor_length":10,"language_loop":[{"language_code":"por","audio_type":0},{"language_code":"eng","audio_type":3}])"},
@@ -603,153 +604,154 @@ TEST(DescriptorCases, ServiceInformation) {
 5 TISDBTDescriptor::parseCommonHeader: (3) Unexpected Descriptor Tag. Got 0x13, instead of 0x52. Aborting!)"},
         // A format specifier after carousel_id is kept undecoded.
         {run<TCarouselIdentifierDescriptor>, "13 04 00000005",
-         R"(read=4 "name":"carouselIdentifierDescriptor","carouselId":5 | 19 0 null)"},
+         R"(read=4 "name":"carouselIdentifierDescriptor","carouselId":5 | 19 0 0 null)"},
         {run<TCarouselIdentifierDescriptor>, "13 07 12345678 010203",
-         R"(read=7 "name":"carouselIdentifierDescriptor","carouselId":305419896 | 19 0 0x010203)"},
+         R"(read=7 "name":"carouselIdentifierDescriptor","carouselId":305419896 | 19 0 3 0x010203)"},
         {run<TCarouselIdentifierDescriptor>, "13 03 000001", R"(null code=2568
 5 TISDBTDescriptor::parseCommonHeader: (2) Longer data length is required: 5 < 6. Aborting!)"},
     });
 }
 
 TEST(DescriptorCases, StreamAndNetwork) {
-    expectCases({
-        // No room for the AAC type; a type; no type, the rest is additional info.
-        {run<TAACDescriptor>, "7C 02 10 80", R"(null code=2568
+    expectCases(
+        {
+            // No room for the AAC type; a type; no type, the rest is additional info.
+            {run<TAACDescriptor>, "7C 02 10 80", R"(null code=2568
 5 TAACDescriptor::parse: Longer data length is required: 0 < 1. Aborting!)"},
-        {run<TAACDescriptor>, "7C 03 10 80 05",
-         R"(read=3 "errors":0,"descriptor_tag":124,"descriptor_length":3,"profile_and_level":16,"AAC_type_flag":1,"AAC_type":5 | 5 0)"},
-        {run<TAACDescriptor>, "7C 04 58 7F 0A B1",
-         R"(read=4 "errors":0,"descriptor_tag":124,"descriptor_length":4,"profile_and_level":88,"AAC_type_flag":0,"additional_info":"0x0ab1" | 0 2)"},
-        {run<TAVCVideoDescriptor>, "28 04 64 E3 28 80",
-         R"(read=4 "name":"avcVideoDescriptor","profileIdc":100,"constraintSet0Flag":1,"constraintSet1Flag":1,"constraintSet2Flag":1,"avcCompatibleFlags":3,"levelIdc":40,"avcStillPresent":1,"avc24HourPictureFlag":0 | 40)"},
-        {run<TAVCVideoDescriptor>, "28 04 4D 1C 1E 7F",
-         R"(read=4 "name":"avcVideoDescriptor","profileIdc":77,"constraintSet0Flag":0,"constraintSet1Flag":0,"constraintSet2Flag":0,"avcCompatibleFlags":28,"levelIdc":30,"avcStillPresent":0,"avc24HourPictureFlag":1 | 40)"},
-        // No timing information; timing without 90 kHz (the flags are the top
-        // bits of num_units_in_tick); 90 kHz with N and K.
-        {run<TAVCTimingAndHRDDescriptor>, "2A 02 80 00",
-         R"(read=2 "name":"avcTimingAndHrdDescriptor","hrdManagementValidFlag":1,"fixedFrameRateFlag":0,"temporalPocFlag":0,"pictureToDisplayConversionFlag":0,"flag90kHz":0,"n":0,"k":0,"numUnitsInTick":0 | 42 0 0)"},
-        {run<TAVCTimingAndHRDDescriptor>, "2A 07 01 7F E0 0003E9 00",
-         R"(read=3 "name":"avcTimingAndHrdDescriptor","hrdManagementValidFlag":0,"fixedFrameRateFlag":1,"temporalPocFlag":1,"pictureToDisplayConversionFlag":1,"flag90kHz":0,"n":0,"k":0,"numUnitsInTick":-536869911 | 42 1 0)"},
-        {run<TAVCTimingAndHRDDescriptor>, "2A 0F 81 80 00000001 0000012C 400005DD 00",
-         R"(read=11 "name":"avcTimingAndHrdDescriptor","hrdManagementValidFlag":1,"fixedFrameRateFlag":0,"temporalPocFlag":1,"pictureToDisplayConversionFlag":0,"flag90kHz":1,"n":1,"k":300,"numUnitsInTick":1073743325 | 42 1 1)"},
-        {run<TAVCTimingAndHRDDescriptor>, "2A 02 01 80", R"(null code=2568
+            {run<TAACDescriptor>, "7C 03 10 80 05",
+             R"(read=3 "errors":0,"descriptor_tag":124,"descriptor_length":3,"profile_and_level":16,"AAC_type_flag":1,"AAC_type":5 | 5 0)"},
+            {run<TAACDescriptor>, "7C 04 58 7F 0A B1",
+             R"(read=4 "errors":0,"descriptor_tag":124,"descriptor_length":4,"profile_and_level":88,"AAC_type_flag":0,"additional_info":"0x0ab1" | 0 2)"},
+            {run<TAVCVideoDescriptor>, "28 04 64 E3 28 80",
+             R"(read=4 "name":"avcVideoDescriptor","profileIdc":100,"constraintSet0Flag":1,"constraintSet1Flag":1,"constraintSet2Flag":1,"avcCompatibleFlags":3,"levelIdc":40,"avcStillPresent":1,"avc24HourPictureFlag":0 | 40)"},
+            {run<TAVCVideoDescriptor>, "28 04 4D 1C 1E 7F",
+             R"(read=4 "name":"avcVideoDescriptor","profileIdc":77,"constraintSet0Flag":0,"constraintSet1Flag":0,"constraintSet2Flag":0,"avcCompatibleFlags":28,"levelIdc":30,"avcStillPresent":0,"avc24HourPictureFlag":1 | 40)"},
+            // No timing information; timing without 90 kHz (the flags are the top
+            // bits of num_units_in_tick); 90 kHz with N and K.
+            {run<TAVCTimingAndHRDDescriptor>, "2A 02 80 00",
+             R"(read=2 "name":"avcTimingAndHrdDescriptor","hrdManagementValidFlag":1,"fixedFrameRateFlag":0,"temporalPocFlag":0,"pictureToDisplayConversionFlag":0,"flag90kHz":0,"n":0,"k":0,"numUnitsInTick":0 | 42 0 0)"},
+            {run<TAVCTimingAndHRDDescriptor>, "2A 07 01 7F E0 0003E9 00",
+             R"(read=3 "name":"avcTimingAndHrdDescriptor","hrdManagementValidFlag":0,"fixedFrameRateFlag":1,"temporalPocFlag":1,"pictureToDisplayConversionFlag":1,"flag90kHz":0,"n":0,"k":0,"numUnitsInTick":-536869911 | 42 1 0)"},
+            {run<TAVCTimingAndHRDDescriptor>, "2A 0F 81 80 00000001 0000012C 400005DD 00",
+             R"(read=11 "name":"avcTimingAndHrdDescriptor","hrdManagementValidFlag":1,"fixedFrameRateFlag":0,"temporalPocFlag":1,"pictureToDisplayConversionFlag":0,"flag90kHz":1,"n":1,"k":300,"numUnitsInTick":1073743325 | 42 1 1)"},
+            {run<TAVCTimingAndHRDDescriptor>, "2A 02 01 80", R"(null code=2568
 5 TAVCTimingAndHRDDescriptor::parse: Longer data length is required: 1 < 6. Aborting!)"},
-        {run<TAVCTimingAndHRDDescriptor>, "2A 0E 81 80 00000001 0000012C 400005DD",
-         R"(null code=2568
+            {run<TAVCTimingAndHRDDescriptor>, "2A 0E 81 80 00000001 0000012C 400005DD",
+             R"(null code=2568
 5 TAVCTimingAndHRDDescriptor::parse: Longer data length is required: 12 < 13. Aborting!)"},
-        // An odd trailing byte is ignored.
-        {run<TCAIdentifierDescriptor>, "53 05 0001 0002 07",
-         R"(read=5 "name":"caIdentifierDescriptor","caSystemId":[1,2] | 83)"},
-        {run<TConditionalPlaybackDescriptor>, "F8 06 0005 E123 4142",
-         R"(read=6 "name:":"conditionalPlaybackDescriptor","caSystemId":5,"caPid":291,"privateData":"AB" | 248 0x4142)"},
-        {run<TConditionalPlaybackDescriptor>, "F8 07 0005 E123 41 00 42",
-         R"(read=7 "name:":"conditionalPlaybackDescriptor","caSystemId":5,"caPid":291,"privateData":"A" | 248 0x410042)"},
-        {run<TConditionalPlaybackDescriptor>, "F8 04 4A60 FFFF",
-         R"(read=4 "name:":"conditionalPlaybackDescriptor","caSystemId":19040,"caPid":8191,"privateData":"" | 248 null)"},
-        {run<TCopyrightDescriptor>, "0D 06 FFFFFFFE 4849",
-         R"(read=6 "name:":"copyrightDescriptor","copyrightId":-2,"copyrightAdditionalInfo":"HI" | 13)"},
-        {run<TCopyrightDescriptor>, "0D 04 43554549",
-         R"(read=4 "name:":"copyrightDescriptor","copyrightId":1129661769,"copyrightAdditionalInfo":"" | 13)"},
-        {run<TCopyrightDescriptor>, "0E 04 43554549", R"(null code=2567
+            // An odd trailing byte is ignored.
+            {run<TCAIdentifierDescriptor>, "53 05 0001 0002 07",
+             R"(read=5 "name":"caIdentifierDescriptor","caSystemId":[1,2] | 83)"},
+            {run<TConditionalPlaybackDescriptor>, "F8 06 0005 E123 4142",
+             R"(read=6 "name:":"conditionalPlaybackDescriptor","caSystemId":5,"caPid":291,"privateData":"AB" | 248 2 0x4142)"},
+            {run<TConditionalPlaybackDescriptor>, "F8 07 0005 E123 41 00 42",
+             R"(read=7 "name:":"conditionalPlaybackDescriptor","caSystemId":5,"caPid":291,"privateData":"A" | 248 3 0x410042)"},
+            {run<TConditionalPlaybackDescriptor>, "F8 04 4A60 FFFF",
+             R"(read=4 "name:":"conditionalPlaybackDescriptor","caSystemId":19040,"caPid":8191,"privateData":"" | 248 0 null)"},
+            {run<TCopyrightDescriptor>, "0D 06 FFFFFFFE 4849",
+             R"(read=6 "name:":"copyrightDescriptor","copyrightId":-2,"copyrightAdditionalInfo":"HI" | 13)"},
+            {run<TCopyrightDescriptor>, "0D 04 43554549",
+             R"(read=4 "name:":"copyrightDescriptor","copyrightId":1129661769,"copyrightAdditionalInfo":"" | 13)"},
+            {run<TCopyrightDescriptor>, "0E 04 43554549", R"(null code=2567
 5 TISDBTDescriptor::parseCommonHeader: (3) Unexpected Descriptor Tag. Got 0x0E, instead of 0x0D. Aborting!)"},
-        {run<TCarouselCompatibleCompositeDescriptor>, "F7 04 00000000",
-         R"(read=6 "errors":0,"descriptor_tag":247,"descriptor_length":4,"descriptor_content":"0x00000000"
+            {run<TCarouselCompatibleCompositeDescriptor>, "F7 04 00000000",
+             R"(read=6 "errors":0,"descriptor_tag":247,"descriptor_length":4,"descriptor_content":"0x00000000"
 5 TCarouselCompatibleCompositeDescriptor::parse: TODO: Descriptor not implemented yet. If you really need this descriptor, please contact support.)"},
-        {run<THierarchicalTransmissionDescriptor>, "C0 03 FF E0 64",
-         R"(read=3 "errors":0,"descriptor_tag":192,"descriptor_length":3,"descriptor_content":"0xffe064" | 1 100)"},
-        {run<THierarchicalTransmissionDescriptor>, "C0 03 FE 1F FF",
-         R"(read=3 "errors":0,"descriptor_tag":192,"descriptor_length":3,"descriptor_content":"0xfe1fff" | 0 8191)"},
-        // 0x3C under the 0x2C mask gives 11, not 15.
-        {run<TVideoDecodeControlDescriptor>, "C8 01 BC",
-         R"(read=1 "name:":"videoDecodeControlDescriptor","stillPictureFlag":1,"sequenceEndCodeFlag":0,"videoEncodeFormat":11 | 200)"},
-        {run<TVideoDecodeControlDescriptor>, "C8 01 42",
-         R"(read=1 "name:":"videoDecodeControlDescriptor","stillPictureFlag":0,"sequenceEndCodeFlag":1,"videoEncodeFormat":0 | 200)"},
-        // Entries by service_id (a repeated one keeps the later); two bytes
-        // left over refuse the descriptor.
-        {run<TServiceListDescriptor>, "41 06 5C38 C0 5C20 01",
-         R"(read=3 "name":"serviceListDescriptor",,"loop":[{"serviceId":23584,"serviceType":1},{"serviceId":23608,"serviceType":192}] | 65)"},
-        {run<TServiceListDescriptor>, "41 06 0001 01 0001 02",
-         R"(read=3 "name":"serviceListDescriptor",,"loop":[{"serviceId":1,"serviceType":2}] | 65)"},
-        {run<TServiceListDescriptor>, "41 05 0001 01 0002", R"(null code=2568
+            {run<THierarchicalTransmissionDescriptor>, "C0 03 FF E0 64",
+             R"(read=3 "errors":0,"descriptor_tag":192,"descriptor_length":3,"descriptor_content":"0xffe064" | 1 100)"},
+            {run<THierarchicalTransmissionDescriptor>, "C0 03 FE 1F FF",
+             R"(read=3 "errors":0,"descriptor_tag":192,"descriptor_length":3,"descriptor_content":"0xfe1fff" | 0 8191)"},
+            // 0x3C under the 0x2C mask gives 11, not 15.
+            {run<TVideoDecodeControlDescriptor>, "C8 01 BC",
+             R"(read=1 "name:":"videoDecodeControlDescriptor","stillPictureFlag":1,"sequenceEndCodeFlag":0,"videoEncodeFormat":11 | 200)"},
+            {run<TVideoDecodeControlDescriptor>, "C8 01 42",
+             R"(read=1 "name:":"videoDecodeControlDescriptor","stillPictureFlag":0,"sequenceEndCodeFlag":1,"videoEncodeFormat":0 | 200)"},
+            // Entries by service_id (a repeated one keeps the later); two bytes
+            // left over refuse the descriptor.
+            {run<TServiceListDescriptor>, "41 06 5C38 C0 5C20 01",
+             R"(read=3 "name":"serviceListDescriptor",,"loop":[{"serviceId":23584,"serviceType":1},{"serviceId":23608,"serviceType":192}] | 65)"},
+            {run<TServiceListDescriptor>, "41 06 0001 01 0001 02",
+             R"(read=3 "name":"serviceListDescriptor",,"loop":[{"serviceId":1,"serviceType":2}] | 65)"},
+            {run<TServiceListDescriptor>, "41 05 0001 01 0002", R"(null code=2568
 5 TServiceListDescriptorItem::parse: Descriptor length not valid: 2. Aborting!
 5 TServiceListDescriptor::parse: Invalid item. Aborting!)"},
-        {run<TServiceListDescriptor>, "41 02 0001", R"(null code=2568
+            {run<TServiceListDescriptor>, "41 02 0001", R"(null code=2568
 5 TServiceListDescriptorItem::parse: Descriptor length not valid: 2. Aborting!
 5 TServiceListDescriptor::parse: Invalid item. Aborting!)"},
-        // At least one frequency; an odd trailing byte is not half of one.
-        {run<TTerrestrialDeliverySystemDescriptor>, "FA 02 8916", R"(null code=2568
+            // At least one frequency; an odd trailing byte is not half of one.
+            {run<TTerrestrialDeliverySystemDescriptor>, "FA 02 8916", R"(null code=2568
 5 TISDBTDescriptor::parseCommonHeader: (2) Longer data length is required: 4 < 6. Aborting!)"},
-        {run<TTerrestrialDeliverySystemDescriptor>, "FA 06 891F 0F90 0FA4",
-         R"(read=6 "name":"terrestrialDeliverySystemDescriptor","areaCode":2193,"guardInterval":3,"transmissionMode":3,"frequency":[3984,4004] | 250)"},
-        {run<TTerrestrialDeliverySystemDescriptor>, "FA 05 8910 0F90 07",
-         R"(read=5 "name":"terrestrialDeliverySystemDescriptor","areaCode":2193,"guardInterval":0,"transmissionMode":0,"frequency":[3984] | 250)"},
-        {run<TPartialReceptionDescriptor>, "FB 04 5C38 5C39",
-         R"(read=4 "errors":0,"descriptor_tag":251,"descriptor_length":4,"name":"partialReceptionDescriptor","service_id":[23608,23609])"},
-        {run<TPartialReceptionDescriptor>, "FB 00",
-         R"(read=0 "errors":0,"descriptor_tag":251,"descriptor_length":0,"name":"partialReceptionDescriptor","service_id":[])"},
-        {run<TSystemManagementDescriptor>, "FE 03 C501 AB",
-         R"(read=3 "name":"systemManagementDescriptor","system_management_id":{,"broadcastingFlag":192,"broadcastingIdentifier":5,"additionalBroadcastingIdentification":1},"additional_identification_info":"0xab" | 254)"},
-        {run<TSystemManagementDescriptor>, "FE 02 3A07",
-         R"(read=2 "name":"systemManagementDescriptor","system_management_id":{,"broadcastingFlag":0,"broadcastingIdentifier":58,"additionalBroadcastingIdentification":7} | 254)"},
-        // Control codes are dropped from the name.
-        {run<TBouquetNameDescriptor>, "47 05 47 0E 6C 6F 62",
-         R"(read=5 "name":"bouquetNameDescriptor","bouquetName":Glob | 71)"},
-        // A trailing partial code is not read.
-        {run<TCountryAvailabilityDescriptor>, "49 07 FF 'BRAJPN'",
-         R"(read=0 "name":"countryAvailabilityDescriptor","countryAvailabilityFlag":1,"countryCode":[BRA,JPN] | 73)"},
-        {run<TCountryAvailabilityDescriptor>, "49 05 7F 'URYA'",
-         R"(read=0 "name":"countryAvailabilityDescriptor","countryAvailabilityFlag":0,"countryCode":[URY] | 73)"},
-        {run<TCountryAvailabilityDescriptor>, "49 04 80 'BRA'",
-         R"(read=0 "name":"countryAvailabilityDescriptor","countryAvailabilityFlag":1,"countryCode":[BRA] | 73)"},
-        // A warning ending with no area codes, then one starting at level 0
-        // for two areas: the byte count is the last item's.
-        {run<TEmergencyInformationDescriptor>, "FC 06 0001 C0 02 123F", R"(read=6 "name":"emergencyInformationDescriptor","loop":[{"serviceId":1,"start":1,"signalLevel":1,"areaCodes":[291]}] | 252)"},
-        {run<TEmergencyInformationDescriptor>, "FC 0C 5C38 3F 00 5C20 80 04 A5AF 0FF0",
-         R"(read=8 "name":"emergencyInformationDescriptor","loop":[{"serviceId":23608,"start":0,"signalLevel":0,"areaCodes":[]},{"serviceId":23584,"start":1,"signalLevel":0,"areaCodes":[2650,255]}] | 252)"},
-        {run<TEmergencyInformationDescriptor>, "FC 04 0001 C0 00", R"(null code=2568
+            {run<TTerrestrialDeliverySystemDescriptor>, "FA 06 891F 0F90 0FA4",
+             R"(read=6 "name":"terrestrialDeliverySystemDescriptor","areaCode":2193,"guardInterval":3,"transmissionMode":3,"frequency":[3984,4004] | 250)"},
+            {run<TTerrestrialDeliverySystemDescriptor>, "FA 05 8910 0F90 07",
+             R"(read=5 "name":"terrestrialDeliverySystemDescriptor","areaCode":2193,"guardInterval":0,"transmissionMode":0,"frequency":[3984] | 250)"},
+            {run<TPartialReceptionDescriptor>, "FB 04 5C38 5C39",
+             R"(read=4 "errors":0,"descriptor_tag":251,"descriptor_length":4,"name":"partialReceptionDescriptor","service_id":[23608,23609])"},
+            {run<TPartialReceptionDescriptor>, "FB 00",
+             R"(read=0 "errors":0,"descriptor_tag":251,"descriptor_length":0,"name":"partialReceptionDescriptor","service_id":[])"},
+            {run<TSystemManagementDescriptor>, "FE 03 C501 AB",
+             R"(read=3 "name":"systemManagementDescriptor","system_management_id":{,"broadcastingFlag":192,"broadcastingIdentifier":5,"additionalBroadcastingIdentification":1},"additional_identification_info":"0xab" | 254)"},
+            {run<TSystemManagementDescriptor>, "FE 02 3A07", R"(read=2 "name":"systemManagementDescriptor","system_management_id":{,"broadcastingFlag":0,"broadcastingIdentifier":58,"additionalBroadcastingIdentification":7} | 254)"},
+            // Control codes are dropped from the name.
+            {run<TBouquetNameDescriptor>, "47 05 47 0E 6C 6F 62",
+             R"(read=5 "name":"bouquetNameDescriptor","bouquetName":Glob | 71)"},
+            // A trailing partial code is not read.
+            {run<TCountryAvailabilityDescriptor>, "49 07 FF 'BRAJPN'",
+             R"(read=0 "name":"countryAvailabilityDescriptor","countryAvailabilityFlag":1,"countryCode":[BRA,JPN] | 73)"},
+            {run<TCountryAvailabilityDescriptor>, "49 05 7F 'URYA'",
+             R"(read=0 "name":"countryAvailabilityDescriptor","countryAvailabilityFlag":0,"countryCode":[URY] | 73)"},
+            {run<TCountryAvailabilityDescriptor>, "49 04 80 'BRA'",
+             R"(read=0 "name":"countryAvailabilityDescriptor","countryAvailabilityFlag":1,"countryCode":[BRA] | 73)"},
+            // A warning ending with no area codes, then one starting at level 0
+            // for two areas: the byte count is the last item's.
+            {run<TEmergencyInformationDescriptor>, "FC 06 0001 C0 02 123F",
+             R"(read=6 "name":"emergencyInformationDescriptor","loop":[{"serviceId":1,"start":1,"signalLevel":1,"areaCodes":[291]}] | 252)"},
+            {run<TEmergencyInformationDescriptor>, "FC 0C 5C38 3F 00 5C20 80 04 A5AF 0FF0",
+             R"(read=8 "name":"emergencyInformationDescriptor","loop":[{"serviceId":23608,"start":0,"signalLevel":0,"areaCodes":[]},{"serviceId":23584,"start":1,"signalLevel":0,"areaCodes":[2650,255]}] | 252)"},
+            {run<TEmergencyInformationDescriptor>, "FC 04 0001 C0 00", R"(null code=2568
 5 TEmergencyInformationDescriptorItem::parse: Item length not valid: 4. Aborting!
 5 TEmergencyInformationDescriptor::parse: Invalid item. Aborting!)"},
-        {run<TEmergencyInformationDescriptor>, "FC 06 0001 C0 08 123F", R"(null code=2568
+            {run<TEmergencyInformationDescriptor>, "FC 06 0001 C0 08 123F", R"(null code=2568
 5 TEmergencyInformationDescriptorItem::parse: Item length not valid: 6. Aborting!
 5 TEmergencyInformationDescriptor::parse: Invalid item. Aborting!)"},
-        {run<TEmergencyInformationDescriptor>, "FC 07 0001 C0 03 123456", R"(null code=2568
+            {run<TEmergencyInformationDescriptor>, "FC 07 0001 C0 03 123456", R"(null code=2568
 6 TEmergencyInformationDescriptorItem::parse The area code length is not a multiple of 2 (value: 3)
 5 TEmergencyInformationDescriptor::parse: Invalid item. Aborting!)"},
-        // The flags are inverted on the wire.
-        {run<TContentAvailabilityDescriptor>, "DE 01 3F",
-         R"(read=3 "name":"contentAvailabilityDescriptor","imageConstraintToken":0,"retentionMode":0,"retentionState":7,"encryptionMode":0 | 222)"},
-        {run<TContentAvailabilityDescriptor>, "DE 01 C0",
-         R"(read=3 "name":"contentAvailabilityDescriptor","imageConstraintToken":1,"retentionMode":1,"retentionState":0,"encryptionMode":1 | 222)"},
-        {run<TContentAvailabilityDescriptor>, "DE 01 E7",
-         R"(read=3 "name":"contentAvailabilityDescriptor","imageConstraintToken":0,"retentionMode":1,"retentionState":3,"encryptionMode":0 | 222)"},
-        {run<TContentAvailabilityDescriptor>, "DE 01 DB",
-         R"(read=3 "name":"contentAvailabilityDescriptor","imageConstraintToken":1,"retentionMode":0,"retentionState":5,"encryptionMode":0 | 222)"},
-        {run<TTimeShiftedServiceDescriptor>, "4C 02 04D2",
-         R"(read=2 "errors":0,"descriptor_tag":76,"descriptor_length":2,"descriptor_content":"0x04d2" | 1234)"},
-        {run<TTimeShiftedServiceDescriptor>, "4C 01 04", R"(null code=2568
+            // The flags are inverted on the wire.
+            {run<TContentAvailabilityDescriptor>, "DE 01 3F",
+             R"(read=3 "name":"contentAvailabilityDescriptor","imageConstraintToken":0,"retentionMode":0,"retentionState":7,"encryptionMode":0 | 222)"},
+            {run<TContentAvailabilityDescriptor>, "DE 01 C0",
+             R"(read=3 "name":"contentAvailabilityDescriptor","imageConstraintToken":1,"retentionMode":1,"retentionState":0,"encryptionMode":1 | 222)"},
+            {run<TContentAvailabilityDescriptor>, "DE 01 E7",
+             R"(read=3 "name":"contentAvailabilityDescriptor","imageConstraintToken":0,"retentionMode":1,"retentionState":3,"encryptionMode":0 | 222)"},
+            {run<TContentAvailabilityDescriptor>, "DE 01 DB",
+             R"(read=3 "name":"contentAvailabilityDescriptor","imageConstraintToken":1,"retentionMode":0,"retentionState":5,"encryptionMode":0 | 222)"},
+            {run<TTimeShiftedServiceDescriptor>, "4C 02 04D2",
+             R"(read=2 "errors":0,"descriptor_tag":76,"descriptor_length":2,"descriptor_content":"0x04d2" | 1234)"},
+            {run<TTimeShiftedServiceDescriptor>, "4C 01 04", R"(null code=2568
 5 TISDBTDescriptor::parseCommonHeader: (2) Longer data length is required: 3 < 4. Aborting!)"},
-        // Libras: lenient parsers that write neither byte count nor code.
-        {run<TLCMDescriptor>, "7C 0D 05 0010 F3 0040 0030 01E0 010E 02",
-         R"(code=48879 read=57005 "errors":0,"descriptor_tag":124,"descriptor_length":13,"descriptor_content":"0x050010f30040003001e0010e02" | 5 16 3 0 64 48 480 270 2 0 0 0)"},
-        {run<TLCMDescriptor>, "7C 13 05 0016 A3 0040 0030 01E0 010E 01 0641 0642 C840",
-         R"(code=48879 read=57005 "errors":0,"descriptor_tag":124,"descriptor_length":19,"descriptor_content":"0x050016a30040003001e0010e0106410642c840" | 5 22 3 0 64 48 480 270 1 0 0 0)"},
-        {run<TLCMDescriptor>, "7C 0D 05 0010 F3 0040 0030 01E0 010E", "null code=48879"},
-        {run<TLCMDescriptor>, "7C",
-         R"(code=48879 read=57005 "errors":0,"descriptor_tag":124,"descriptor_length":0 | 0 0 0 0 0 0 0 0 0 0 0 0)"},
-        // Declared count 3: the first gloss (two bytes) leaves a count of 1
-        // after one entry, so the second is not read.
-        {run<TLDMDescriptor>, "7C 0A 01 0000 03 02 'OI' 03 'TUD'",
-         R"(code=48879 read=57005 "errors":0,"descriptor_tag":124,"descriptor_length":10,"descriptor_content":"0x01000003024f49035455" | 1 OI)"},
-        // Empty entries add nothing but count; control bytes leave the gloss.
-        {run<TLDMDescriptor>, "7C 0C 02 0000 07 00 00 03 54 0E 55 01 41",
-         R"(code=48879 read=57005 "errors":0,"descriptor_tag":124,"descriptor_length":12,"descriptor_content":"0x02000007000003540e550141" | 2 TU A)"},
-        {run<TLDMDescriptor>, "7C 03 09 0000",
-         R"(code=48879 read=57005 "errors":0,"descriptor_tag":124,"descriptor_length":3,"descriptor_content":"0x090000" | 9)"},
-        {run<TLDMDescriptor>, "7C 06 01 0000 09 01 41",
-         R"(code=48879 read=57005 "errors":0,"descriptor_tag":124,"descriptor_length":6,"descriptor_content":"0x010000090141" | 1 A)"},
-        {run<TLDMDescriptor>, "7C 07 01 0000 01 05 4142", R"(null code=48879
+            // Libras: lenient parsers that write neither byte count nor code.
+            {run<TLCMDescriptor>, "7C 0D 05 0010 F3 0040 0030 01E0 010E 02",
+             R"(code=48879 read=57005 "errors":0,"descriptor_tag":124,"descriptor_length":13,"descriptor_content":"0x050010f30040003001e0010e02" | 5 16 3 0 64 48 480 270 2 0 0 0)"},
+            {run<TLCMDescriptor>, "7C 13 05 0016 A3 0040 0030 01E0 010E 01 0641 0642 C840",
+             R"(code=48879 read=57005 "errors":0,"descriptor_tag":124,"descriptor_length":19,"descriptor_content":"0x050016a30040003001e0010e0106410642c840" | 5 22 3 0 64 48 480 270 1 0 0 0)"},
+            {run<TLCMDescriptor>, "7C 0D 05 0010 F3 0040 0030 01E0 010E", "null code=48879"},
+            {run<TLCMDescriptor>, "7C",
+             R"(code=48879 read=57005 "errors":0,"descriptor_tag":124,"descriptor_length":0 | 0 0 0 0 0 0 0 0 0 0 0 0)"},
+            // Declared count 3: the first gloss (two bytes) leaves a count of 1
+            // after one entry, so the second is not read.
+            {run<TLDMDescriptor>, "7C 0A 01 0000 03 02 'OI' 03 'TUD'",
+             R"(code=48879 read=57005 "errors":0,"descriptor_tag":124,"descriptor_length":10,"descriptor_content":"0x01000003024f49035455" | 1 OI)"},
+            // Empty entries add nothing but count; control bytes leave the gloss.
+            {run<TLDMDescriptor>, "7C 0C 02 0000 07 00 00 03 54 0E 55 01 41",
+             R"(code=48879 read=57005 "errors":0,"descriptor_tag":124,"descriptor_length":12,"descriptor_content":"0x02000007000003540e550141" | 2 TU A)"},
+            {run<TLDMDescriptor>, "7C 03 09 0000",
+             R"(code=48879 read=57005 "errors":0,"descriptor_tag":124,"descriptor_length":3,"descriptor_content":"0x090000" | 9)"},
+            {run<TLDMDescriptor>, "7C 06 01 0000 09 01 41",
+             R"(code=48879 read=57005 "errors":0,"descriptor_tag":124,"descriptor_length":6,"descriptor_content":"0x010000090141" | 1 A)"},
+            {run<TLDMDescriptor>, "7C 07 01 0000 01 05 4142", R"(null code=48879
 5 ParserUtils::parseStr: ERROR: String length exceeds available data length: 5 > 2. Aborting!)"},
-    });
+        });
 }
 
 TEST(DescriptorCases, DownloadAndCarouselStreams) {
@@ -761,20 +763,20 @@ TEST(DescriptorCases, DownloadAndCarouselStreams) {
          "C9 43 B8 00100000 0000002A 00007530 048D17 40"
          " 0111 0001 01 0D 01 00000F 0102 0301 01 02 02 AABB"
          " 0002 3412 00001000 00 0100 00000020 02 CAFE 03 010203 'por' 05 'Hello'",
-         R"(read=67 "errors":0,"descriptor_tag":201,"descriptor_length":67,"descriptor_content":"0xb8001000000000002a00007530048d174001110001010d0100000f01020301010202aabb00023412000010000001000000002002cafe03010203706f720548656c6c6f" | 1 0 1 1 1 1048576 42 30000 74565 64 compatibility 1 1 15 4 6 2 0xaabb modules 4660 4096 null 1 32 0xcafe 0x010203 por Hello
+         R"(read=67 "errors":0,"descriptor_tag":201,"descriptor_length":67,"descriptor_content":"0xb8001000000000002a00007530048d174001110001010d0100000f01020301010202aabb00023412000010000001000000002002cafe03010203706f720548656c6c6f" | 1 0 1 1 1 1048576 42 30000 74565 64 compatibility 1 1 15 4 6 2 2 0xaabb modules 4660 4096 0 null 1 32 2 0xcafe 3 0x010203 por Hello
 5 ParserUtils::parseByteArray: ERROR: Invalid data target. Aborting!
 5 ParserUtils::parseByteArray: ERROR: Invalid data target. Aborting!
 5 ParserUtils::parseByteArray: ERROR: Invalid data target. Aborting!)"},
         {run<TDownloadContentDescriptor>, "C9 12 00 00000000 00000000 00000000 000000 00 00",
-         R"(read=18 "errors":0,"descriptor_tag":201,"descriptor_length":18,"descriptor_content":"0x000000000000000000000000000000000000" | 0 0 0 0 0 0 0 0 0 0 modules null  )"},
+         R"(read=18 "errors":0,"descriptor_tag":201,"descriptor_length":18,"descriptor_content":"0x000000000000000000000000000000000000" | 0 0 0 0 0 0 0 0 0 0 modules 0 null  )"},
         // The compatibility length 0x0105 counts as 5: three bytes more are
         // stepped over; a zero text length at the very end.
         {run<TDownloadContentDescriptor>,
          "C9 19 20 00000000 00000000 00000000 000000 00 0105 0000 EEEEEE 00",
-         R"(read=25 "errors":0,"descriptor_tag":201,"descriptor_length":25,"descriptor_content":"0x200000000000000000000000000000000001050000eeeeee00" | 0 0 1 0 0 0 0 0 0 0 compatibility modules null  )"},
+         R"(read=25 "errors":0,"descriptor_tag":201,"descriptor_length":25,"descriptor_content":"0x200000000000000000000000000000000001050000eeeeee00" | 0 0 1 0 0 0 0 0 0 0 compatibility modules 0 null  )"},
         {run<TDownloadContentDescriptor>,
          "C9 16 08 00000000 00000000 00000000 000000 00 00 'eng' 00",
-         R"(read=22 "errors":0,"descriptor_tag":201,"descriptor_length":22,"descriptor_content":"0x080000000000000000000000000000000000656e6700" | 0 0 0 0 1 0 0 0 0 0 modules null eng )"},
+         R"(read=22 "errors":0,"descriptor_tag":201,"descriptor_length":22,"descriptor_content":"0x080000000000000000000000000000000000656e6700" | 0 0 0 0 1 0 0 0 0 0 modules 0 null eng )"},
         {run<TDownloadContentDescriptor>, "C9 11 00 00000000 00000000 00000000 000000 00",
          R"(null code=2568
 5 TISDBTDescriptor::parseCommonHeader: (2) Longer data length is required: 19 < 20. Aborting!)"},
@@ -907,11 +909,11 @@ TEST(DescriptorCases, ObjectsBeforeParsing) {
         {made<TCarouselCompatibleCompositeDescriptor>, "F700",
          R"("errors":0,"descriptor_tag":247,"descriptor_length":0)"},
         {made<TCarouselIdentifierDescriptor>, "1300",
-         R"("name":"carouselIdentifierDescriptor","carouselId":0 | 19 0 null)"},
+         R"("name":"carouselIdentifierDescriptor","carouselId":0 | 19 0 0 null)"},
         {made<TComponentDescriptor>, "5000",
          R"("name":"componentDescriptor","streamContent":0,"componentType":0,"componentTag":0,"iso639LanguageCode":"","text":"" | 80 0)"},
         {made<TConditionalPlaybackDescriptor>, "F800",
-         R"("name:":"conditionalPlaybackDescriptor","caSystemId":0,"caPid":0,"privateData":"" | 248 null)"},
+         R"("name:":"conditionalPlaybackDescriptor","caSystemId":0,"caPid":0,"privateData":"" | 248 0 null)"},
         {made<TContentAvailabilityDescriptor>, "DE00",
          R"("name":"contentAvailabilityDescriptor","imageConstraintToken":0,"retentionMode":0,"retentionState":0,"encryptionMode":0 | 222)"},
         {made<TContentDescriptor>, "5400",
@@ -923,11 +925,11 @@ TEST(DescriptorCases, ObjectsBeforeParsing) {
         {made<TDIILocationDescriptor>, "0D0000",
          R"("errors":0,"descriptor_tag":13,"descriptor_length":0 | 0 0)"},
         {made<TDataComponentDescriptor>, "FD00",
-         R"("name":"dataComponentDescriptor","dataComponentId":0,"additionalDataComponentInfo":"" | 253 null)"},
+         R"("name":"dataComponentDescriptor","dataComponentId":0,"additionalDataComponentInfo":"" | 253 0 null)"},
         {made<TDigitalCopyControlDescriptor>, "C100",
          R"("name":"digitalCopyControlDescriptor","digitalRecordingControlData":0,"maximumBitrateFlag":0,"componentControlFlag":0,"copyControlType":0,"apsControlData":0,"maximumBitrate":0,"loop":[] | 193)"},
         {made<TDownloadContentDescriptor>, "C900",
-         R"("errors":0,"descriptor_tag":201,"descriptor_length":0 | 0 0 0 0 0 0 0 0 0 0 modules null  )"},
+         R"("errors":0,"descriptor_tag":201,"descriptor_length":0 | 0 0 0 0 0 0 0 0 0 0 modules 0 null  )"},
         {made<TEmergencyInformationDescriptor>, "FC00",
          R"("name":"emergencyInformationDescriptor","loop":[] | 252)"},
         {made<TExtendedEventDescriptor>, "4E00",
@@ -1024,5 +1026,5 @@ TEST(DescriptorCases, ItemsBeforeParsing) {
         cat(sub.getSubDescriptorType()) +
         hexOf(sub.getAdditionalInformation(), sub.getAdditionalInformationLength()) +
         cat(name.getLanguageCode(), name.getName(), id.getOrganizationID(), id.getApplicationID());
-    EXPECT_EQ(all, "  0 1 0 0 0 0 0 0 0 0 0 0 0 0 0 0 null 0 0 0 0 0 0 0 null   0 0");
+    EXPECT_EQ(all, "  0 1 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 null 0 0 0 0 0 0 0 0 null   0 0");
 }

@@ -195,6 +195,13 @@ TEST(TransportProtocolSelectors, InteractionChannelAndProtocol5) {
     EXPECT_EQ(pc.getTransportProtocolLabel(), 9);
     EXPECT_TRUE(log.lines().empty());
     EXPECT_EQ(pc.parseData(local.data(), 3, &n, &code), 0);
+    // A selector parsed on its own writes 0 on success.
+    Bytes url = fromHex("0002 07 00 80 01 61");
+    TTransportProtocolDescriptorIP ip(url.data(), length(url));
+    code = 0xFFFF;
+    EXPECT_EQ(ip.parseData(url.data(), 7, &n, &code), 1);
+    EXPECT_EQ(code, 0);
+    EXPECT_EQ(ip.getURL(0), "a");
 
     // Too short for the selector; too short for the label; a base with no byte for its extension
     // count; a URL base, then a URL extension, longer than the selector.
