@@ -358,6 +358,8 @@ TEST(DescriptorCases, ApplicationInformation) {
          R"(read=5 "errors":0,"descriptor_tag":12,"descriptor_length":12,"descriptor_content":"0x01046d61696e6403696d6701" | 1 2 main 100 img 1)"},
         {run<TPrefetchDescriptor>, "0C 05 01 00 07 00 00",
          R"(read=2 "errors":0,"descriptor_tag":12,"descriptor_length":5,"descriptor_content":"0x0100070000" | 1 2  7  0)"},
+        {run<TPrefetchDescriptor>, "0C 03 01 01 'a'", R"(null code=2568
+5 TISDBTDescriptor::parseCommonHeader: (2) Longer data length is required: 5 < 6. Aborting!)"},
         {run<TPrefetchDescriptor>, "0C 04 01 02 'ab'", R"(null code=2568
 5 TPrefetchDescriptorItem::parse: Item length not valid: 0. Aborting!
 5 TPrefetchDescriptor::parse: Invalid item. Aborting!)"},
@@ -736,6 +738,9 @@ TEST(DescriptorCases, StreamAndNetwork) {
             {run<TLCMDescriptor>, "7C 13 05 0016 A3 0040 0030 01E0 010E 01 0641 0642 C840",
              R"(code=48879 read=57005 "errors":0,"descriptor_tag":124,"descriptor_length":19,"descriptor_content":"0x050016a30040003001e0010e0106410642c840" | 5 22 3 0 64 48 480 270 1 0 0 0)"},
             {run<TLCMDescriptor>, "7C 0D 05 0010 F3 0040 0030 01E0 010E", "null code=48879"},
+            {run<TLCMDescriptor>, "7C 00", "null code=48879"},
+            {run<TLCMDescriptor>, "7C 0D 06 0000 FB 0000 0000 0000 0000 00",
+             R"(code=48879 read=57005 "errors":0,"descriptor_tag":124,"descriptor_length":13,"descriptor_content":"0x060000fb000000000000000000" | 6 0 11 0 0 0 0 0 0 0 0 0)"},
             {run<TLCMDescriptor>, "7C",
              R"(code=48879 read=57005 "errors":0,"descriptor_tag":124,"descriptor_length":0 | 0 0 0 0 0 0 0 0 0 0 0 0)"},
             // Declared count 3: the first gloss (two bytes) leaves a count of 1
