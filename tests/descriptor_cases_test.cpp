@@ -211,7 +211,10 @@ std::string extras(const TAVCTimingAndHRDDescriptor& d) {
     return cat(d.isPictureTimingInfoPresent(), d.is90kHzFlag());
 }
 std::string extras(const TCarouselIdentifierDescriptor& d) {
-    return cat(d.getFormatID()) + hexOf(d.getPrivateData(), d.getPrivateDataSize());
+    return cat(d.getFormatID(), d.getModuleVersion(), d.getModuleID(), d.getBlockSize(),
+               d.getModuleSize(), d.getCompressionMethod(), d.getOriginalSize(), d.getTimeOut()) +
+           hexOf(d.getObjectKeyData(), d.getObjectKeyLength()) +
+           hexOf(d.getPrivateData(), d.getPrivateDataSize());
 }
 
 // What the JSON leaves out, after " |": the tag where the JSON has none,
@@ -539,6 +542,9 @@ TEST(DescriptorCases, ServiceInformation) {
         {run<TLocalTimeOffsetDescriptor>,
          "58 1A 'BRA' 03 0300 E14D 000000 0200 'BRA' 03 0200 E0A8 000000 0300",
          R"(read=13 "errors":0,"descriptor_tag":88,"descriptor_length":26,"loop":[{"country_code":"BRA","country_region_id":0,"local_time_offset_polarity":1,"local_time_offset":"02:00","time_of_change":"2016-05-04 00:00:00","next_time_offset":"03:00"}] | BRA 0 1 7200 1462320000 10800)"},
+        // Region 63, and a first hour byte over 0x7F.
+        {run<TLocalTimeOffsetDescriptor>, "58 0D 'CHL' FE 8000 0000 000000 0000",
+         R"(read=13 "errors":0,"descriptor_tag":88,"descriptor_length":13,"loop":[{"country_code":"CHL","country_region_id":63,"local_time_offset_polarity":0,"local_time_offset":"05:20","time_of_change":"1970-01-01 00:00:00","next_time_offset":"00:00"}] | CHL 63 0 20480 0 0)"},
         // Eleven bytes hold no entry; an entry and a partial one.
         {run<TLocalTimeOffsetDescriptor>, "58 0B 'BRA' 03 0300 E14D 000000", R"(null code=2568
 5 TLocalTimeOffsetDescriptorItem::parse: Descriptor length not valid: 11. Aborting!
@@ -570,7 +576,8 @@ TEST(DescriptorCases, ServiceInformation) {
         // then one generation, bitrate 50 and a component of its own.
         {run<TDigitalCopyControlDescriptor>, "C1 01 03",
          R"(read=1 "name":"digitalCopyControlDescriptor","digitalRecordingControlData":0,"maximumBitrateFlag":0,"componentControlFlag":0,"copyControlType":0,"apsControlData":0,"maximumBitrate":0,"loop":[] | 193)"},
-        {run<TDigitalCopyControlDescriptor>, "C1 06 BD 32 03 10 A6 28", R"(read=6 "name":"digitalCopyControlDescriptor","digitalRecordingControlData":2,"maximumBitrateFlag":1,"componentControlFlag":1,"copyControlType":3,"apsControlData":1,"maximumBitrate":50,"loop":[{"digitalRecordingControlData":2,"maximumBitrateFlag":1,"copyControlType":1,"apsControlData":2,"maximumBitrate":40,"reservedFutureUse":[]}] | 193)"},
+        {run<TDigitalCopyControlDescriptor>, "C1 06 BD 32 03 10 A6 28",
+         R"(read=6 "name":"digitalCopyControlDescriptor","digitalRecordingControlData":2,"maximumBitrateFlag":1,"componentControlFlag":1,"copyControlType":3,"apsControlData":1,"maximumBitrate":50,"loop":[{"digitalRecordingControlData":2,"maximumBitrateFlag":1,"copyControlType":1,"apsControlData":2,"maximumBitrate":40,"reservedFutureUse":[]}] | 193)"},
         {run<TDigitalCopyControlDescriptor>, "C1 08 BD 32 05 10 A6 28 11 C0",
          R"(read=8 "name":"digitalCopyControlDescriptor","digitalRecordingControlData":2,"maximumBitrateFlag":1,"componentControlFlag":1,"copyControlType":3,"apsControlData":1,"maximumBitrate":50,"loop":[{"digitalRecordingControlData":2,"maximumBitrateFlag":1,"copyControlType":1,"apsControlData":2,"maximumBitrate":40,"reservedFutureUse":[]},{"digitalRecordingControlData":3,"maximumBitrateFlag":0,"copyControlType":0,"apsControlData":0,"maximumBitrate":0,"reservedFutureUse":[]}] | 193)"},
         {run<TDigitalCopyControlDescriptor>, "C1 01 20", R"(null code=2568
@@ -606,9 +613,9 @@ TEST(DescriptorCases, ServiceInformation) {
 5 TISDBTDescriptor::parseCommonHeader: (3) Unexpected Descriptor Tag. Got 0x13, instead of 0x52. Aborting!)"},
         // A format specifier after carousel_id is kept undecoded.
         {run<TCarouselIdentifierDescriptor>, "13 04 00000005",
-         R"(read=4 "name":"carouselIdentifierDescriptor","carouselId":5 | 19 0 0 null)"},
+         R"(read=4 "name":"carouselIdentifierDescriptor","carouselId":5 | 19 0 0 0 0 0 0 0 0 0 null 0 null)"},
         {run<TCarouselIdentifierDescriptor>, "13 07 12345678 010203",
-         R"(read=7 "name":"carouselIdentifierDescriptor","carouselId":305419896 | 19 0 3 0x010203)"},
+         R"(read=7 "name":"carouselIdentifierDescriptor","carouselId":305419896 | 19 0 0 0 0 0 0 0 0 0 null 3 0x010203)"},
         {run<TCarouselIdentifierDescriptor>, "13 03 000001", R"(null code=2568
 5 TISDBTDescriptor::parseCommonHeader: (2) Longer data length is required: 5 < 6. Aborting!)"},
     });
@@ -914,7 +921,7 @@ TEST(DescriptorCases, ObjectsBeforeParsing) {
         {made<TCarouselCompatibleCompositeDescriptor>, "F700",
          R"("errors":0,"descriptor_tag":247,"descriptor_length":0)"},
         {made<TCarouselIdentifierDescriptor>, "1300",
-         R"("name":"carouselIdentifierDescriptor","carouselId":0 | 19 0 0 null)"},
+         R"("name":"carouselIdentifierDescriptor","carouselId":0 | 19 0 0 0 0 0 0 0 0 0 null 0 null)"},
         {made<TComponentDescriptor>, "5000",
          R"("name":"componentDescriptor","streamContent":0,"componentType":0,"componentTag":0,"iso639LanguageCode":"","text":"" | 80 0)"},
         {made<TConditionalPlaybackDescriptor>, "F800",

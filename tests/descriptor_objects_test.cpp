@@ -22,6 +22,12 @@ TEST(DescriptorLists, AddRemoveAndLookUp) {
     EXPECT_EQ(names.d->get("spa"), nullptr);
     EXPECT_EQ(names.d->getLanguageCodes(), (std::list<std::string>{"eng", "por"}));
 
+    ParsedDescriptor<TExtendedEventDescriptor> event(
+        fromHex("4E 0F 12 706F72 09 01 61 01 62 02 6364 01 65 00"));
+    ASSERT_EQ(event.d->size(), 2);
+    EXPECT_EQ(event.d->get(1)->getDescription(), "cd");
+    EXPECT_EQ(event.d->get(2), nullptr);
+
     ParsedDescriptor<TGingaNCLApplicationDescriptor> ginga(fromHex("06 06 01 61 00 02 62 63"));
     EXPECT_TRUE(ginga.d->remove(0));
     EXPECT_FALSE(ginga.d->remove(2));
