@@ -1,7 +1,7 @@
 // Every descriptor class on bytes built by hand: one row per descriptor, with
 // what parse() gives back (byte count, error code, exact JSON) and the exact
-// lines it logs. Classes that render their raw bytes also show the getters
-// that the JSON does not.
+// lines it logs, and the getters that the JSON does not show; then the
+// objects as their constructors leave them, and copies.
 #include <gtest/gtest.h>
 
 #include <sstream>
@@ -14,7 +14,7 @@ using namespace Sarn;
 
 namespace {
 
-// Hexadecimal bytes with 'quoted' ASCII runs; blanks separate nothing.
+// Hexadecimal bytes with 'quoted' ASCII runs; blanks are ignored.
 Bytes wire(const std::string& text) {
     Bytes out;
     std::string hex;
@@ -361,6 +361,9 @@ TEST(DescriptorCases, ApplicationInformation) {
          R"(read=5 "errors":0,"descriptor_tag":12,"descriptor_length":12,"descriptor_content":"0x01046d61696e6403696d6701" | 1 2 main 100 img 1)"},
         {run<TPrefetchDescriptor>, "0C 05 01 00 07 00 00",
          R"(read=2 "errors":0,"descriptor_tag":12,"descriptor_length":5,"descriptor_content":"0x0100070000" | 1 2  7  0)"},
+        {run<TPrefetchDescriptor>, "0C 04 01 00 07 03", R"(null code=2568
+5 TPrefetchDescriptorItem::parse: Item length not valid: 1. Aborting!
+5 TPrefetchDescriptor::parse: Invalid item. Aborting!)"},
         {run<TPrefetchDescriptor>, "0C 03 01 01 'a'", R"(null code=2568
 5 TISDBTDescriptor::parseCommonHeader: (2) Longer data length is required: 5 < 6. Aborting!)"},
         {run<TPrefetchDescriptor>, "0C 04 01 02 'ab'", R"(null code=2568

@@ -41,6 +41,12 @@ TEST(DescriptorLists, AddRemoveAndLookUp) {
     EXPECT_EQ(auth.d->size(), 1);
     EXPECT_EQ(auth.d->get("0000000B0003")->getPriority(), 4);
 
+    ParsedDescriptor<TDIILocationDescriptor> dii(fromHex("0D 05 02 0001 0014"));
+    dii.d->add(nullptr);
+    dii.d->add(new TDIILocationDescriptorItem(0x0002, 0x0015));
+    ASSERT_EQ(dii.d->size(), 2u);
+    EXPECT_EQ(dii.d->get(1)->getAssociationTag(), 0x15);
+
     ParsedDescriptor<TServiceListDescriptor> list(fromHex("41 06 5C38 C0 5C20 01"));
     EXPECT_TRUE(list.d->remove(0x5C20));
     EXPECT_FALSE(list.d->remove(0x5C20));
@@ -157,6 +163,9 @@ TEST(DescriptorItems, ParsedOnTheirOwn) {
     EXPECT_EQ(TContentDescriptor::parse(nullptr, 4, nullptr, nullptr), nullptr);
     EXPECT_EQ(TStreamModeDescriptor::parse(nullptr, 4, nullptr, &code), nullptr);
     EXPECT_EQ(code, ERROR_INVALID_DATA);
+    TGingaNCLApplicationLocationDescriptor location(one.data(), 1);
+    EXPECT_EQ(location.parseData(one.data(), 1, &read, &code), 0);
+    EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
     EXPECT_EQ(
         log.texts(),
         (std::vector<std::string>{
@@ -169,7 +178,9 @@ TEST(DescriptorItems, ParsedOnTheirOwn) {
             warnLine("TEmergencyInformationDescriptorItem::parse: Item length not valid: 9. "
                      "Aborting!"),
             warnLine("TContentDescriptor::parse: Item length not valid: 0. Aborting!"),
-            warnLine("TISDBTDescriptor::parseCommonHeader: (1) Invalid data. Aborting!")}));
+            warnLine("TISDBTDescriptor::parseCommonHeader: (1) Invalid data. Aborting!"),
+            warnLine("TGingaApplicationLocationDescriptor::parse: Item length not valid: 1. "
+                     "Aborting!")}));
 }
 
 TEST(TransportProtocolSelectors, InteractionChannelAndProtocol5) {
@@ -212,6 +223,7 @@ TEST(TransportProtocolSelectors, InteractionChannelAndProtocol5) {
     // Too short for the selector; too short for the label; a base with no byte for its extension
     // count; a URL base, then a URL extension, longer than the selector.
     TTransportProtocolDescriptorIC cut(b.data(), 2);
+    EXPECT_EQ(cut.parseData(b.data() + 2, 3, &n, &code), 1);
     code = 0xFFFF;
     EXPECT_EQ(cut.parseData(b.data() + 2, 2, &n, &code), 0);
     EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
