@@ -703,7 +703,9 @@ TEST(DescriptorCases, StreamAndNetwork) {
              R"(read=0 "errors":0,"descriptor_tag":251,"descriptor_length":0,"name":"partialReceptionDescriptor","service_id":[])"},
             {run<TSystemManagementDescriptor>, "FE 03 C501 AB",
              R"(read=3 "name":"systemManagementDescriptor","system_management_id":{,"broadcastingFlag":192,"broadcastingIdentifier":5,"additionalBroadcastingIdentification":1},"additional_identification_info":"0xab" | 254)"},
-            {run<TSystemManagementDescriptor>, "FE 02 3A07", R"(read=2 "name":"systemManagementDescriptor","system_management_id":{,"broadcastingFlag":0,"broadcastingIdentifier":58,"additionalBroadcastingIdentification":7} | 254)"},
+            {run<TSystemManagementDescriptor>, "FE 02 3A87", R"(read=2 "name":"systemManagementDescriptor","system_management_id":{,"broadcastingFlag":0,"broadcastingIdentifier":58,"additionalBroadcastingIdentification":135} | 254)"},
+            {run<TSystemManagementDescriptor>, "FE 02 3A07",
+             R"(read=2 "name":"systemManagementDescriptor","system_management_id":{,"broadcastingFlag":0,"broadcastingIdentifier":58,"additionalBroadcastingIdentification":7} | 254)"},
             // Control codes are dropped from the name.
             {run<TBouquetNameDescriptor>, "47 05 47 0E 6C 6F 62",
              R"(read=5 "name":"bouquetNameDescriptor","bouquetName":Glob | 71)"},
@@ -760,6 +762,8 @@ TEST(DescriptorCases, StreamAndNetwork) {
             // Empty entries add nothing but count; control bytes leave the gloss.
             {run<TLDMDescriptor>, "7C 0C 02 0000 07 00 00 03 54 0E 55 01 41",
              R"(code=48879 read=57005 "errors":0,"descriptor_tag":124,"descriptor_length":12,"descriptor_content":"0x02000007000003540e550141" | 2 TU A)"},
+            {run<TLDMDescriptor>, "7C 01 09",
+             R"(code=48879 read=57005 "errors":0,"descriptor_tag":124,"descriptor_length":1,"descriptor_content":"0x09" | 9)"},
             {run<TLDMDescriptor>, "7C 03 09 0000",
              R"(code=48879 read=57005 "errors":0,"descriptor_tag":124,"descriptor_length":3,"descriptor_content":"0x090000" | 9)"},
             {run<TLDMDescriptor>, "7C 06 01 0000 09 01 41",

@@ -15,6 +15,10 @@ TEST(DescriptorLists, AddRemoveAndLookUp) {
     EXPECT_FALSE(app.d->removeProfile(2));
     EXPECT_EQ(app.d->getProfilesCount(), 1);
     EXPECT_EQ(app.d->getProfile(1)->getVersionMajor(), 1);
+    app.d->addProfile(nullptr);
+    app.d->addProfile(new TApplicationDescriptorProfile(7, 2, 0, 1));
+    EXPECT_EQ(app.d->getProfilesCount(), 2);
+    EXPECT_EQ(app.d->getProfile(7)->getVersionMajor(), 2);
 
     ParsedDescriptor<TApplicationNameDescriptor> names(
         fromHex("01 0F 706F72 03 417070 656E67 04 4E657773"));
@@ -199,6 +203,8 @@ TEST(TransportProtocolSelectors, InteractionChannelAndProtocol5) {
     EXPECT_EQ(ic.getURLExtension(0, 1), "");
     EXPECT_EQ(ic.getURLBase(1), "u");
     EXPECT_EQ(ic.getURLExtensionCount(1), 0u);
+    EXPECT_EQ(ic.getURLExtension(0, 2), "");
+    EXPECT_EQ(ic.getURLExtension(1, 0), "");
     EXPECT_EQ(ic.getURLBase(2), "");
     EXPECT_EQ(ic.getTransportProtocolLabel(), 9);
     EXPECT_EQ(ic.getType(), TTransportProtocolDescriptor::TYPE_DC);
