@@ -51,6 +51,15 @@ TEST(DescriptorLists, AddRemoveAndLookUp) {
     ASSERT_EQ(dii.d->size(), 2u);
     EXPECT_EQ(dii.d->get(1)->getAssociationTag(), 0x15);
 
+    ParsedDescriptor<TTransportProtocolDescriptor> ip(
+        fromHex("02 10 0002 01 80 0001 0002 0003 00 02 6162 01 63"));
+    auto* urls = dynamic_cast<TTransportProtocolDescriptorIP*>(ip.d);
+    ASSERT_NE(urls, nullptr);
+    EXPECT_TRUE(urls->removeURL(0));
+    EXPECT_FALSE(urls->removeURL(1));
+    EXPECT_EQ(urls->getURLCount(), 1);
+    EXPECT_EQ(urls->getURL(0), "c");
+
     ParsedDescriptor<TServiceListDescriptor> list(fromHex("41 06 5C38 C0 5C20 01"));
     EXPECT_TRUE(list.d->remove(0x5C20));
     EXPECT_FALSE(list.d->remove(0x5C20));
