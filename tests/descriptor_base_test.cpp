@@ -5,41 +5,7 @@
 
 #include "DescriptorLoop.h"
 #include "DescriptorParse.h"
-#include "ISDBTUtils.h"
-#include "LogCapture.h"
-#include "Sections.h"
-#include "TAACDescriptor.h"
-#include "TAVCTimingAndHRDDescriptor.h"
-#include "TAVCVideoDescriptor.h"
-#include "TBouquetNameDescriptor.h"
-#include "TCAIdentifierDescriptor.h"
-#include "TCarouselCompatibleCompositeDescriptor.h"
-#include "TCarouselIdentifierDescriptor.h"
-#include "TConditionalPlaybackDescriptor.h"
-#include "TContentAvailabilityDescriptor.h"
-#include "TCopyrightDescriptor.h"
-#include "TCountryAvailabilityDescriptor.h"
-#include "TDataComponentDescriptor.h"
-#include "TDownloadContentDescriptor.h"
-#include "TEmergencyInformationDescriptor.h"
-#include "THierarchicalTransmissionDescriptor.h"
-#include "TISDBTDescriptor.h"
-#include "TISO639LanguageDescriptor.h"
-#include "TLocalTimeOffsetDescriptor.h"
-#include "TNPTEndpointDescriptor.h"
-#include "TNPTReferenceDescriptor.h"
-#include "TNetworkNameDescriptor.h"
-#include "TPartialReceptionDescriptor.h"
-#include "TServiceDescriptor.h"
-#include "TServiceListDescriptor.h"
-#include "TStreamEventDescriptor.h"
-#include "TStreamIdentifierDescriptor.h"
-#include "TStreamModeDescriptor.h"
-#include "TSystemManagementDescriptor.h"
-#include "TTSInformationDescriptor.h"
-#include "TTerrestrialDeliverySystemDescriptor.h"
-#include "TTimeShiftedServiceDescriptor.h"
-#include "TVideoDecodeControlDescriptor.h"
+#include "SarnISDBTUtils.h"
 
 using namespace Sarn;
 
@@ -141,6 +107,26 @@ TEST(DescriptorHeader, EachClassChecksItsTagAndMinimumLength) {
         kind<TTerrestrialDeliverySystemDescriptor>(0xFA, 4),
         kind<TTimeShiftedServiceDescriptor>(0x4C, 2),
         kind<TVideoDecodeControlDescriptor>(0xC8, 1),
+        kind<TApplicationDescriptor>(0x00, 3),
+        kind<TApplicationIconDescriptor>(0x0B, 2),
+        kind<TApplicationNameDescriptor>(0x01, 4),
+        kind<TAudioComponentDescriptor>(0xC4, 9),
+        kind<TComponentDescriptor>(0x50, 6),
+        kind<TDIILocationDescriptor>(0x0D, 4),
+        kind<TDigitalCopyControlDescriptor>(0xC1, 1),
+        kind<TExtendedEventDescriptor>(0x4E, 6),
+        kind<TExternalApplicationAuthorizationDescriptor>(0x05, 0),
+        kind<TGingaJavaApplicationDescriptor>(0x03, 0),
+        kind<TGingaNCLApplicationDescriptor>(0x06, 0),
+        kind<TGingaHtml5ApplicationDescriptor>(0x0E, 0),
+        kind<TGingaJavaApplicationLocationDescriptor>(0x04, 4),
+        kind<TGingaNCLApplicationLocationDescriptor>(0x07, 4),
+        kind<TGingaHtml5ApplicationLocationDescriptor>(0x0F, 4),
+        kind<TIPSignalingDescriptor>(0x11, 3),
+        kind<TParentalRatingDescriptor>(0x55, 0),
+        kind<TPrefetchDescriptor>(0x0C, 4),
+        kind<TShortEventDescriptor>(0x4D, 5),
+        kind<TTransportProtocolDescriptor>(0x02, 3),
     };
     for (const HeaderRule& r : rules) {
         SCOPED_TRACE(r.name);

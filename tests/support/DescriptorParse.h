@@ -28,17 +28,23 @@ struct ParsedDescriptor {
 };
 
 /**
- * T::parse over the bytes in one line: "read=<byte count> <JSON>" for a
- * descriptor with error code 0, otherwise "null code=<code>" or
+ * A parse result in one line: "read=<byte count> <JSON>" for a descriptor
+ * with error code 0, otherwise "null code=<code>" or
  * "code=<code> read=<byte count> <JSON>".
  */
 template <typename T>
-std::string outcome(Bytes b) {
-    ParsedDescriptor<T> p(std::move(b));
+std::string describe(const ParsedDescriptor<T>& p) {
     if (p.d == nullptr)
         return "null code=" + std::to_string(p.code);
     const std::string read = "read=" + std::to_string(p.read) + " ";
     return (p.code == 0 ? read : "code=" + std::to_string(p.code) + " " + read) + p.d->toJSON();
+}
+
+/** T::parse over the bytes, described in one line as above. */
+template <typename T>
+std::string outcome(Bytes b) {
+    ParsedDescriptor<T> p(std::move(b));
+    return describe(p);
 }
 
 #endif
