@@ -17,19 +17,6 @@ namespace fields {
 
 using bytes::copyBytes;
 
-/**
- * An owned array of `slots` 16-bit values (freed with delete[]), the first
- * `count` read big-endian from src and the rest zero. The caller makes sure
- * that count <= slots and that 2 * count bytes are readable at src.
- */
-inline unsigned short* readBe16Array(const unsigned char* src, unsigned int count,
-                                     unsigned int slots) {
-    unsigned short* values = new unsigned short[slots]();
-    for (unsigned int i = 0; i < count; ++i)
-        values[i] = bytes::be16(src + 2 * i);
-    return values;
-}
-
 /** An owned copy of the next n bytes of r (null when n is 0 or they are not there). */
 inline unsigned char* copyBytes(bytes::Reader& r, unsigned int n) {
     const unsigned char* src = r.bytes(n);
