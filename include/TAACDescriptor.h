@@ -22,6 +22,7 @@ class TAACDescriptor : public TISDBTDescriptor {
     ~TAACDescriptor() override;
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
     unsigned char getProfileAndLevel() const { return profileAndLevel; }
     int hasAACType() const { return aacTypeFlag; }

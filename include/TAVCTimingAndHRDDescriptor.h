@@ -21,6 +21,7 @@ class TAVCTimingAndHRDDescriptor : public TISDBTDescriptor {
     ~TAVCTimingAndHRDDescriptor() override;
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
     int isHRDManagementValid() const { return hrdManagementValid; }
     int isPictureTimingInfoPresent() const { return pictureTimingInfoPresent; }

@@ -17,6 +17,7 @@ class TAVCVideoDescriptor : public TISDBTDescriptor {
     ~TAVCVideoDescriptor() override;
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
     unsigned char getProfileIDC() const { return profileIdc; }
     int getConstraintSet0Flag() const { return constraintSet0Flag; }

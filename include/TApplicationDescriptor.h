@@ -30,6 +30,7 @@ class TApplicationDescriptor : public TISDBTDescriptor {
     ~TApplicationDescriptor() override;
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
     int getProfilesCount() const { return static_cast<int>(profiles.size()); }
     /**

@@ -26,6 +26,7 @@ class TApplicationNameDescriptor : public TISDBTDescriptor {
     ~TApplicationNameDescriptor() override;
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
     int size() const { return static_cast<int>(items.size()); }
     /**

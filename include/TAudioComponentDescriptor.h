@@ -36,6 +36,7 @@ class TAudioComponentDescriptor : public TISDBTDescriptor {
     std::string getText() const { return text; }
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
   private:
     unsigned char streamContent = 0;

@@ -17,6 +17,7 @@ class TBouquetNameDescriptor : public TISDBTDescriptor {
     ~TBouquetNameDescriptor() override;
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
     std::string getBouquetName() const { return bouquetName; }
 

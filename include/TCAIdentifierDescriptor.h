@@ -19,6 +19,7 @@ class TCAIdentifierDescriptor : public TISDBTDescriptor {
     ~TCAIdentifierDescriptor() override;
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
     unsigned char getCASystemIDCount() const { return caSystemIdCount; }
     unsigned short* getCASystemIDs() const { return caSystemIds; }

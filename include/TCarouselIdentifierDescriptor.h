@@ -38,6 +38,7 @@ class TCarouselIdentifierDescriptor : public TISDBTDescriptor {
     unsigned char* getPrivateData() const { return privateData; }
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
   private:
     unsigned int carouselId = 0;

@@ -31,6 +31,7 @@ class TComponentDescriptor : public TISDBTDescriptor {
     std::string getText() const { return text; }
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
   private:
     unsigned char streamContent = 0;

@@ -19,6 +19,7 @@ class TConditionalPlaybackDescriptor : public TISDBTDescriptor {
     ~TConditionalPlaybackDescriptor() override;
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
     unsigned short getCASystemID() const { return caSystemId; }
     unsigned short getCAPID() const { return caPid; }

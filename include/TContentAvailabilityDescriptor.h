@@ -22,6 +22,7 @@ class TContentAvailabilityDescriptor : public TISDBTDescriptor {
     ~TContentAvailabilityDescriptor() override;
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
     int isImageConstrained() const { return imageConstrained; }
     int isRetentionAllowed() const { return retentionAllowed; }

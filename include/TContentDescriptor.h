@@ -26,6 +26,7 @@ class TContentDescriptor : public TISDBTDescriptor {
     unsigned char getUserByte() const { return userByte; }
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
   private:
     unsigned char contentNibbleLevel1 = 0;

@@ -19,6 +19,7 @@ class TCopyrightDescriptor : public TISDBTDescriptor {
     ~TCopyrightDescriptor() override;
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
     unsigned int getCopyrightID() const { return copyrightId; }
     unsigned char getAdditionalInfoSize() const { return additionalInfoSize; }

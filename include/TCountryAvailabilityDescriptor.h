@@ -23,6 +23,7 @@ class TCountryAvailabilityDescriptor : public TISDBTDescriptor {
     ~TCountryAvailabilityDescriptor() override;
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
     bool getCountryAvailabilityFlag() const { return countryAvailabilityFlag; }
     int size() const { return static_cast<int>(countryCodes.size()); }

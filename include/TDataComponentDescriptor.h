@@ -27,6 +27,7 @@ class TDataComponentDescriptor : public TISDBTDescriptor {
     unsigned char* getAdditionalData() const { return additionalData; }
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
   private:
     unsigned short dataComponentId = 0;

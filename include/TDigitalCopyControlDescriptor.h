@@ -42,6 +42,7 @@ class TDigitalCopyControlDescriptor : public TISDBTDescriptor {
     bool remove(unsigned int index);
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
   private:
     unsigned char digitalRecordingControlData = 0;

@@ -25,6 +25,7 @@ class TEmergencyInformationDescriptor : public TISDBTDescriptor {
     ~TEmergencyInformationDescriptor() override;
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
     int size() const { return static_cast<int>(items.size()); }
     void add(TEmergencyInformationDescriptorItem* item);

@@ -34,6 +34,7 @@ class TExtendedEventDescriptor : public TISDBTDescriptor {
     TExtendedEventDescriptorItem* get(unsigned char index) const;
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
   private:
     int descriptorNumber = 0;

@@ -22,6 +22,7 @@ class TGingaApplicationDescriptor : public TISDBTDescriptor {
     ~TGingaApplicationDescriptor() override;
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
     /**
      * Reads the parameters from the len bytes after descriptor_length.
      * Returns 1 on success, 0 on failure (code set through err).

@@ -20,6 +20,7 @@ class TGingaApplicationLocationDescriptor : public TISDBTDescriptor {
     ~TGingaApplicationLocationDescriptor() override;
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
     /**
      * Reads the three fields from the len bytes after descriptor_length.
      * Returns 1 on success, 0 on failure (code set through err).

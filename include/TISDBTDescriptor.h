@@ -33,6 +33,11 @@ class TISDBTDescriptor : public TISDBTDataHolder {
     /** Base members without braces; with content, the payload in hexadecimal. */
     std::string toJSONInternal(int withContent) const;
     virtual std::string toJSON() const;
+    /**
+     * Appends the text toJSON() returns to out. Owners render their
+     * descriptors through this, so a whole table is written into one string.
+     */
+    virtual void appendJSON(std::string& out) const;
 
   protected:
     /** Appends the base members (as toJSONInternal) to out. */

@@ -33,6 +33,7 @@ class TISO639LanguageDescriptor : public TISDBTDescriptor {
     Item* getLoopItems() const { return items; }
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
   private:
     int loopSize = 0;

@@ -35,6 +35,7 @@ class TLocalTimeOffsetDescriptor : public TISDBTDescriptor {
     bool remove(std::string countryCode);
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
   private:
     std::map<std::string, TLocalTimeOffsetDescriptorItem*> items;

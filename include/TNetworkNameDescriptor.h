@@ -21,6 +21,7 @@ class TNetworkNameDescriptor : public TISDBTDescriptor {
     std::string getNetworkName() const { return networkName; }
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
   private:
     std::string networkName;

@@ -33,6 +33,7 @@ class TParentalRatingDescriptor : public TISDBTDescriptor {
     bool remove(unsigned char index);
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
   private:
     std::vector<TParentalRatingDescriptorItem*> items;  // owned, wire order

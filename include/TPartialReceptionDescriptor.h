@@ -19,6 +19,7 @@ class TPartialReceptionDescriptor : public TISDBTDescriptor {
     ~TPartialReceptionDescriptor() override;
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
     unsigned char getServiceIDCount() const { return serviceIdCount; }
     unsigned short* getServiceIDs() const { return serviceIds; }

@@ -26,6 +26,7 @@ class TServiceDescriptor : public TISDBTDescriptor {
     std::string getServiceName() const { return serviceName; }
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
   private:
     unsigned char serviceType = 0;

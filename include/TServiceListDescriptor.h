@@ -23,6 +23,7 @@ class TServiceListDescriptor : public TISDBTDescriptor {
     ~TServiceListDescriptor() override;
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
     int size() const { return static_cast<int>(items.size()); }
     /**

@@ -25,6 +25,7 @@ class TShortEventDescriptor : public TISDBTDescriptor {
     std::string getEventDescription() const { return eventDescription; }
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
   private:
     std::string languageCode;

@@ -24,6 +24,7 @@ class TStreamIdentifierDescriptor : public TISDBTDescriptor {
     unsigned char getComponentTag() const { return componentTag; }
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
   private:
     unsigned char componentTag = 0;

@@ -22,6 +22,7 @@ class TSystemManagementDescriptor : public TISDBTDescriptor {
     ~TSystemManagementDescriptor() override;
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
     unsigned short getSystemManagementID() const { return systemManagementId; }
     /** The top two bits of the id left in place: 0, 64, 128 or 192. */

@@ -38,6 +38,7 @@ class TTSInformationDescriptor : public TISDBTDescriptor {
     bool removeTransmissionType(unsigned char index);
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
   private:
     unsigned char remoteControlKeyId = 0;

@@ -24,6 +24,7 @@ class TTerrestrialDeliverySystemDescriptor : public TISDBTDescriptor {
     ~TTerrestrialDeliverySystemDescriptor() override;
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
     /** The 12-bit area_code. */
     unsigned short getAreaCode() const { return areaCode; }

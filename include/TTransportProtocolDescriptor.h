@@ -35,6 +35,7 @@ class TTransportProtocolDescriptor : public TISDBTDescriptor {
     ~TTransportProtocolDescriptor() override;
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
     /**
      * Reads the selector from the body (data at protocol_id, len bytes).
      * Returns 1 on success, 0 on failure (code set through err).

@@ -17,6 +17,7 @@ class TVideoDecodeControlDescriptor : public TISDBTDescriptor {
     ~TVideoDecodeControlDescriptor() override;
 
     std::string toJSON() const override;
+    void appendJSON(std::string& out) const override;
 
     int isStillPicture() const { return stillPicture; }
     int hasSequenceEndCode() const { return sequenceEndCode; }

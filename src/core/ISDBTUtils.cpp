@@ -1,6 +1,7 @@
 #include "ISDBTUtils.h"
 
 #include "Bytes.h"
+#include "Json.h"
 
 namespace Sarn {
 
@@ -63,11 +64,7 @@ void ISDBTUtils::setErrorCode(unsigned short* error, unsigned short code) {
 std::string ISDBTUtils::escapeJSONString(const std::string& text) {
     std::string out;
     out.reserve(text.size() + 8);
-    for (char c : text) {
-        if (c == '"' || c == '\\')
-            out.push_back('\\');
-        out.push_back(c);
-    }
+    json::Out(out).escaped(text);
     return out;
 }
 

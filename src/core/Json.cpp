@@ -12,7 +12,24 @@ Out& Out::zeroFilled(long long v, int width) {
     auto r = std::to_chars(buf, buf + sizeof buf, v);
     for (int i = static_cast<int>(r.ptr - buf); i < width; ++i)
         s.push_back('0');
-    s.append(buf, r.ptr);
+    s.append(buf, static_cast<size_t>(r.ptr - buf));
+    return *this;
+}
+
+Out& Out::escaped(const std::string& text) {
+    // Copy the runs between the characters that need a backslash in one go.
+    const char* p = text.data();
+    const char* const end = p + text.size();
+    while (p != end) {
+        const char* run = p;
+        while (p != end && *p != '"' && *p != '\\')
+            ++p;
+        s.append(run, static_cast<size_t>(p - run));
+        if (p == end)
+            break;
+        s.push_back('\\');
+        s.push_back(*p++);
+    }
     return *this;
 }
 

@@ -53,6 +53,8 @@ class Out {
         s.push_back(digits[v & 0x0F]);
         return *this;
     }
+    /** text with a backslash before each '"' and '\\'; nothing else is escaped. */
+    Out& escaped(const std::string& text);
     /** A decimal number zero-filled to width digits (wider values are not cut). */
     Out& zeroFilled(long long v, int width);
 
@@ -62,13 +64,13 @@ class Out {
     Out& unsignedNumber(unsigned long long v) {
         char buf[24];
         auto r = std::to_chars(buf, buf + sizeof buf, v);
-        s.append(buf, r.ptr);
+        s.append(buf, static_cast<size_t>(r.ptr - buf));
         return *this;
     }
     Out& signedNumber(long long v) {
         char buf[24];
         auto r = std::to_chars(buf, buf + sizeof buf, v);
-        s.append(buf, r.ptr);
+        s.append(buf, static_cast<size_t>(r.ptr - buf));
         return *this;
     }
 
@@ -80,6 +82,19 @@ class Out {
  * signed 32-bit count of seconds (identical on 32- and 64-bit time_t).
  */
 void appendUtcTime(Out& out, int seconds);
+
+/**
+ * An empty string with room for the text of a table whose section is
+ * sectionBytes long. The text runs to between one and sixteen times the
+ * section's size (descriptors of a few bytes cost some sixty characters of
+ * keys each); eight times, plus the header, covers nearly every table in one
+ * allocation, and the rare larger one grows once.
+ */
+inline std::string tableText(unsigned int sectionBytes) {
+    std::string text;
+    text.reserve(64 + 8 * static_cast<size_t>(sectionBytes));
+    return text;
+}
 
 /** The commas of a list: nothing before its first element, ',' before each later one. */
 class Commas {
@@ -110,7 +125,8 @@ void appendArray(Out& out, const Container& elements, Write write) {
 }
 
 /**
- * Appends "[" + each descriptor as "{" + toJSON() + "}", comma-separated, + "]".
+ * Appends "[" + each descriptor as "{" + toJSON() + "}", comma-separated, + "]",
+ * each written in place by appendJSON.
  * A null element (a slot that holds no descriptor) is left out.
  */
 template <typename Iterator>
@@ -122,7 +138,9 @@ void appendDescriptorArray(Out& out, Iterator begin, Iterator end) {
         if (d == nullptr)
             continue;
         commas.before(out);
-        out << '{' << d->toJSON() << '}';
+        out << '{';
+        d->appendJSON(out.str());
+        out << '}';
     }
     out << ']';
 }

@@ -86,8 +86,14 @@ std::string TISDBTDescriptor::toJSONInternal(int withContent) const {
     return out;
 }
 
+void TISDBTDescriptor::appendJSON(std::string& out) const {
+    appendBaseJSON(out, 1);
+}
+
 std::string TISDBTDescriptor::toJSON() const {
-    return toJSONInternal(1);
+    std::string out;
+    appendJSON(out);
+    return out;
 }
 
 }  // namespace Sarn

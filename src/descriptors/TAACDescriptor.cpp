@@ -36,8 +36,7 @@ TAACDescriptor* TAACDescriptor::parse(unsigned char* bytes, unsigned int length,
                        2u + (d->aacTypeFlag ? 1u : 0u) + d->additionalInfoSize);
 }
 
-std::string TAACDescriptor::toJSON() const {
-    std::string out;
+void TAACDescriptor::appendJSON(std::string& out) const {
     appendBaseJSON(out, 0);
     json::Out o(out);
     o << ",\"profile_and_level\":" << profileAndLevel << ",\"AAC_type_flag\":" << aacTypeFlag;
@@ -48,7 +47,10 @@ std::string TAACDescriptor::toJSON() const {
         json::appendHexBytes(o, additionalInfo, additionalInfoSize);
         o << '"';
     }
-    return out;
+}
+
+std::string TAACDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

@@ -61,8 +61,7 @@ TAVCTimingAndHRDDescriptor* TAVCTimingAndHRDDescriptor::parse(unsigned char* byt
     return parse::done(error, d, bytesRead, count + 1);
 }
 
-std::string TAVCTimingAndHRDDescriptor::toJSON() const {
-    std::string out;
+void TAVCTimingAndHRDDescriptor::appendJSON(std::string& out) const {
     json::Out o(out);
     // The 32-bit fields are written as signed numbers.
     o << "\"name\":\"avcTimingAndHrdDescriptor\",\"hrdManagementValidFlag\":" << hrdManagementValid
@@ -71,7 +70,10 @@ std::string TAVCTimingAndHRDDescriptor::toJSON() const {
       << ",\"flag90kHz\":" << flag90kHz << ",\"n\":" << static_cast<int>(n)
       << ",\"k\":" << static_cast<int>(k)
       << ",\"numUnitsInTick\":" << static_cast<int>(numUnitsInTick);
-    return out;
+}
+
+std::string TAVCTimingAndHRDDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

@@ -29,8 +29,7 @@ TAVCVideoDescriptor* TAVCVideoDescriptor::parse(unsigned char* bytes, unsigned i
     return parse::done(error, d, bytesRead, 4);
 }
 
-std::string TAVCVideoDescriptor::toJSON() const {
-    std::string out;
+void TAVCVideoDescriptor::appendJSON(std::string& out) const {
     json::Out o(out);
     o << "\"name\":\"avcVideoDescriptor\",\"profileIdc\":" << profileIdc
       << ",\"constraintSet0Flag\":" << constraintSet0Flag
@@ -39,7 +38,10 @@ std::string TAVCVideoDescriptor::toJSON() const {
       << ",\"avcCompatibleFlags\":" << avcCompatibleFlags << ",\"levelIdc\":" << levelIdc
       << ",\"avcStillPresent\":" << avcStillPresent
       << ",\"avc24HourPictureFlag\":" << avc24HourPictureFlag;
-    return out;
+}
+
+std::string TAVCVideoDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

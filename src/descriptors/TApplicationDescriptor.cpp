@@ -133,8 +133,7 @@ bool TApplicationDescriptor::removeProfile(unsigned short applicationProfile) {
     return owned::erase(profiles, applicationProfile);
 }
 
-std::string TApplicationDescriptor::toJSON() const {
-    std::string out;
+void TApplicationDescriptor::appendJSON(std::string& out) const {
     appendBaseJSON(out, 0);
     json::Out o(out);
     o << ",\"profile_loop\":";
@@ -153,7 +152,10 @@ std::string TApplicationDescriptor::toJSON() const {
             o.hex2(transportProtocolLabels[i]);
     }
     o << '"';
-    return out;
+}
+
+std::string TApplicationDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

@@ -90,8 +90,7 @@ std::list<std::string> TApplicationNameDescriptor::getLanguageCodes() const {
     return owned::keys(items);
 }
 
-std::string TApplicationNameDescriptor::toJSON() const {
-    std::string out;
+void TApplicationNameDescriptor::appendJSON(std::string& out) const {
     appendBaseJSON(out, 0);
     json::Out o(out);
     o << ",\"name_loop\":";
@@ -99,7 +98,10 @@ std::string TApplicationNameDescriptor::toJSON() const {
         o << "{\"ISO_639_language_code\":\"" << entry.second->getLanguageCode()
           << "\",\"application_name\":\"" << entry.second->getName() << "\"}";
     });
-    return out;
+}
+
+std::string TApplicationNameDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

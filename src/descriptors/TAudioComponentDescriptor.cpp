@@ -44,8 +44,7 @@ TAudioComponentDescriptor* TAudioComponentDescriptor::parse(unsigned char* data,
     return parse::done(err, d);
 }
 
-std::string TAudioComponentDescriptor::toJSON() const {
-    std::string out;
+void TAudioComponentDescriptor::appendJSON(std::string& out) const {
     appendBaseJSON(out, 0);
     json::Out o(out);
     o << ",\"stream_content\":" << streamContent << ",\"component_type\":" << componentType
@@ -58,7 +57,10 @@ std::string TAudioComponentDescriptor::toJSON() const {
     if (esMultiLingualFlag == 1)
         o << ",\"ISO_639_language_code_2\":\"" << languageCode2 << '"';
     o << ",\"text\":\"" << text << '"';
-    return out;
+}
+
+std::string TAudioComponentDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

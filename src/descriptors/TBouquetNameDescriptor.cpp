@@ -27,12 +27,14 @@ TBouquetNameDescriptor* TBouquetNameDescriptor::parse(unsigned char* bytes, unsi
     return parse::done(error, d, bytesRead, static_cast<unsigned char>(count));
 }
 
-std::string TBouquetNameDescriptor::toJSON() const {
-    std::string out;
+void TBouquetNameDescriptor::appendJSON(std::string& out) const {
     json::Out o(out);
     // The name is written without quotes around it, as receivers expect.
     o << "\"name\":\"bouquetNameDescriptor\",\"bouquetName\":" << bouquetName;
-    return out;
+}
+
+std::string TBouquetNameDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

@@ -25,13 +25,15 @@ TCAIdentifierDescriptor* TCAIdentifierDescriptor::parse(unsigned char* bytes, un
     return parse::done(error, d, bytesRead, payload);
 }
 
-std::string TCAIdentifierDescriptor::toJSON() const {
-    std::string out;
+void TCAIdentifierDescriptor::appendJSON(std::string& out) const {
     json::Out o(out);
     o << "\"name\":\"caIdentifierDescriptor\",\"caSystemId\":[";
     json::appendNumbers(o, caSystemIds, caSystemIdCount);
     o << ']';
-    return out;
+}
+
+std::string TCAIdentifierDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

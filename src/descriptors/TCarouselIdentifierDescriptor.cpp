@@ -29,10 +29,12 @@ TCarouselIdentifierDescriptor* TCarouselIdentifierDescriptor::parse(unsigned cha
     return parse::done(error, d, bytesRead, length - 2);
 }
 
-std::string TCarouselIdentifierDescriptor::toJSON() const {
-    std::string out;
+void TCarouselIdentifierDescriptor::appendJSON(std::string& out) const {
     json::Out(out) << "\"name\":\"carouselIdentifierDescriptor\",\"carouselId\":" << carouselId;
-    return out;
+}
+
+std::string TCarouselIdentifierDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

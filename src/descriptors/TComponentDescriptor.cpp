@@ -36,13 +36,15 @@ TComponentDescriptor* TComponentDescriptor::parse(unsigned char* data, unsigned 
     return parse::done(err, d, bytesRead, 3 + static_cast<unsigned int>(n));
 }
 
-std::string TComponentDescriptor::toJSON() const {
-    std::string out;
+void TComponentDescriptor::appendJSON(std::string& out) const {
     json::Out(out) << "\"name\":\"componentDescriptor\",\"streamContent\":" << streamContent
                    << ",\"componentType\":" << componentType << ",\"componentTag\":" << componentTag
                    << ",\"iso639LanguageCode\":\"" << languageCode << "\",\"text\":\"" << text
                    << '"';
-    return out;
+}
+
+std::string TComponentDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

@@ -27,8 +27,7 @@ TConditionalPlaybackDescriptor* TConditionalPlaybackDescriptor::parse(unsigned c
     return parse::done(error, d, bytesRead, length - 2);
 }
 
-std::string TConditionalPlaybackDescriptor::toJSON() const {
-    std::string out;
+void TConditionalPlaybackDescriptor::appendJSON(std::string& out) const {
     json::Out o(out);
     // The colon inside the first key is part of our JSON interface: clients
     // match the key as written.
@@ -36,7 +35,10 @@ std::string TConditionalPlaybackDescriptor::toJSON() const {
       << ",\"caPid\":" << caPid << ",\"privateData\":\"";
     json::appendTextUpToZero(o, privateData, privateDataSize);
     o << '"';
-    return out;
+}
+
+std::string TConditionalPlaybackDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

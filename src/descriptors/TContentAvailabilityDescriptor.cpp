@@ -27,14 +27,16 @@ TContentAvailabilityDescriptor* TContentAvailabilityDescriptor::parse(unsigned c
     return parse::done(error, d, bytesRead, length);
 }
 
-std::string TContentAvailabilityDescriptor::toJSON() const {
-    std::string out;
+void TContentAvailabilityDescriptor::appendJSON(std::string& out) const {
     json::Out o(out);
     // The keys are named after the wire fields but carry the inverted values.
     o << "\"name\":\"contentAvailabilityDescriptor\",\"imageConstraintToken\":" << imageConstrained
       << ",\"retentionMode\":" << retentionAllowed << ",\"retentionState\":" << retentionState
       << ",\"encryptionMode\":" << encryptionModeEnabled;
-    return out;
+}
+
+std::string TContentAvailabilityDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

@@ -34,13 +34,15 @@ TContentDescriptor* TContentDescriptor::parse(unsigned char* data, unsigned int 
     return d.release();  // the error code stays as it was
 }
 
-std::string TContentDescriptor::toJSON() const {
-    std::string out;
+void TContentDescriptor::appendJSON(std::string& out) const {
     appendBaseJSON(out, 0);
     json::Out(out) << ",\"content_nibble_level_1\":" << contentNibbleLevel1
                    << ",\"content_nibble_level_2\":" << contentNibbleLevel2
                    << ",\"user_nibble\":" << userByte;
-    return out;
+}
+
+std::string TContentDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

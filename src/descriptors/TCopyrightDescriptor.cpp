@@ -23,14 +23,16 @@ TCopyrightDescriptor* TCopyrightDescriptor::parse(unsigned char* bytes, unsigned
     return parse::done(error, d, bytesRead, d->additionalInfoSize + 4u);
 }
 
-std::string TCopyrightDescriptor::toJSON() const {
-    std::string out;
+void TCopyrightDescriptor::appendJSON(std::string& out) const {
     json::Out o(out);
     o << "\"name:\":\"copyrightDescriptor\",\"copyrightId\":" << static_cast<int>(copyrightId)
       << ",\"copyrightAdditionalInfo\":\"";
     json::appendTextUpToZero(o, additionalInfo, additionalInfoSize);
     o << '"';
-    return out;
+}
+
+std::string TCopyrightDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

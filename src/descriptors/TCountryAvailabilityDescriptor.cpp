@@ -41,8 +41,7 @@ bool TCountryAvailabilityDescriptor::remove(unsigned int index) {
     return true;
 }
 
-std::string TCountryAvailabilityDescriptor::toJSON() const {
-    std::string out;
+void TCountryAvailabilityDescriptor::appendJSON(std::string& out) const {
     json::Out o(out);
     o << "\"name\":\"countryAvailabilityDescriptor\",\"countryAvailabilityFlag\":"
       << countryAvailabilityFlag << ",\"countryCode\":";
@@ -51,7 +50,10 @@ std::string TCountryAvailabilityDescriptor::toJSON() const {
         o << static_cast<char>(code >> 16) << static_cast<char>(code >> 8)
           << static_cast<char>(code);
     });
-    return out;
+}
+
+std::string TCountryAvailabilityDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

@@ -27,8 +27,7 @@ TDataComponentDescriptor* TDataComponentDescriptor::parse(unsigned char* bytes, 
     return parse::done(error, d, bytesRead, length - 2);
 }
 
-std::string TDataComponentDescriptor::toJSON() const {
-    std::string out;
+void TDataComponentDescriptor::appendJSON(std::string& out) const {
     json::Out o(out);
     o << "\"name\":\"dataComponentDescriptor\",\"dataComponentId\":" << dataComponentId
       << ",\"additionalDataComponentInfo\":\"";
@@ -44,7 +43,10 @@ std::string TDataComponentDescriptor::toJSON() const {
         out.append(reinterpret_cast<const char*>(additionalData), n);
     }
     o << '"';
-    return out;
+}
+
+std::string TDataComponentDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

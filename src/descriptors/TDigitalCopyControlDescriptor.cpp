@@ -140,8 +140,7 @@ bool TDigitalCopyControlDescriptor::remove(unsigned int index) {
     return true;
 }
 
-std::string TDigitalCopyControlDescriptor::toJSON() const {
-    std::string out;
+void TDigitalCopyControlDescriptor::appendJSON(std::string& out) const {
     json::Out o(out);
     o << "\"name\":\"digitalCopyControlDescriptor\",\"digitalRecordingControlData\":"
       << digitalRecordingControlData << ",\"maximumBitrateFlag\":" << maximumBitrateFlag
@@ -160,7 +159,10 @@ std::string TDigitalCopyControlDescriptor::toJSON() const {
           << ",\"maximumBitrate\":" << item->maximumBitrate << ",\"reservedFutureUse\":[]}";
     }
     o << ']';
-    return out;
+}
+
+std::string TDigitalCopyControlDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

@@ -104,8 +104,7 @@ bool TEmergencyInformationDescriptor::remove(unsigned char index) {
     return true;
 }
 
-std::string TEmergencyInformationDescriptor::toJSON() const {
-    std::string out;
+void TEmergencyInformationDescriptor::appendJSON(std::string& out) const {
     json::Out o(out);
     o << "\"name\":\"emergencyInformationDescriptor\",\"loop\":";
     json::appendArray(o, items, [&o](const TEmergencyInformationDescriptorItem* item) {
@@ -114,7 +113,10 @@ std::string TEmergencyInformationDescriptor::toJSON() const {
         json::appendNumbers(o, item->getAreaCodes(), item->getAreaCodeCounter());
         o << "]}";
     });
-    return out;
+}
+
+std::string TEmergencyInformationDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

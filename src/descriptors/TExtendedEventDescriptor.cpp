@@ -127,8 +127,7 @@ TExtendedEventDescriptorItem* TExtendedEventDescriptor::get(unsigned char index)
     return index < items.size() ? items[index] : nullptr;
 }
 
-std::string TExtendedEventDescriptor::toJSON() const {
-    std::string out;
+void TExtendedEventDescriptor::appendJSON(std::string& out) const {
     appendBaseJSON(out, 0);
     json::Out o(out);
     o << ",\"descriptor_number\":" << descriptorNumber
@@ -138,11 +137,16 @@ std::string TExtendedEventDescriptor::toJSON() const {
     for (size_t i = 0; i < items.size(); ++i) {
         if (i != 0)
             o << ',';
-        o << '"' << ISDBTUtils::escapeJSONString(items[i]->description) << " : "
-          << ISDBTUtils::escapeJSONString(items[i]->text) << '"';
+        o << '"';
+        o.escaped(items[i]->description) << " : ";
+        o.escaped(items[i]->text) << '"';
     }
-    o << "],\"text\":\"" << ISDBTUtils::escapeJSONString(text) << '"';
-    return out;
+    o << "],\"text\":\"";
+    o.escaped(text) << '"';
+}
+
+std::string TExtendedEventDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

@@ -61,8 +61,7 @@ bool TGingaApplicationDescriptor::remove(unsigned int index) {
     return true;
 }
 
-std::string TGingaApplicationDescriptor::toJSON() const {
-    std::string out;
+void TGingaApplicationDescriptor::appendJSON(std::string& out) const {
     appendBaseJSON(out, 0);
     json::Out o(out);
     o << ",\"parameter_loop\":[";
@@ -72,7 +71,10 @@ std::string TGingaApplicationDescriptor::toJSON() const {
         o << '"' << parameters[i] << '"';
     }
     o << ']';
-    return out;
+}
+
+std::string TGingaApplicationDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 TGingaJavaApplicationDescriptor* TGingaJavaApplicationDescriptor::parse(unsigned char* data,

@@ -103,12 +103,14 @@ int TGingaApplicationLocationDescriptor::parseData(unsigned char* data, unsigned
     return bodyDone(err, bytesRead, count);
 }
 
-std::string TGingaApplicationLocationDescriptor::toJSON() const {
-    std::string out;
+void TGingaApplicationLocationDescriptor::appendJSON(std::string& out) const {
     appendBaseJSON(out, 0);
     json::Out(out) << ",\"base_directory\":\"" << baseDirectory << "\",\"entitypath_extension\":\""
                    << classpathExtension << "\",\"initial_entity\":\"" << initialClass << '"';
-    return out;
+}
+
+std::string TGingaApplicationLocationDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 TGingaJavaApplicationLocationDescriptor* TGingaJavaApplicationLocationDescriptor::parse(

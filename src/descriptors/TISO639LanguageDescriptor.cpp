@@ -36,8 +36,7 @@ TISO639LanguageDescriptor* TISO639LanguageDescriptor::parse(unsigned char* bytes
     return parse::done(error, d);
 }
 
-std::string TISO639LanguageDescriptor::toJSON() const {
-    std::string out;
+void TISO639LanguageDescriptor::appendJSON(std::string& out) const {
     appendBaseJSON(out, 0);
     json::Out o(out);
     o << ",\"language_loop\":[";
@@ -48,7 +47,10 @@ std::string TISO639LanguageDescriptor::toJSON() const {
           << "\",\"audio_type\":" << items[i].audioType << '}';
     }
     o << ']';
-    return out;
+}
+
+std::string TISO639LanguageDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

@@ -119,8 +119,7 @@ bool TLocalTimeOffsetDescriptor::remove(std::string countryCode) {
     return owned::erase(items, countryCode);
 }
 
-std::string TLocalTimeOffsetDescriptor::toJSON() const {
-    std::string out;
+void TLocalTimeOffsetDescriptor::appendJSON(std::string& out) const {
     appendBaseJSON(out, 0);
     json::Out o(out);
     o << ",\"loop\":";
@@ -137,7 +136,10 @@ std::string TLocalTimeOffsetDescriptor::toJSON() const {
         appendOffset(o, item->getNextTimeOffset());
         o << "\"}";
     });
-    return out;
+}
+
+std::string TLocalTimeOffsetDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

@@ -25,10 +25,12 @@ TNetworkNameDescriptor* TNetworkNameDescriptor::parse(unsigned char* bytes, unsi
     return parse::done(error, d, bytesRead, payload);
 }
 
-std::string TNetworkNameDescriptor::toJSON() const {
-    std::string out;
+void TNetworkNameDescriptor::appendJSON(std::string& out) const {
     json::Out(out) << "\"name\":\"networkNameDescriptor\",\"networkName\":\"" << networkName << '"';
-    return out;
+}
+
+std::string TNetworkNameDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

@@ -87,9 +87,8 @@ bool TParentalRatingDescriptor::remove(unsigned char index) {
     return true;
 }
 
-std::string TParentalRatingDescriptor::toJSON() const {
+void TParentalRatingDescriptor::appendJSON(std::string& out) const {
     // The colons inside the two keys are part of the keys.
-    std::string out;
     json::Out o(out);
     o << "\"name:\":\"parentalRatingDescriptor\",\"parentalRatings:\":[";
     for (size_t i = 0; i < items.size(); ++i) {
@@ -100,7 +99,10 @@ std::string TParentalRatingDescriptor::toJSON() const {
           << "\",\"rating\":" << items[i]->ratingContent << '}';
     }
     o << ']';
-    return out;
+}
+
+std::string TParentalRatingDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

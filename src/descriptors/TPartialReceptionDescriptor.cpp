@@ -25,14 +25,16 @@ TPartialReceptionDescriptor* TPartialReceptionDescriptor::parse(unsigned char* b
     return parse::done(error, d, bytesRead, payload);
 }
 
-std::string TPartialReceptionDescriptor::toJSON() const {
-    std::string out;
+void TPartialReceptionDescriptor::appendJSON(std::string& out) const {
     appendBaseJSON(out, 0);
     json::Out o(out);
     o << ",\"name\":\"partialReceptionDescriptor\",\"service_id\":[";
     json::appendNumbers(o, serviceIds, serviceIdCount);
     o << ']';
-    return out;
+}
+
+std::string TPartialReceptionDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

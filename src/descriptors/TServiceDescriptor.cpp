@@ -44,12 +44,14 @@ TServiceDescriptor* TServiceDescriptor::parse(unsigned char* bytes, unsigned int
     return parse::done(error, d, bytesRead, static_cast<unsigned char>(c1 + name));
 }
 
-std::string TServiceDescriptor::toJSON() const {
-    std::string out;
+void TServiceDescriptor::appendJSON(std::string& out) const {
     json::Out(out) << "\"name\":\"serviceDescriptor\",\"serviceType\":" << serviceType
                    << ",\"serviceProvider\":\"" << serviceProvider << "\",\"serviceName\":\""
                    << serviceName << '"';
-    return out;
+}
+
+std::string TServiceDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

@@ -72,8 +72,7 @@ bool TServiceListDescriptor::remove(unsigned short serviceId) {
     return owned::erase(items, serviceId);
 }
 
-std::string TServiceListDescriptor::toJSON() const {
-    std::string out;
+void TServiceListDescriptor::appendJSON(std::string& out) const {
     json::Out o(out);
     // The name member ends with a comma and the loop member begins with one:
     // the double comma is part of our JSON interface and clients expect it.
@@ -82,7 +81,10 @@ std::string TServiceListDescriptor::toJSON() const {
         o << "{\"serviceId\":" << entry.second->getServiceID()
           << ",\"serviceType\":" << entry.second->getServiceType() << '}';
     });
-    return out;
+}
+
+std::string TServiceListDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

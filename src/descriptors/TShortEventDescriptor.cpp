@@ -58,13 +58,16 @@ TShortEventDescriptor* TShortEventDescriptor::parse(unsigned char* data, unsigne
     return parse::done(err, d);
 }
 
-std::string TShortEventDescriptor::toJSON() const {
-    std::string out;
+void TShortEventDescriptor::appendJSON(std::string& out) const {
     appendBaseJSON(out, 0);
-    json::Out(out) << ",\"ISO_639_language_code\":\"" << languageCode << "\",\"event_name\":\""
-                   << ISDBTUtils::escapeJSONString(eventName) << "\",\"event_description\":\""
-                   << ISDBTUtils::escapeJSONString(eventDescription) << '"';
-    return out;
+    json::Out o(out);
+    o << ",\"ISO_639_language_code\":\"" << languageCode << "\",\"event_name\":\"";
+    o.escaped(eventName) << "\",\"event_description\":\"";
+    o.escaped(eventDescription) << '"';
+}
+
+std::string TShortEventDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

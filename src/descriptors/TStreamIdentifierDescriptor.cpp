@@ -20,10 +20,12 @@ TStreamIdentifierDescriptor* TStreamIdentifierDescriptor::parse(unsigned char* b
     return parse::done(error, d, bytesRead, 1);
 }
 
-std::string TStreamIdentifierDescriptor::toJSON() const {
-    std::string out;
+void TStreamIdentifierDescriptor::appendJSON(std::string& out) const {
     json::Out(out) << "\"name\":\"streamIdentifierDescriptor\",\"component_tag\":" << componentTag;
-    return out;
+}
+
+std::string TStreamIdentifierDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

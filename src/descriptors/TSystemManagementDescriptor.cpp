@@ -30,8 +30,7 @@ TSystemManagementDescriptor* TSystemManagementDescriptor::parse(unsigned char* b
     return parse::done(error, d, bytesRead, length - 2);
 }
 
-std::string TSystemManagementDescriptor::toJSON() const {
-    std::string out;
+void TSystemManagementDescriptor::appendJSON(std::string& out) const {
     json::Out o(out);
     // The system_management_id object opens with a comma: part of our JSON
     // interface, kept for the clients that read it.
@@ -44,7 +43,10 @@ std::string TSystemManagementDescriptor::toJSON() const {
         json::appendHexBytes(o, additionalIdentificationInfo, additionalIdentificationInfoSize);
         o << '"';
     }
-    return out;
+}
+
+std::string TSystemManagementDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

@@ -87,8 +87,7 @@ bool TTSInformationDescriptor::removeTransmissionType(unsigned char index) {
     return owned::removeAt(transmissionTypes, index);
 }
 
-std::string TTSInformationDescriptor::toJSON() const {
-    std::string out;
+void TTSInformationDescriptor::appendJSON(std::string& out) const {
     json::Out o(out);
     o << "\"name\":\"tsInformationDescriptor\",\"remoteControlKeyId\":" << remoteControlKeyId
       << ",\"tsName\":\"" << transportStreamName << "\",\"loop\":[";
@@ -106,7 +105,10 @@ std::string TTSInformationDescriptor::toJSON() const {
         o << "]}";
     }
     o << ']';
-    return out;
+}
+
+std::string TTSInformationDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

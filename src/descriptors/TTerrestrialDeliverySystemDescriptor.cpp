@@ -33,8 +33,7 @@ TTerrestrialDeliverySystemDescriptor* TTerrestrialDeliverySystemDescriptor::pars
     return parse::done(error, d, bytesRead, length - 2);
 }
 
-std::string TTerrestrialDeliverySystemDescriptor::toJSON() const {
-    std::string out;
+void TTerrestrialDeliverySystemDescriptor::appendJSON(std::string& out) const {
     json::Out o(out);
     o << "\"name\":\"terrestrialDeliverySystemDescriptor\",\"areaCode\":" << areaCode
       << ",\"guardInterval\":" << guardInterval << ",\"transmissionMode\":" << transmissionMode;
@@ -43,7 +42,10 @@ std::string TTerrestrialDeliverySystemDescriptor::toJSON() const {
         json::appendNumbers(o, frequencies, frequencyCounter);
         o << ']';
     }
-    return out;
+}
+
+std::string TTerrestrialDeliverySystemDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

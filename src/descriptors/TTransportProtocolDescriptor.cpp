@@ -101,12 +101,14 @@ TTransportProtocolDescriptor* TTransportProtocolDescriptor::clone(
     return copy;
 }
 
-std::string TTransportProtocolDescriptor::toJSON() const {
-    std::string out;
+void TTransportProtocolDescriptor::appendJSON(std::string& out) const {
     appendBaseJSON(out, 0);
     json::Out(out) << ",\"protocol_id\":" << protocolId
                    << ",\"transport_protocol_label\":" << transportProtocolLabel;
-    return out;
+}
+
+std::string TTransportProtocolDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

@@ -26,13 +26,15 @@ TVideoDecodeControlDescriptor* TVideoDecodeControlDescriptor::parse(unsigned cha
     return parse::done(error, d, bytesRead, 1);
 }
 
-std::string TVideoDecodeControlDescriptor::toJSON() const {
-    std::string out;
+void TVideoDecodeControlDescriptor::appendJSON(std::string& out) const {
     json::Out o(out);
     o << "\"name:\":\"videoDecodeControlDescriptor\",\"stillPictureFlag\":" << stillPicture
       << ",\"sequenceEndCodeFlag\":" << sequenceEndCode
       << ",\"videoEncodeFormat\":" << videoEncodeFormat;
-    return out;
+}
+
+std::string TVideoDecodeControlDescriptor::toJSON() const {
+    return TISDBTDescriptor::toJSON();
 }
 
 }  // namespace Sarn

@@ -94,7 +94,7 @@ SARN_OWNED_MAP_METHODS(TAITTable, std::string, TApplication, applications, getHa
                        addApplication, getApplication, getApplicationsIDs, removeApplication)
 
 std::string TAITTable::toJSON() const {
-    std::string out;
+    std::string out = json::tableText(dataLength);
     out.push_back('{');
     appendHeaderJSON(out);
     json::Out o(out);

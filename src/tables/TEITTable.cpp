@@ -183,7 +183,7 @@ TEventItem* TEITTable::getEvent(unsigned short eventId) const {
 }
 
 std::string TEITTable::toJSON() const {
-    std::string out;
+    std::string out = json::tableText(dataLength);
     out.push_back('{');
     appendHeaderJSON(out);
     json::Out o(out);

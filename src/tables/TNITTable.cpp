@@ -100,7 +100,7 @@ SARN_OWNED_MAP_METHODS(TNITTable, unsigned short, TTransportStreamInfo, transpor
                        getTransportStreamIDs, removeTransportStreamInfo)
 
 std::string TNITTable::toJSON() const {
-    std::string out;
+    std::string out = json::tableText(dataLength);
     json::Out o(out);
     o << "{\"networkId\":" << tableIdExtension << ",\"networkDescriptors\":";
     appendDescriptorsJSON(out);

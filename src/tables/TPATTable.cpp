@@ -42,7 +42,7 @@ SARN_OWNED_MAP_METHODS(TPATTable, unsigned short, TProgramAssociation, programs,
                        add, get, getProgramNumbers, remove)
 
 std::string TPATTable::toJSON() const {
-    std::string out;
+    std::string out = json::tableText(dataLength);
     json::Out o(out);
     o << "{\"transportStreamId\":" << tableIdExtension << ",\"programs\":";
     json::appendArray(o, programs, [&](const auto& entry) {

@@ -152,7 +152,7 @@ std::list<ProgramData> TPMTTable::getAllPrograms() const {
 }
 
 std::string TPMTTable::toJSON() const {
-    std::string out;
+    std::string out = json::tableText(dataLength);
     json::Out o(out);
     o << "{\"programNumber\":" << tableIdExtension << ",\"pcrPid\":" << pcrPid
       << ",\"programInfoDescriptors\":";

@@ -83,7 +83,7 @@ SARN_OWNED_MAP_METHODS(TSDTTable, unsigned short, TServiceDescription, services,
                        removeServiceDescription)
 
 std::string TSDTTable::toJSON() const {
-    std::string out;
+    std::string out = json::tableText(dataLength);
     json::Out o(out);
     o << "{\"transportStreamId\":" << tableIdExtension
       << ",\"originalNetworkId\":" << originalNetworkId << ",\"services\":";

@@ -46,7 +46,8 @@ TTOTTable* TTOTTable::parse(unsigned char* bytes, unsigned int length, int check
 }
 
 std::string TTOTTable::toJSON() const {
-    std::string out = "{";
+    std::string out = json::tableText(dataLength);
+    out.push_back('{');
     appendHeaderJSON(out);
     json::Out o(out);
     o << ",\"UTC-3_time\":\"";
