@@ -138,16 +138,7 @@ const std::vector<Section>& realMix() {
     static const std::vector<Section> sections = [] {
         std::vector<Section> all;
         const std::string dir = std::string(SARN_SHARED_DIR) + "/captures/sections";
-        std::vector<std::string> names;
-        if (DIR* d = opendir(dir.c_str())) {
-            while (dirent* e = readdir(d)) {
-                std::string name = e->d_name;
-                if (name.size() > 4 && name.compare(name.size() - 4, 4, ".txt") == 0)
-                    names.push_back(name);
-            }
-            closedir(d);
-        }
-        std::sort(names.begin(), names.end());
+        const std::vector<std::string> names = sarntool::listingFiles(dir);
         for (const std::string& n : names)
             readListing(dir + "/" + n, all);
         return all;

@@ -6,10 +6,29 @@
 // bundled sample. Shared by sarn-dump, its tests, the fuzz seed generator and
 // the benchmarks.
 
+#include <dirent.h>
+
+#include <algorithm>
 #include <cstdio>
+#include <string>
 #include <vector>
 
 namespace sarntool {
+
+/** The names of the listings (files ending in ".txt") in dir, sorted; none when dir is absent. */
+inline std::vector<std::string> listingFiles(const std::string& dir) {
+    std::vector<std::string> names;
+    if (DIR* d = opendir(dir.c_str())) {
+        while (dirent* e = readdir(d)) {
+            std::string name = e->d_name;
+            if (name.size() > 4 && name.compare(name.size() - 4, 4, ".txt") == 0)
+                names.push_back(name);
+        }
+        closedir(d);
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
 
 /** Appends the bytes of hexadecimal text; any other character is skipped. */
 inline void appendHexBytes(const char* text, std::vector<unsigned char>& out) {

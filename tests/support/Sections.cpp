@@ -86,16 +86,7 @@ std::vector<CapturedSection> capturedSections() {
     const std::string dir = capturesDir();
     if (dir.empty())
         return all;
-    std::vector<std::string> names;
-    if (DIR* d = opendir(dir.c_str())) {
-        while (dirent* e = readdir(d)) {
-            std::string name = e->d_name;
-            if (name.size() > 4 && name.compare(name.size() - 4, 4, ".txt") == 0)
-                names.push_back(name);
-        }
-        closedir(d);
-    }
-    std::sort(names.begin(), names.end());
+    const std::vector<std::string> names = sarntool::listingFiles(dir);
     for (const std::string& name : names) {
         std::vector<CapturedSection> file = listedSections(dir + "/" + name, name);
         all.insert(all.end(), file.begin(), file.end());
