@@ -360,6 +360,9 @@ def main():
                     help="seconds a test run may take (default: 5x the clean run, at least 30)")
     ap.add_argument("--build-timeout", type=float, default=900, help="seconds a rebuild may take")
     ap.add_argument("--jobs", type=int, default=2, help="parallel build jobs")
+    ap.add_argument("--every-failure", action="store_true",
+                    help="run the whole suite on each mutant and name every test that fails "
+                         "(to see which tests are the only ones to catch a fault)")
     ap.add_argument("--list", action="store_true",
                     help="only count the sites and print the mutants that would be drawn")
     args = ap.parse_args()
@@ -447,7 +450,8 @@ def main():
                 elif code < 0:
                     verdict = f"killed (crash, signal {-code})"
                 elif failed:
-                    verdict = "killed by " + failed[0]
+                    verdict = "killed by " + ", ".join(
+                        sorted(set(failed)) if args.every_failure else failed[:1])
                 else:
                     verdict = f"killed (exit {code})"
             print(f"[{tested}/{args.count}] {label} ... {verdict}", flush=True)
