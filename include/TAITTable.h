@@ -2,8 +2,9 @@
 #define SARN_TAITTABLE_H
 
 #include <list>
-#include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "TApplication.h"
 #include "TISDBTVersionedTable.h"
@@ -71,7 +72,7 @@ class TAITTable : public TISDBTVersionedTable {
 
     // Owned, in the same slot order as an application's.
     TISDBTDescriptor* descriptors[10];
-    std::map<std::string, TApplication*> applications;
+    std::vector<std::pair<std::string, TApplication*>> applications;
 };
 
 }  // namespace Sarn

@@ -2,8 +2,9 @@
 #define SARN_TAPPLICATIONDESCRIPTOR_H
 
 #include <list>
-#include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "TApplicationDescriptorProfile.h"
 #include "TISDBTDescriptor.h"
@@ -55,7 +56,7 @@ class TApplicationDescriptor : public TISDBTDescriptor {
     const unsigned char* getTransportProtocols() const { return transportProtocolLabels; }
 
   private:
-    std::map<unsigned short, TApplicationDescriptorProfile*> profiles;
+    std::vector<std::pair<unsigned short, TApplicationDescriptorProfile*>> profiles;
     int serviceBound = 0;
     unsigned char visibility = 0;
     unsigned char applicationPriority = 0;

@@ -2,8 +2,9 @@
 #define SARN_TAPPLICATIONNAMEDESCRIPTOR_H
 
 #include <list>
-#include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "TApplicationNameDescriptorItem.h"
 #include "TISDBTDescriptor.h"
@@ -40,7 +41,7 @@ class TApplicationNameDescriptor : public TISDBTDescriptor {
     std::list<std::string> getLanguageCodes() const;
 
   private:
-    std::map<std::string, TApplicationNameDescriptorItem*> items;
+    std::vector<std::pair<std::string, TApplicationNameDescriptorItem*>> items;
 };
 
 }  // namespace Sarn

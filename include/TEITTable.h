@@ -2,8 +2,9 @@
 #define SARN_TEITTABLE_H
 
 #include <list>
-#include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "TEventItem.h"
 #include "TISDBTVersionedTable.h"
@@ -54,7 +55,7 @@ class TEITTable : public TISDBTVersionedTable {
     unsigned short originalNetworkId;
     unsigned char segmentLastSectionNumber;
     unsigned char lastTableId;
-    std::map<unsigned short, TEventItem*> events;
+    std::vector<std::pair<unsigned short, TEventItem*>> events;
 };
 
 }  // namespace Sarn

@@ -2,8 +2,9 @@
 #define SARN_TEXTERNALAPPLICATIONAUTHORIZATIONDESCRIPTOR_H
 
 #include <list>
-#include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "TExternalApplicationAuthorizationDescriptorItem.h"
 #include "TISDBTDescriptor.h"
@@ -45,7 +46,7 @@ class TExternalApplicationAuthorizationDescriptor : public TISDBTDescriptor {
     std::list<std::string> getApplicationIdentifierHashIDs() const;
 
   private:
-    std::map<std::string, TExternalApplicationAuthorizationDescriptorItem*> items;
+    std::vector<std::pair<std::string, TExternalApplicationAuthorizationDescriptorItem*>> items;
 };
 
 }  // namespace Sarn

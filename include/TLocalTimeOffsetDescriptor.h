@@ -2,8 +2,9 @@
 #define SARN_TLOCALTIMEOFFSETDESCRIPTOR_H
 
 #include <list>
-#include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "TISDBTDescriptor.h"
 #include "TLocalTimeOffsetDescriptorItem.h"
@@ -38,7 +39,7 @@ class TLocalTimeOffsetDescriptor : public TISDBTDescriptor {
     void appendJSON(std::string& out) const override;
 
   private:
-    std::map<std::string, TLocalTimeOffsetDescriptorItem*> items;
+    std::vector<std::pair<std::string, TLocalTimeOffsetDescriptorItem*>> items;
 };
 
 }  // namespace Sarn

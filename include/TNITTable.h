@@ -2,8 +2,9 @@
 #define SARN_TNITTABLE_H
 
 #include <list>
-#include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "DescriptorLoop.h"
 #include "TISDBTVersionedTable.h"
@@ -46,7 +47,7 @@ class TNITTable : public TISDBTVersionedTable, public DescriptorLoop {
     bool removeTransportStreamInfo(unsigned short transportStreamId);
 
   private:
-    std::map<unsigned short, TTransportStreamInfo*> transportStreams;
+    std::vector<std::pair<unsigned short, TTransportStreamInfo*>> transportStreams;
 };
 
 }  // namespace Sarn

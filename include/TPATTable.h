@@ -2,8 +2,9 @@
 #define SARN_TPATTABLE_H
 
 #include <list>
-#include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "TISDBTVersionedTable.h"
 #include "TProgramAssociation.h"
@@ -43,7 +44,7 @@ class TPATTable : public TISDBTVersionedTable {
 
   private:
     unsigned short networkPid;
-    std::map<unsigned short, TProgramAssociation*> programs;
+    std::vector<std::pair<unsigned short, TProgramAssociation*>> programs;
 };
 
 }  // namespace Sarn

@@ -2,8 +2,9 @@
 #define SARN_TSDTTABLE_H
 
 #include <list>
-#include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "TISDBTVersionedTable.h"
 #include "TServiceDescription.h"
@@ -46,7 +47,7 @@ class TSDTTable : public TISDBTVersionedTable {
     bool removeServiceDescription(unsigned short serviceId);
 
   private:
-    std::map<unsigned short, TServiceDescription*> services;
+    std::vector<std::pair<unsigned short, TServiceDescription*>> services;
     unsigned short originalNetworkId;
 };
 

@@ -2,8 +2,9 @@
 #define SARN_TSERVICELISTDESCRIPTOR_H
 
 #include <list>
-#include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "TISDBTDescriptor.h"
 #include "TServiceListDescriptorItem.h"
@@ -36,7 +37,7 @@ class TServiceListDescriptor : public TISDBTDescriptor {
     bool remove(unsigned short serviceId);
 
   private:
-    std::map<unsigned short, TServiceListDescriptorItem*> items;
+    std::vector<std::pair<unsigned short, TServiceListDescriptorItem*>> items;
 };
 
 }  // namespace Sarn

@@ -2,27 +2,46 @@
 #define SARN_CORE_OWNED_H
 
 // Operations on the containers through which tables and descriptors own
-// their entries: maps keyed by an identifier and vectors in wire order, both
-// holding owned raw pointers.
+// their entries: collections keyed by an identifier and vectors in wire
+// order, both holding owned raw pointers.
 
+#include <algorithm>
 #include <list>
-#include <map>
+#include <utility>
 #include <vector>
 
 #pragma GCC visibility push(hidden)  // internal: not exported
 namespace Sarn {
 namespace owned {
 
+// A keyed collection is a vector of (key, entry) pairs kept in ascending key
+// order: one block instead of a tree node per entry, and a walk in key order
+// is a walk along the vector. Keys are unique; lookups are binary searches.
+template <typename K, typename V>
+using Keyed = std::vector<std::pair<K, V*>>;
+
+/** The position of key in entries, or of the first key above it. */
+template <typename K, typename V>
+typename Keyed<K, V>::const_iterator lowerBound(const Keyed<K, V>& entries, const K& key) {
+    return std::lower_bound(entries.begin(), entries.end(), key,
+                            [](const std::pair<K, V*>& e, const K& k) { return e.first < k; });
+}
+template <typename K, typename V>
+typename Keyed<K, V>::iterator lowerBound(Keyed<K, V>& entries, const K& key) {
+    return std::lower_bound(entries.begin(), entries.end(), key,
+                            [](const std::pair<K, V*>& e, const K& k) { return e.first < k; });
+}
+
 /** The entry stored under key, or null. */
 template <typename K, typename V>
-V* find(const std::map<K, V*>& entries, const K& key) {
-    auto it = entries.find(key);
-    return it == entries.end() ? nullptr : it->second;
+V* find(const Keyed<K, V>& entries, const K& key) {
+    auto it = lowerBound(entries, key);
+    return it == entries.end() || key < it->first ? nullptr : it->second;
 }
 
 /** The keys in ascending order. */
 template <typename K, typename V>
-std::list<K> keys(const std::map<K, V*>& entries) {
+std::list<K> keys(const Keyed<K, V>& entries) {
     std::list<K> all;
     for (const auto& entry : entries)
         all.push_back(entry.first);
@@ -31,39 +50,59 @@ std::list<K> keys(const std::map<K, V*>& entries) {
 
 /** Deletes and removes the entry stored under key; false when there is none. */
 template <typename K, typename V>
-bool erase(std::map<K, V*>& entries, const K& key) {
-    auto it = entries.find(key);
-    if (it == entries.end())
+bool erase(Keyed<K, V>& entries, const K& key) {
+    auto it = lowerBound(entries, key);
+    if (it == entries.end() || key < it->first)
         return false;
     delete it->second;
     entries.erase(it);
     return true;
 }
 
-/** Stores entry under the key it reports (a null pointer is not stored). */
+/**
+ * Stores value under key and gives back the entry it displaces (null when
+ * the key was free). Loops usually carry their entries in ascending order:
+ * a key above the last one is appended without a search.
+ */
 template <typename K, typename V>
-void put(std::map<K, V*>& entries, V* entry, K (V::*keyOf)() const) {
-    if (entry != nullptr)
-        entries[(entry->*keyOf)()] = entry;
+V* assign(Keyed<K, V>& entries, const K& key, V* value) {
+    if (entries.empty() || entries.back().first < key) {
+        entries.emplace_back(key, value);
+        return nullptr;
+    }
+    auto it = lowerBound(entries, key);
+    if (it != entries.end() && !(key < it->first)) {
+        V* displaced = it->second;
+        it->second = value;
+        return displaced;
+    }
+    entries.emplace(it, key, value);
+    return nullptr;
 }
 
 /**
- * Stores value under key while a parse fills the map: an entry displaced by
- * a repeated key is deleted, since no caller can hold it yet.
+ * Stores entry under the key it reports (a null pointer is not stored); an
+ * entry stored there before is dropped, not deleted: a caller may hold it.
  */
 template <typename K, typename V>
-inline void replace(std::map<K, V*>& entries, const K& key, V* value) {
-    // Loops usually carry their entries in ascending order: with the end as
-    // the hint, a key above the last one is placed without a search.
-    auto at = entries.emplace_hint(entries.end(), key, value);
-    if (at->second != value) {
-        delete at->second;
-        at->second = value;
-    }
+void put(Keyed<K, V>& entries, V* entry, K (V::*keyOf)() const) {
+    if (entry != nullptr)
+        assign(entries, (entry->*keyOf)(), entry);
+}
+
+/**
+ * Stores value under key while a parse fills the collection: an entry
+ * displaced by a repeated key is deleted, since no caller can hold it yet.
+ */
+template <typename K, typename V>
+inline void replace(Keyed<K, V>& entries, const K& key, V* value) {
+    V* displaced = assign(entries, key, value);
+    if (displaced != value)
+        delete displaced;
 }
 
 template <typename K, typename V>
-void deleteAll(std::map<K, V*>& entries) {
+void deleteAll(Keyed<K, V>& entries) {
     for (auto& entry : entries)
         delete entry.second;
     entries.clear();
@@ -105,9 +144,10 @@ void deleteAll(std::vector<V*>& entries) {
 
 /** Fills to with copies of the values of from, made by V's copy constructor from a pointer. */
 template <typename K, typename V>
-void copyAll(const std::map<K, V*>& from, std::map<K, V*>& to) {
+void copyAll(const Keyed<K, V>& from, Keyed<K, V>& to) {
+    to.reserve(from.size());
     for (const auto& entry : from)
-        to[entry.first] = new V(entry.second);
+        to.emplace_back(entry.first, new V(entry.second));
 }
 template <typename V>
 void copyAll(const std::vector<V*>& from, std::vector<V*>& to) {

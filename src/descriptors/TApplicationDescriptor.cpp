@@ -114,7 +114,7 @@ TApplicationDescriptor* TApplicationDescriptor::parse(unsigned char* data, unsig
 
 void TApplicationDescriptor::addProfile(TApplicationDescriptorProfile* profile) {
     if (profile != nullptr)
-        profiles[profile->getApplicationProfile()] = profile;
+        owned::assign(profiles, profile->getApplicationProfile(), profile);
 }
 
 TApplicationDescriptorProfile* TApplicationDescriptor::getProfile(

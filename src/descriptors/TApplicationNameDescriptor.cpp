@@ -78,7 +78,7 @@ TApplicationNameDescriptor* TApplicationNameDescriptor::parse(unsigned char* dat
 
 void TApplicationNameDescriptor::add(TApplicationNameDescriptorItem* item) {
     if (item != nullptr)
-        items[item->getLanguageCode()] = item;
+        owned::assign(items, item->getLanguageCode(), item);
 }
 
 TApplicationNameDescriptorItem* TApplicationNameDescriptor::get(

@@ -85,7 +85,8 @@ TExternalApplicationAuthorizationDescriptor* TExternalApplicationAuthorizationDe
 void TExternalApplicationAuthorizationDescriptor::add(
     TExternalApplicationAuthorizationDescriptorItem* item) {
     if (item != nullptr)
-        items[TApplicationIdentifier::calculateHashID(item->getApplicationIdentifier())] = item;
+        owned::assign(
+            items, TApplicationIdentifier::calculateHashID(item->getApplicationIdentifier()), item);
 }
 
 TExternalApplicationAuthorizationDescriptorItem* TExternalApplicationAuthorizationDescriptor::get(

@@ -104,7 +104,7 @@ TLocalTimeOffsetDescriptor* TLocalTimeOffsetDescriptor::parse(unsigned char* byt
 
 void TLocalTimeOffsetDescriptor::add(TLocalTimeOffsetDescriptorItem* item) {
     if (item != nullptr)
-        items[item->getCountryCode()] = item;
+        owned::assign(items, item->getCountryCode(), item);
 }
 
 TLocalTimeOffsetDescriptorItem* TLocalTimeOffsetDescriptor::get(std::string countryCode) const {

@@ -57,7 +57,7 @@ TServiceListDescriptor* TServiceListDescriptor::parse(unsigned char* bytes, unsi
 
 void TServiceListDescriptor::add(TServiceListDescriptorItem* item) {
     if (item != nullptr)
-        items[item->getServiceID()] = item;
+        owned::assign(items, item->getServiceID(), item);
 }
 
 TServiceListDescriptorItem* TServiceListDescriptor::get(unsigned short serviceId) const {
