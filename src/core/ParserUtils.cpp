@@ -32,10 +32,13 @@ int ParserUtils::parseStr(unsigned char* data, std::string& out, unsigned int le
         return -1;
     }
     const unsigned char* text = in.bytes(length);
-    // Sized once for the whole text, then cut to what the control codes left.
-    out.resize(length);
+    // Most broadcast text carries no control code: copied whole, then closed
+    // up from the first control code on, if there is one.
+    out.assign(reinterpret_cast<const char*>(text), length);
     unsigned int kept = 0;
-    for (unsigned int i = 0; i < length; ++i) {
+    while (kept < length && !isControlCode(text[kept]))
+        ++kept;
+    for (unsigned int i = kept; i < length; ++i) {
         if (!isControlCode(text[i]))
             out[kept++] = static_cast<char>(text[i]);
     }

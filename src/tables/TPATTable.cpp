@@ -21,6 +21,7 @@ TPATTable* TPATTable::parse(unsigned char* bytes, unsigned int length, int, int 
     // Four-byte entries from byte 8 up to the CRC; a partial entry is ignored.
     auto entries = [&](TPATTable& table, unsigned short remaining) {
         bytes::Reader in = tables::afterHeader(bytes, length).subAtMost(remaining);
+        table.programs.reserve(in.remaining() / 4);
         while (in.has(4)) {
             const unsigned char* entry = in.bytes(4);
             const unsigned short programNumber = bytes::be16(entry);
