@@ -299,13 +299,16 @@ class Runner:
                           "-j", str(args.jobs)]
         self.build_timeout = args.build_timeout
         self.test_timeout = args.timeout
+        self.every_failure = args.every_failure
 
     def build(self):
         code, out = run(self.build_cmd, self.build_timeout)
         return code == 0, out
 
     def test(self, timeout):
-        cmd = [str(self.binary), "--gtest_brief=1", "--gtest_fail_fast"]
+        cmd = [str(self.binary), "--gtest_brief=1"]
+        if not self.every_failure:
+            cmd.append("--gtest_fail_fast")
         code, out = run(cmd, timeout, cwd=self.binary.parent)
         failed = re.findall(r"^\[  FAILED  \] (\S+?)(?:,| \(|$)", out, re.M)
         return code, failed
