@@ -102,7 +102,7 @@ inline void runRegistered(const Sarn::DescriptorKind& kind, unsigned char* data,
                           unsigned int length) {
     unsigned int bytesRead = 0;
     unsigned short error = 0;
-    Sarn::TISDBTDescriptor* d = kind.parse(data, length, &bytesRead, &error);
+    Sarn::TISDBTDescriptor* d = kind.parse(nullptr, data, length, &bytesRead, &error);
     if (d == nullptr)
         return;
     volatile size_t sink = d->toJSON().size();

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "SarnAllocation.h"
 #include "TISDBTDescriptor.h"
 
 namespace Sarn {
@@ -57,6 +58,12 @@ class DescriptorLoop {
 
     std::vector<TISDBTDescriptor*> descriptors;
     const DescriptorTagSet* acceptedTags;
+
+  private:
+    friend struct memory::Builder;
+    /** parseDescriptorsLoop, building the descriptors in arena (on the heap when null). */
+    SARN_INTERNAL unsigned int parseDescriptorsLoop(memory::Arena* arena, unsigned char* data,
+                                                    unsigned int length);
 };
 
 }  // namespace Sarn

@@ -9,6 +9,7 @@
 #include "DescriptorLoop.h"
 #include "ISDBTUtils.h"
 #include "ParserUtils.h"
+#include "SarnAllocation.h"
 #include "TISDBTDataHolder.h"
 #include "TISDBTDescriptor.h"
 #include "TISDBTTable.h"

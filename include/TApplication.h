@@ -88,6 +88,10 @@ class TApplication : public TISDBTDataHolder {
     std::list<unsigned char> getDescriptorTags() const;
 
   private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TApplication* build(memory::Arena* arena, unsigned char* data,
+                                             unsigned int len, int unused, unsigned int* bytesRead,
+                                             unsigned short* err);
     friend class TAITTable;
     TISDBTDescriptor* slot(int index, int inherit, int* fromTable) const;
 

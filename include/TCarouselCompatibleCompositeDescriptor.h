@@ -17,6 +17,14 @@ class TCarouselCompatibleCompositeDescriptor : public TISDBTDescriptor {
 
     TCarouselCompatibleCompositeDescriptor(unsigned char* data, unsigned int length);
     ~TCarouselCompatibleCompositeDescriptor() override;
+
+  private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TCarouselCompatibleCompositeDescriptor* build(memory::Arena* arena,
+                                                                       unsigned char* data,
+                                                                       unsigned int length,
+                                                                       unsigned int* bytesRead,
+                                                                       unsigned short* error);
 };
 
 }  // namespace Sarn

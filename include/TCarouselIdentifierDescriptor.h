@@ -41,6 +41,12 @@ class TCarouselIdentifierDescriptor : public TISDBTDescriptor {
     void appendJSON(std::string& out) const override;
 
   private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TCarouselIdentifierDescriptor* build(memory::Arena* arena,
+                                                              unsigned char* data,
+                                                              unsigned int length,
+                                                              unsigned int* bytesRead,
+                                                              unsigned short* error);
     unsigned int carouselId = 0;
     unsigned char formatId = 0;
     unsigned char moduleVersion = 0;

@@ -34,6 +34,10 @@ class TComponentDescriptor : public TISDBTDescriptor {
     void appendJSON(std::string& out) const override;
 
   private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TComponentDescriptor* build(memory::Arena* arena, unsigned char* data,
+                                                     unsigned int len, unsigned int* bytesRead,
+                                                     unsigned short* err);
     unsigned char streamContent = 0;
     unsigned char componentType = 0;
     unsigned char componentTag = 0;

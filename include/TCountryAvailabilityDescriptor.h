@@ -34,6 +34,12 @@ class TCountryAvailabilityDescriptor : public TISDBTDescriptor {
     bool remove(unsigned int index);
 
   private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TCountryAvailabilityDescriptor* build(memory::Arena* arena,
+                                                               unsigned char* data,
+                                                               unsigned int length,
+                                                               unsigned int* bytesRead,
+                                                               unsigned short* error);
     bool countryAvailabilityFlag = false;
     std::list<unsigned int> countryCodes;
 };

@@ -35,6 +35,10 @@ class TDIILocationDescriptor : public TISDBTDescriptor {
     TDIILocationDescriptorItem* get(unsigned int index) const;
 
   private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TDIILocationDescriptor* build(memory::Arena* arena, unsigned char* data,
+                                                       unsigned int len, unsigned int* bytesRead,
+                                                       unsigned short* err);
     unsigned char transportProtocolLabel = 0;
     std::vector<TDIILocationDescriptorItem*> items;
 };

@@ -2,6 +2,7 @@
 #define SARN_TDATACASTERCAROUSEL_H
 
 #include <string>
+#include "SarnAllocation.h"
 
 namespace Sarn {
 
@@ -11,6 +12,8 @@ class TDCTTable;
  */
 class TDatacasterCarousel {
   public:
+    SARN_ALLOCATION_FUNCTIONS
+
     /**
      * Reads PID(13) version(8) carousel_id(32) component_tag(8) and the
      * application name (one length byte, then the name). Fails with 2563
@@ -35,6 +38,10 @@ class TDatacasterCarousel {
     std::string getApplicationName() const { return applicationName; }
 
   private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TDatacasterCarousel* build(memory::Arena* arena, unsigned char* data,
+                                                    unsigned int length, int unused,
+                                                    unsigned int* bytesRead, unsigned short* error);
     TDCTTable* parent;
     unsigned short pid;
     unsigned char version;

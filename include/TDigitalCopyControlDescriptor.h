@@ -45,6 +45,11 @@ class TDigitalCopyControlDescriptor : public TISDBTDescriptor {
     void appendJSON(std::string& out) const override;
 
   private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TDigitalCopyControlDescriptor* build(memory::Arena* arena,
+                                                              unsigned char* data, unsigned int len,
+                                                              unsigned int* bytesRead,
+                                                              unsigned short* err);
     unsigned char digitalRecordingControlData = 0;
     bool maximumBitrateFlag = false;
     bool componentControlFlag = false;

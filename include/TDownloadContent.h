@@ -3,6 +3,7 @@
 
 #include <list>
 #include <vector>
+#include "SarnAllocation.h"
 
 #include "TDownloadContentDescriptor.h"
 #include "TScheduleInfo.h"
@@ -18,6 +19,8 @@ class TSDTTTable;
  */
 class TDownloadContent {
   public:
+    SARN_ALLOCATION_FUNCTIONS
+
     /**
      * Reads one content from data, with length bytes available. Fails with
      * 2563 when the content does not fit, with 2570 when a schedule fails and
@@ -58,6 +61,10 @@ class TDownloadContent {
     bool removeScheduleInfo(unsigned char index);
 
   private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TDownloadContent* build(memory::Arena* arena, unsigned char* data,
+                                                 unsigned int length, int unused,
+                                                 unsigned int* bytesRead, unsigned short* error);
     TSDTTTable* parent;
     unsigned char group;
     unsigned short targetVersion;

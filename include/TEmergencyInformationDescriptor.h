@@ -35,6 +35,12 @@ class TEmergencyInformationDescriptor : public TISDBTDescriptor {
     bool remove(unsigned char index);
 
   private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TEmergencyInformationDescriptor* build(memory::Arena* arena,
+                                                                unsigned char* data,
+                                                                unsigned int length,
+                                                                unsigned int* bytesRead,
+                                                                unsigned short* error);
     std::list<TEmergencyInformationDescriptorItem*> items;
 };
 

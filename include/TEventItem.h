@@ -2,6 +2,7 @@
 #define SARN_TEVENTITEM_H
 
 #include <string>
+#include "SarnAllocation.h"
 
 #include "DescriptorLoop.h"
 
@@ -17,6 +18,8 @@ class TEITTable;
  */
 class TEventItem : public DescriptorLoop {
   public:
+    SARN_ALLOCATION_FUNCTIONS
+
     /**
      * data points at event_id; len is the number of bytes left up to the CRC.
      * *bytesRead receives 12 plus the bytes the descriptor walk covered.
@@ -45,6 +48,11 @@ class TEventItem : public DescriptorLoop {
     bool operator==(const TEventItem& other) const { return eventId == other.eventId; }
 
   private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TEventItem* build(memory::Arena* arena, unsigned char* data,
+                                           unsigned int len, int fullSegment, unsigned char tableId,
+                                           unsigned char sectionNumber, unsigned int* bytesRead,
+                                           unsigned short* err);
     friend class TEITTable;
     /** Appends the event as a JSON object, braces included. */
     void appendJSON(std::string& out) const;

@@ -17,6 +17,14 @@ class TGingaHtml5ApplicationDescriptor : public TGingaApplicationDescriptor {
         : TGingaApplicationDescriptor(DESCRIPTOR_TAG, bytes, len) {}
     explicit TGingaHtml5ApplicationDescriptor(const TGingaHtml5ApplicationDescriptor* src)
         : TGingaApplicationDescriptor(src) {}
+
+  private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TGingaHtml5ApplicationDescriptor* build(memory::Arena* arena,
+                                                                 unsigned char* data,
+                                                                 unsigned int len,
+                                                                 unsigned int* bytesRead,
+                                                                 unsigned short* err);
 };
 
 }  // namespace Sarn

@@ -19,6 +19,14 @@ class TGingaHtml5ApplicationLocationDescriptor : public TGingaApplicationLocatio
     explicit TGingaHtml5ApplicationLocationDescriptor(
         const TGingaHtml5ApplicationLocationDescriptor* src)
         : TGingaApplicationLocationDescriptor(src) {}
+
+  private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TGingaHtml5ApplicationLocationDescriptor* build(memory::Arena* arena,
+                                                                         unsigned char* data,
+                                                                         unsigned int len,
+                                                                         unsigned int* bytesRead,
+                                                                         unsigned short* err);
 };
 
 }  // namespace Sarn

@@ -17,6 +17,14 @@ class TGingaJavaApplicationDescriptor : public TGingaApplicationDescriptor {
         : TGingaApplicationDescriptor(DESCRIPTOR_TAG, bytes, len) {}
     explicit TGingaJavaApplicationDescriptor(const TGingaJavaApplicationDescriptor* src)
         : TGingaApplicationDescriptor(src) {}
+
+  private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TGingaJavaApplicationDescriptor* build(memory::Arena* arena,
+                                                                unsigned char* data,
+                                                                unsigned int len,
+                                                                unsigned int* bytesRead,
+                                                                unsigned short* err);
 };
 
 }  // namespace Sarn

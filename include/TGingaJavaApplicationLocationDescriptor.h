@@ -19,6 +19,14 @@ class TGingaJavaApplicationLocationDescriptor : public TGingaApplicationLocation
     explicit TGingaJavaApplicationLocationDescriptor(
         const TGingaJavaApplicationLocationDescriptor* src)
         : TGingaApplicationLocationDescriptor(src) {}
+
+  private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TGingaJavaApplicationLocationDescriptor* build(memory::Arena* arena,
+                                                                        unsigned char* data,
+                                                                        unsigned int len,
+                                                                        unsigned int* bytesRead,
+                                                                        unsigned short* err);
 };
 
 }  // namespace Sarn

@@ -17,6 +17,14 @@ class TGingaNCLApplicationDescriptor : public TGingaApplicationDescriptor {
         : TGingaApplicationDescriptor(DESCRIPTOR_TAG, bytes, len) {}
     explicit TGingaNCLApplicationDescriptor(const TGingaNCLApplicationDescriptor* src)
         : TGingaApplicationDescriptor(src) {}
+
+  private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TGingaNCLApplicationDescriptor* build(memory::Arena* arena,
+                                                               unsigned char* data,
+                                                               unsigned int len,
+                                                               unsigned int* bytesRead,
+                                                               unsigned short* err);
 };
 
 }  // namespace Sarn

@@ -19,6 +19,14 @@ class TGingaNCLApplicationLocationDescriptor : public TGingaApplicationLocationD
     explicit TGingaNCLApplicationLocationDescriptor(
         const TGingaNCLApplicationLocationDescriptor* src)
         : TGingaApplicationLocationDescriptor(src) {}
+
+  private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TGingaNCLApplicationLocationDescriptor* build(memory::Arena* arena,
+                                                                       unsigned char* data,
+                                                                       unsigned int len,
+                                                                       unsigned int* bytesRead,
+                                                                       unsigned short* err);
 };
 
 }  // namespace Sarn

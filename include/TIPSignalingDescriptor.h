@@ -24,6 +24,10 @@ class TIPSignalingDescriptor : public TISDBTDescriptor {
     unsigned int getPlatformID() const { return platformId; }
 
   private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TIPSignalingDescriptor* build(memory::Arena* arena, unsigned char* data,
+                                                       unsigned int len, unsigned int* bytesRead,
+                                                       unsigned short* err);
     unsigned int platformId = 0;
 };
 

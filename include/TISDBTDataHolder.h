@@ -1,6 +1,7 @@
 #ifndef SARN_TISDBTDATAHOLDER_H
 #define SARN_TISDBTDATAHOLDER_H
 
+#include "SarnAllocation.h"
 namespace Sarn {
 
 /**
@@ -10,6 +11,8 @@ namespace Sarn {
  */
 class TISDBTDataHolder {
   public:
+    SARN_ALLOCATION_FUNCTIONS
+
     TISDBTDataHolder(unsigned char* data, unsigned int length, int copy);
     TISDBTDataHolder(const TISDBTDataHolder& other);
     TISDBTDataHolder& operator=(const TISDBTDataHolder&) = delete;
@@ -21,7 +24,12 @@ class TISDBTDataHolder {
   protected:
     unsigned char* data;
     unsigned int dataLength;
+    /** 0: refers to the bytes; 1: owns a copy on the heap; 2: its copy lies in its parse's block.
+     */
     int ownsData;
+
+  private:
+    friend class memory::Arena;  // gives a parsed table its copy of the section
 };
 
 }  // namespace Sarn

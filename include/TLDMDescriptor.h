@@ -27,6 +27,10 @@ class TLDMDescriptor : public TISDBTDescriptor {
     std::list<std::string> getGlosas() const { return glosas; }
 
   private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TLDMDescriptor* build(memory::Arena* arena, unsigned char* data,
+                                               unsigned int length, unsigned int* bytesRead,
+                                               unsigned short* error);
     unsigned char messageId = 0;
     std::list<std::string> glosas;
 };

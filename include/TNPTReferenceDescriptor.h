@@ -32,6 +32,11 @@ class TNPTReferenceDescriptor : public TISDBTDescriptor {
     unsigned short getScaleDenominator() const { return scaleDenominator; }
 
   private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TNPTReferenceDescriptor* build(memory::Arena* arena, unsigned char* data,
+                                                        unsigned int length,
+                                                        unsigned int* bytesRead,
+                                                        unsigned short* error);
     int postDiscontinuityIndicator = 0;
     unsigned char contentId = 0;
     unsigned char stcReferenceH = 0;

@@ -24,6 +24,10 @@ class TNetworkNameDescriptor : public TISDBTDescriptor {
     void appendJSON(std::string& out) const override;
 
   private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TNetworkNameDescriptor* build(memory::Arena* arena, unsigned char* data,
+                                                       unsigned int length, unsigned int* bytesRead,
+                                                       unsigned short* error);
     std::string networkName;
 };
 

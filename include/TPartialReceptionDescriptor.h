@@ -25,6 +25,12 @@ class TPartialReceptionDescriptor : public TISDBTDescriptor {
     unsigned short* getServiceIDs() const { return serviceIds; }
 
   private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TPartialReceptionDescriptor* build(memory::Arena* arena,
+                                                            unsigned char* data,
+                                                            unsigned int length,
+                                                            unsigned int* bytesRead,
+                                                            unsigned short* error);
     unsigned char serviceIdCount = 0;
     unsigned short* serviceIds = nullptr;
 };

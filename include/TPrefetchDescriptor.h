@@ -34,6 +34,10 @@ class TPrefetchDescriptor : public TISDBTDescriptor {
     TPrefetchDescriptorItem* get(unsigned int index) const;
 
   private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TPrefetchDescriptor* build(memory::Arena* arena, unsigned char* data,
+                                                    unsigned int len, unsigned int* bytesRead,
+                                                    unsigned short* err);
     unsigned char transportProtocolLabel = 0;
     std::vector<TPrefetchDescriptorItem*> items;
 };

@@ -2,6 +2,7 @@
 #define SARN_TPROGRAMMAP_H
 
 #include "DescriptorLoop.h"
+#include "SarnAllocation.h"
 
 namespace Sarn {
 
@@ -13,6 +14,8 @@ class TPMTTable;
  */
 class TProgramMap : public DescriptorLoop {
   public:
+    SARN_ALLOCATION_FUNCTIONS
+
     /**
      * Parses one stream entry from data (length bytes available); stores the
      * entry's size in *bytesRead. The integer argument is not used.
@@ -27,6 +30,10 @@ class TProgramMap : public DescriptorLoop {
     unsigned short getElementaryPID() const { return elementaryPid; }
 
   private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TProgramMap* build(memory::Arena* arena, unsigned char* data,
+                                            unsigned int length, int unused,
+                                            unsigned int* bytesRead, unsigned short* error);
     friend class TPMTTable;
 
     unsigned char streamType;

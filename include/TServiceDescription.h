@@ -2,6 +2,7 @@
 #define SARN_TSERVICEDESCRIPTION_H
 
 #include "DescriptorLoop.h"
+#include "SarnAllocation.h"
 
 namespace Sarn {
 
@@ -13,6 +14,8 @@ class TSDTTable;
  */
 class TServiceDescription : public DescriptorLoop {
   public:
+    SARN_ALLOCATION_FUNCTIONS
+
     /**
      * Parses one entry from data (length bytes available); stores the
      * entry's size in *bytesRead. The integer argument is not used.
@@ -31,6 +34,10 @@ class TServiceDescription : public DescriptorLoop {
     unsigned char getFreeCAMode() const { return freeCAMode; }
 
   private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TServiceDescription* build(memory::Arena* arena, unsigned char* data,
+                                                    unsigned int length, int unused,
+                                                    unsigned int* bytesRead, unsigned short* error);
     friend class TSDTTable;
 
     unsigned short serviceId;

@@ -23,6 +23,10 @@ class TStreamModeDescriptor : public TISDBTDescriptor {
     unsigned char getStreamMode() const { return streamMode; }
 
   private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TStreamModeDescriptor* build(memory::Arena* arena, unsigned char* data,
+                                                      unsigned int length, unsigned int* bytesRead,
+                                                      unsigned short* error);
     unsigned char streamMode = 0;
 };
 

@@ -21,6 +21,12 @@ class TTimeShiftedServiceDescriptor : public TISDBTDescriptor {
     unsigned short getReferenceServiceID() const { return referenceServiceID; }
 
   private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TTimeShiftedServiceDescriptor* build(memory::Arena* arena,
+                                                              unsigned char* data,
+                                                              unsigned int length,
+                                                              unsigned int* bytesRead,
+                                                              unsigned short* error);
     unsigned short referenceServiceID = 0;
 };
 

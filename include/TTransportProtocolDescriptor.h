@@ -53,6 +53,13 @@ class TTransportProtocolDescriptor : public TISDBTDescriptor {
     Type type;
     unsigned short protocolId;
     unsigned char transportProtocolLabel = 0;
+
+  private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TTransportProtocolDescriptor* build(memory::Arena* arena,
+                                                             unsigned char* data, unsigned int len,
+                                                             unsigned int* bytesRead,
+                                                             unsigned short* err);
 };
 
 }  // namespace Sarn

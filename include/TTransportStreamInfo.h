@@ -2,6 +2,7 @@
 #define SARN_TTRANSPORTSTREAMINFO_H
 
 #include "DescriptorLoop.h"
+#include "SarnAllocation.h"
 
 namespace Sarn {
 
@@ -13,6 +14,8 @@ class TNITTable;
  */
 class TTransportStreamInfo : public DescriptorLoop {
   public:
+    SARN_ALLOCATION_FUNCTIONS
+
     /**
      * Parses one entry from data (length bytes available); stores the
      * entry's size in *bytesRead. The integer argument is not used.
@@ -27,6 +30,11 @@ class TTransportStreamInfo : public DescriptorLoop {
     unsigned short getOriginalNetworkID() const { return originalNetworkId; }
 
   private:
+    friend struct memory::Builder;
+    SARN_INTERNAL static TTransportStreamInfo* build(memory::Arena* arena, unsigned char* data,
+                                                     unsigned int length, int unused,
+                                                     unsigned int* bytesRead,
+                                                     unsigned short* error);
     friend class TNITTable;
 
     unsigned short transportStreamId;

@@ -15,8 +15,9 @@ namespace Sarn {
  * base class: parse(data, length, &bytesRead, &error), the header included in
  * data and length; either pointer may be null.
  */
-using DescriptorFactory = TISDBTDescriptor* (*)(unsigned char* data, unsigned int length,
-                                                unsigned int* bytesRead, unsigned short* error);
+using DescriptorFactory = TISDBTDescriptor* (*)(memory::Arena* arena, unsigned char* data,
+                                                unsigned int length, unsigned int* bytesRead,
+                                                unsigned short* error);
 
 /**
  * The places where a loop builds descriptor objects by tag. The same tag

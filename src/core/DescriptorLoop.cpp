@@ -36,6 +36,11 @@ DescriptorLoop::~DescriptorLoop() {
 }
 
 unsigned int DescriptorLoop::parseDescriptorsLoop(unsigned char* data, unsigned int length) {
+    return parseDescriptorsLoop(nullptr, data, length);
+}
+
+unsigned int DescriptorLoop::parseDescriptorsLoop(memory::Arena* arena, unsigned char* data,
+                                                  unsigned int length) {
     if (length == 0 || data == nullptr)
         return 0;
     // A quick look over the headers first, so that the list grows once per
@@ -64,7 +69,7 @@ unsigned int DescriptorLoop::parseDescriptorsLoop(unsigned char* data, unsigned 
         in.skip(n);
         // As parseDescriptor, without looking the table up again.
         if (builds(kinds, acceptedTags, tag))
-            if (TISDBTDescriptor* d = kinds.at[tag](descriptor, n, nullptr, nullptr))
+            if (TISDBTDescriptor* d = kinds.at[tag](arena, descriptor, n, nullptr, nullptr))
                 descriptors.push_back(d);
     }
     return in.position();
@@ -78,7 +83,7 @@ void DescriptorLoop::parseDescriptor(unsigned char* data, unsigned int length) {
     const unsigned char tag = in.peek();
     if (!builds(kinds, acceptedTags, tag))
         return;
-    if (TISDBTDescriptor* d = kinds.at[tag](data, length, nullptr, nullptr))
+    if (TISDBTDescriptor* d = kinds.at[tag](nullptr, data, length, nullptr, nullptr))
         descriptors.push_back(d);
 }
 

@@ -3,17 +3,18 @@
 
 // The opening and the closing that every descriptor parse shares. A parse
 // opens with
-//     SARN_OPEN_OR_RETURN(d, r, TXxxDescriptor, data, length, error, minLength, tag);
+//     SARN_OPEN_OR_RETURN(arena, d, r, TXxxDescriptor, data, length, error, minLength, tag);
 // which returns null from the parse when the common header is refused and
-// otherwise declares d (the object under construction) and r (a reader after
-// tag and length); it reads its fields through r, fails through parse::fail
-// and ends with
+// otherwise declares d (the object under construction, in arena when there
+// is one, core/Arena.h) and r (a reader after tag and length); it reads its fields through r, fails
+// through parse::fail and ends with
 //     return parse::done(error, d, bytesRead, figure);
 // (clang-14 does not let a lambda capture d or r, which are structured
 // bindings: capture d.get() or pass r as an argument.)
 
 #include <memory>
 
+#include "Arena.h"
 #include "Parse.h"
 #include "Reader.h"
 #include "TISDBTDescriptor.h"
@@ -37,12 +38,12 @@ struct Opened {
  * is null.
  */
 template <class D>
-Opened<D> open(unsigned char* data, unsigned int length, unsigned short* error,
-               unsigned char minLength, unsigned short tag) {
+Opened<D> open(memory::Arena* arena, unsigned char* data, unsigned int length,
+               unsigned short* error, unsigned char minLength, unsigned short tag) {
     Opened<D> opened;
     if (!TISDBTDescriptor::parseCommonHeader(data, length, error, minLength, tag))
         return opened;
-    opened.d.reset(new D(data, length));
+    opened.d.reset(memory::make<D>(arena, data, length));
     opened.r = bytes::Reader(data, length);
     opened.r.skip(2);
     return opened;
@@ -65,9 +66,9 @@ T* done(unsigned short* error, std::unique_ptr<T>& object, unsigned int* bytesRe
  * parse::open<T>(...) into d and r; returns null from the enclosing parse when
  * the header check refuses the bytes (it has logged and set the code then).
  */
-#define SARN_OPEN_OR_RETURN(d, r, T, data, length, error, minLength, tag)      \
-    auto [d, r] = ::Sarn::parse::open<T>(data, length, error, minLength, tag); \
-    if (d == nullptr)                                                          \
+#define SARN_OPEN_OR_RETURN(arena, d, r, T, data, length, error, minLength, tag)      \
+    auto [d, r] = ::Sarn::parse::open<T>(arena, data, length, error, minLength, tag); \
+    if (d == nullptr)                                                                 \
     return nullptr
 
 #endif

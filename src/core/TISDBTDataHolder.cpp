@@ -12,13 +12,14 @@ TISDBTDataHolder::TISDBTDataHolder(unsigned char* bytes, unsigned int length, in
 TISDBTDataHolder::TISDBTDataHolder(const TISDBTDataHolder& other)
     : data(other.ownsData ? bytes::copyBytes(other.data, other.dataLength) : other.data),
       dataLength(other.dataLength),
-      ownsData(other.ownsData) {}
+      ownsData(other.ownsData ? 1 : 0) {}
 
 TISDBTDataHolder::~TISDBTDataHolder() {
-    if (ownsData && data != nullptr) {
+    if (ownsData == 2)
+        releaseObject(data);
+    else if (ownsData && data != nullptr)
         delete[] data;
-        data = nullptr;
-    }
+    data = nullptr;
 }
 
 }  // namespace Sarn

@@ -1,5 +1,7 @@
 #include "DescriptorKinds.h"
 
+#include "Arena.h"
+
 #include "TAACDescriptor.h"
 #include "TAVCTimingAndHRDDescriptor.h"
 #include "TAVCVideoDescriptor.h"
@@ -60,9 +62,9 @@ namespace Sarn {
 namespace {
 
 template <typename T>
-TISDBTDescriptor* factory(unsigned char* data, unsigned int length, unsigned int* bytesRead,
-                          unsigned short* error) {
-    return T::parse(data, length, bytesRead, error);
+TISDBTDescriptor* factory(memory::Arena* arena, unsigned char* data, unsigned int length,
+                          unsigned int* bytesRead, unsigned short* error) {
+    return memory::Builder::build<T>(arena, data, length, bytesRead, error);
 }
 
 constexpr unsigned char SI = PLACE_SI_LOOP;

@@ -25,11 +25,19 @@ std::nullptr_t refuseShort(unsigned short* error, unsigned int got, unsigned int
 }
 }  // namespace
 
-TAVCTimingAndHRDDescriptor* TAVCTimingAndHRDDescriptor::parse(unsigned char* bytes,
+TAVCTimingAndHRDDescriptor* TAVCTimingAndHRDDescriptor::parse(unsigned char* data,
                                                               unsigned int length,
                                                               unsigned int* bytesRead,
                                                               unsigned short* error) {
-    SARN_OPEN_OR_RETURN(d, r, TAVCTimingAndHRDDescriptor, bytes, length, error, 2, 0x2A);
+    return build(nullptr, data, length, bytesRead, error);
+}
+
+TAVCTimingAndHRDDescriptor* TAVCTimingAndHRDDescriptor::build(memory::Arena* arena,
+                                                              unsigned char* bytes,
+                                                              unsigned int length,
+                                                              unsigned int* bytesRead,
+                                                              unsigned short* error) {
+    SARN_OPEN_OR_RETURN(arena, d, r, TAVCTimingAndHRDDescriptor, bytes, length, error, 2, 0x2A);
     // Two readings of ours differ from the published layout and are kept for
     // the receivers that rely on them: picture_and_timing_info_present is
     // bit 0 of the first payload byte, and the frame-rate flags are taken

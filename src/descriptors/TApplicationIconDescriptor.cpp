@@ -20,8 +20,15 @@ TApplicationIconDescriptor::~TApplicationIconDescriptor() {}
 TApplicationIconDescriptor* TApplicationIconDescriptor::parse(unsigned char* data, unsigned int len,
                                                               unsigned int* bytesRead,
                                                               unsigned short* err) {
+    return build(nullptr, data, len, bytesRead, err);
+}
+
+TApplicationIconDescriptor* TApplicationIconDescriptor::build(memory::Arena* arena,
+                                                              unsigned char* data, unsigned int len,
+                                                              unsigned int* bytesRead,
+                                                              unsigned short* err) {
     // icon_locator_length, icon_locator, icon_flags (16), reserved bytes
-    SARN_OPEN_OR_RETURN(d, r, TApplicationIconDescriptor, data, len, err, 2, DESCRIPTOR_TAG);
+    SARN_OPEN_OR_RETURN(arena, d, r, TApplicationIconDescriptor, data, len, err, 2, DESCRIPTOR_TAG);
     const unsigned char length = d->getDescriptorLength();
     bytes::Reader body = r.sub(length);
     if (body.string(d->iconLocator, 0) < 0) {

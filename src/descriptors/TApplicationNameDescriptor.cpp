@@ -61,7 +61,14 @@ TApplicationNameDescriptor::~TApplicationNameDescriptor() {
 TApplicationNameDescriptor* TApplicationNameDescriptor::parse(unsigned char* data, unsigned int len,
                                                               unsigned int* bytesRead,
                                                               unsigned short* err) {
-    SARN_OPEN_OR_RETURN(d, r, TApplicationNameDescriptor, data, len, err, 4, DESCRIPTOR_TAG);
+    return build(nullptr, data, len, bytesRead, err);
+}
+
+TApplicationNameDescriptor* TApplicationNameDescriptor::build(memory::Arena* arena,
+                                                              unsigned char* data, unsigned int len,
+                                                              unsigned int* bytesRead,
+                                                              unsigned short* err) {
+    SARN_OPEN_OR_RETURN(arena, d, r, TApplicationNameDescriptor, data, len, err, 4, DESCRIPTOR_TAG);
     const unsigned char body = d->getDescriptorLength();
     // A repeated language code replaces the earlier item.
     TApplicationNameDescriptor* names = d.get();

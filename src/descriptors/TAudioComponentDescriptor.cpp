@@ -14,6 +14,13 @@ TAudioComponentDescriptor::TAudioComponentDescriptor(unsigned char* bytes, unsig
 TAudioComponentDescriptor::~TAudioComponentDescriptor() {}
 
 TAudioComponentDescriptor* TAudioComponentDescriptor::parse(unsigned char* data, unsigned int len,
+                                                            unsigned int* bytesRead,
+                                                            unsigned short* err) {
+    return build(nullptr, data, len, bytesRead, err);
+}
+
+TAudioComponentDescriptor* TAudioComponentDescriptor::build(memory::Arena* arena,
+                                                            unsigned char* data, unsigned int len,
                                                             unsigned int* /*bytesRead*/,
                                                             unsigned short* err) {
     // tag, length, reserved nibble + stream_content, component_type,
@@ -21,7 +28,7 @@ TAudioComponentDescriptor* TAudioComponentDescriptor::parse(unsigned char* data,
     // (ES_multi_lingual 1, main_component 1, quality_indicator 2,
     // sampling_rate 3, reserved 1), ISO 639 code, second code when
     // bilingual, text. Codes and text are copied as they are.
-    SARN_OPEN_OR_RETURN(d, r, TAudioComponentDescriptor, data, len, err, 9, 0xC4);
+    SARN_OPEN_OR_RETURN(arena, d, r, TAudioComponentDescriptor, data, len, err, 9, 0xC4);
     d->streamContent = static_cast<unsigned char>(r.u8() & 0x0F);
     d->componentType = r.u8();
     d->componentTag = r.u8();

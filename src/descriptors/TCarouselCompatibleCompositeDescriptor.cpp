@@ -1,5 +1,6 @@
 #include "TCarouselCompatibleCompositeDescriptor.h"
 
+#include "Arena.h"
 #include "Log.h"
 
 namespace Sarn {
@@ -11,7 +12,13 @@ TCarouselCompatibleCompositeDescriptor::TCarouselCompatibleCompositeDescriptor(u
 TCarouselCompatibleCompositeDescriptor::~TCarouselCompatibleCompositeDescriptor() {}
 
 TCarouselCompatibleCompositeDescriptor* TCarouselCompatibleCompositeDescriptor::parse(
-    unsigned char* bytes, unsigned int length, unsigned int* bytesRead, unsigned short* error) {
+    unsigned char* data, unsigned int length, unsigned int* bytesRead, unsigned short* error) {
+    return build(nullptr, data, length, bytesRead, error);
+}
+
+TCarouselCompatibleCompositeDescriptor* TCarouselCompatibleCompositeDescriptor::build(
+    memory::Arena* arena, unsigned char* bytes, unsigned int length, unsigned int* bytesRead,
+    unsigned short* error) {
     if (!parseCommonHeader(bytes, length, error, 4, 0xF7))
         return nullptr;
     // The composite's sub-descriptors are not decoded: the caller still gets
@@ -21,7 +28,7 @@ TCarouselCompatibleCompositeDescriptor* TCarouselCompatibleCompositeDescriptor::
         "If you really need this descriptor, please contact support.");
     if (bytesRead != nullptr)
         *bytesRead = length;
-    return new TCarouselCompatibleCompositeDescriptor(bytes, length);
+    return memory::make<TCarouselCompatibleCompositeDescriptor>(arena, bytes, length);
 }
 
 }  // namespace Sarn

@@ -17,11 +17,19 @@ TCarouselIdentifierDescriptor::~TCarouselIdentifierDescriptor() {
     delete[] privateData;
 }
 
-TCarouselIdentifierDescriptor* TCarouselIdentifierDescriptor::parse(unsigned char* bytes,
+TCarouselIdentifierDescriptor* TCarouselIdentifierDescriptor::parse(unsigned char* data,
                                                                     unsigned int length,
                                                                     unsigned int* bytesRead,
                                                                     unsigned short* error) {
-    SARN_OPEN_OR_RETURN(d, r, TCarouselIdentifierDescriptor, bytes, length, error, 4, 0x13);
+    return build(nullptr, data, length, bytesRead, error);
+}
+
+TCarouselIdentifierDescriptor* TCarouselIdentifierDescriptor::build(memory::Arena* arena,
+                                                                    unsigned char* bytes,
+                                                                    unsigned int length,
+                                                                    unsigned int* bytesRead,
+                                                                    unsigned short* error) {
+    SARN_OPEN_OR_RETURN(arena, d, r, TCarouselIdentifierDescriptor, bytes, length, error, 4, 0x13);
     d->carouselId = r.u32();
     // Everything after carousel_id is kept undecoded. The size field is 8
     // bits wide, so only that many bytes are kept from an oversized buffer.

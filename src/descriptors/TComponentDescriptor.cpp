@@ -16,9 +16,15 @@ TComponentDescriptor::~TComponentDescriptor() {}
 
 TComponentDescriptor* TComponentDescriptor::parse(unsigned char* data, unsigned int len,
                                                   unsigned int* bytesRead, unsigned short* err) {
+    return build(nullptr, data, len, bytesRead, err);
+}
+
+TComponentDescriptor* TComponentDescriptor::build(memory::Arena* arena, unsigned char* data,
+                                                  unsigned int len, unsigned int* bytesRead,
+                                                  unsigned short* err) {
     // tag, length, reserved nibble + stream_content, component_type,
     // component_tag, ISO 639 code (3), text up to the end.
-    SARN_OPEN_OR_RETURN(d, r, TComponentDescriptor, data, len, err, 6, 0x50);
+    SARN_OPEN_OR_RETURN(arena, d, r, TComponentDescriptor, data, len, err, 6, 0x50);
     d->streamContent = static_cast<unsigned char>(r.u8() & 0x0F);
     d->componentType = r.u8();
     d->componentTag = r.u8();

@@ -15,11 +15,19 @@ TConditionalPlaybackDescriptor::~TConditionalPlaybackDescriptor() {
     delete[] privateData;
 }
 
-TConditionalPlaybackDescriptor* TConditionalPlaybackDescriptor::parse(unsigned char* bytes,
+TConditionalPlaybackDescriptor* TConditionalPlaybackDescriptor::parse(unsigned char* data,
                                                                       unsigned int length,
                                                                       unsigned int* bytesRead,
                                                                       unsigned short* error) {
-    SARN_OPEN_OR_RETURN(d, r, TConditionalPlaybackDescriptor, bytes, length, error, 4, 0xF8);
+    return build(nullptr, data, length, bytesRead, error);
+}
+
+TConditionalPlaybackDescriptor* TConditionalPlaybackDescriptor::build(memory::Arena* arena,
+                                                                      unsigned char* bytes,
+                                                                      unsigned int length,
+                                                                      unsigned int* bytesRead,
+                                                                      unsigned short* error) {
+    SARN_OPEN_OR_RETURN(arena, d, r, TConditionalPlaybackDescriptor, bytes, length, error, 4, 0xF8);
     d->caSystemId = r.u16();
     d->caPid = r.pid();
     // Private data runs to the end of the bytes handed in; size kept in 8 bits.

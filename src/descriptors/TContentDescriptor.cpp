@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "Arena.h"
 #include "Json.h"
 #include "Log.h"
 #include "Parse.h"
@@ -15,7 +16,13 @@ TContentDescriptor::TContentDescriptor(unsigned char* bytes, unsigned int len)
 TContentDescriptor::~TContentDescriptor() {}
 
 TContentDescriptor* TContentDescriptor::parse(unsigned char* data, unsigned int len,
-                                              unsigned int* /*bytesRead*/, unsigned short* err) {
+                                              unsigned int* bytesRead, unsigned short* err) {
+    return build(nullptr, data, len, bytesRead, err);
+}
+
+TContentDescriptor* TContentDescriptor::build(memory::Arena* arena, unsigned char* data,
+                                              unsigned int len, unsigned int* /*bytesRead*/,
+                                              unsigned short* err) {
     // tag, length, then two-byte genre entries (content nibbles, user nibbles).
     // The header is taken as it comes; only the first entry is read. The byte
     // count and, on success, the error code are left untouched.
@@ -25,7 +32,7 @@ TContentDescriptor* TContentDescriptor::parse(unsigned char* data, unsigned int 
                   r.remaining());
         return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
-    std::unique_ptr<TContentDescriptor> d(new TContentDescriptor(data, len));
+    std::unique_ptr<TContentDescriptor> d(memory::make<TContentDescriptor>(arena, data, len));
     r.skip(2);
     const unsigned char nibbles = r.u8();
     d->contentNibbleLevel1 = static_cast<unsigned char>(nibbles >> 4);

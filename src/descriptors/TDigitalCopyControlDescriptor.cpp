@@ -79,7 +79,15 @@ TDigitalCopyControlDescriptor* TDigitalCopyControlDescriptor::parse(unsigned cha
                                                                     unsigned int len,
                                                                     unsigned int* bytesRead,
                                                                     unsigned short* err) {
-    SARN_OPEN_OR_RETURN(d, r, TDigitalCopyControlDescriptor, data, len, err, 1, 0xC1);
+    return build(nullptr, data, len, bytesRead, err);
+}
+
+TDigitalCopyControlDescriptor* TDigitalCopyControlDescriptor::build(memory::Arena* arena,
+                                                                    unsigned char* data,
+                                                                    unsigned int len,
+                                                                    unsigned int* bytesRead,
+                                                                    unsigned short* err) {
+    SARN_OPEN_OR_RETURN(arena, d, r, TDigitalCopyControlDescriptor, data, len, err, 1, 0xC1);
     // Every shortage reports the bytes left against one, whatever it lacked.
     auto tooShort = [err](const bytes::Reader& left) {
         SARN_LOGW(

@@ -56,13 +56,22 @@ TDownloadContentDescriptor::~TDownloadContentDescriptor() {
     delete[] privateData;
 }
 
-TDownloadContentDescriptor* TDownloadContentDescriptor::parse(unsigned char* bytes,
+TDownloadContentDescriptor* TDownloadContentDescriptor::parse(unsigned char* data,
+                                                              unsigned int length,
+                                                              unsigned int* bytesRead,
+                                                              unsigned short* error) {
+    return build(nullptr, data, length, bytesRead, error);
+}
+
+TDownloadContentDescriptor* TDownloadContentDescriptor::build(memory::Arena* arena,
+                                                              unsigned char* bytes,
                                                               unsigned int length,
                                                               unsigned int* bytesRead,
                                                               unsigned short* error) {
     // Everything after the header is read from the bytes handed in, not only
     // the descriptor_length ones.
-    SARN_OPEN_OR_RETURN(d, r, TDownloadContentDescriptor, bytes, length, error, 18, DESCRIPTOR_TAG);
+    SARN_OPEN_OR_RETURN(arena, d, r, TDownloadContentDescriptor, bytes, length, error, 18,
+                        DESCRIPTOR_TAG);
 
     // Fixed part, within the 18 bytes the header check demands: flags(8)
     // component_size(32) download_id(32) time_out_value_DII(32)

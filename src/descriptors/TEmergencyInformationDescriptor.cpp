@@ -66,13 +66,22 @@ TEmergencyInformationDescriptor::~TEmergencyInformationDescriptor() {
         delete item;
 }
 
-TEmergencyInformationDescriptor* TEmergencyInformationDescriptor::parse(unsigned char* bytes,
+TEmergencyInformationDescriptor* TEmergencyInformationDescriptor::parse(unsigned char* data,
+                                                                        unsigned int length,
+                                                                        unsigned int* bytesRead,
+                                                                        unsigned short* error) {
+    return build(nullptr, data, length, bytesRead, error);
+}
+
+TEmergencyInformationDescriptor* TEmergencyInformationDescriptor::build(memory::Arena* arena,
+                                                                        unsigned char* bytes,
                                                                         unsigned int length,
                                                                         unsigned int* bytesRead,
                                                                         unsigned short* error) {
     // Items fill the bytes handed in, not just descriptor_length; the byte
     // count is the last item's.
-    SARN_OPEN_OR_RETURN(d, r, TEmergencyInformationDescriptor, bytes, length, error, 4, 0xFC);
+    SARN_OPEN_OR_RETURN(arena, d, r, TEmergencyInformationDescriptor, bytes, length, error, 4,
+                        0xFC);
     TEmergencyInformationDescriptor* emergency = d.get();
     auto store = [emergency](TEmergencyInformationDescriptorItem* item) {
         emergency->items.push_back(item);

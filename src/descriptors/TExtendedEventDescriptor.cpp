@@ -72,9 +72,15 @@ TExtendedEventDescriptor::~TExtendedEventDescriptor() {
 TExtendedEventDescriptor* TExtendedEventDescriptor::parse(unsigned char* data, unsigned int len,
                                                           unsigned int* bytesRead,
                                                           unsigned short* err) {
+    return build(nullptr, data, len, bytesRead, err);
+}
+
+TExtendedEventDescriptor* TExtendedEventDescriptor::build(memory::Arena* arena, unsigned char* data,
+                                                          unsigned int len, unsigned int* bytesRead,
+                                                          unsigned short* err) {
     // Read from the bytes handed in; the header check guarantees eight bytes
     // in all, so some are left up to the items.
-    SARN_OPEN_OR_RETURN(d, r, TExtendedEventDescriptor, data, len, err, 6, 0x4E);
+    SARN_OPEN_OR_RETURN(arena, d, r, TExtendedEventDescriptor, data, len, err, 6, 0x4E);
     const unsigned char numbers = r.u8();
     d->descriptorNumber = numbers >> 4;
     d->lastDescriptorNumber = numbers & 0x0F;

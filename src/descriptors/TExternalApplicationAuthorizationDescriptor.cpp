@@ -68,7 +68,13 @@ TExternalApplicationAuthorizationDescriptor::~TExternalApplicationAuthorizationD
 
 TExternalApplicationAuthorizationDescriptor* TExternalApplicationAuthorizationDescriptor::parse(
     unsigned char* data, unsigned int len, unsigned int* bytesRead, unsigned short* err) {
-    SARN_OPEN_OR_RETURN(d, r, TExternalApplicationAuthorizationDescriptor, data, len, err, 0,
+    return build(nullptr, data, len, bytesRead, err);
+}
+
+TExternalApplicationAuthorizationDescriptor* TExternalApplicationAuthorizationDescriptor::build(
+    memory::Arena* arena, unsigned char* data, unsigned int len, unsigned int* bytesRead,
+    unsigned short* err) {
+    SARN_OPEN_OR_RETURN(arena, d, r, TExternalApplicationAuthorizationDescriptor, data, len, err, 0,
                         DESCRIPTOR_TAG);
     bytes::Reader body = r.sub(d->getDescriptorLength());
     // The same application authorized twice keeps the later entry.

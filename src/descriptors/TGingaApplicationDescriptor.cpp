@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "Arena.h"
 #include "BodyParse.h"
 #include "ISDBTUtils.h"
 #include "Json.h"
@@ -15,12 +16,12 @@ namespace Sarn {
 
 namespace {
 template <class T>
-T* parseGingaApplication(unsigned char* data, unsigned int len, unsigned int* bytesRead,
-                         unsigned short* err) {
+T* parseGingaApplication(memory::Arena* arena, unsigned char* data, unsigned int len,
+                         unsigned int* bytesRead, unsigned short* err) {
     // An application without parameters has an empty body.
     if (!TISDBTDescriptor::parseCommonHeader(data, len, err, 0, T::DESCRIPTOR_TAG))
         return nullptr;
-    std::unique_ptr<T> d(new T(data, len));
+    std::unique_ptr<T> d(memory::make<T>(arena, data, len));
     return parseBody(d, data, bytesRead, err);
 }
 }  // namespace
@@ -81,21 +82,46 @@ TGingaJavaApplicationDescriptor* TGingaJavaApplicationDescriptor::parse(unsigned
                                                                         unsigned int len,
                                                                         unsigned int* bytesRead,
                                                                         unsigned short* err) {
-    return parseGingaApplication<TGingaJavaApplicationDescriptor>(data, len, bytesRead, err);
+    return build(nullptr, data, len, bytesRead, err);
+}
+
+TGingaJavaApplicationDescriptor* TGingaJavaApplicationDescriptor::build(memory::Arena* arena,
+                                                                        unsigned char* data,
+                                                                        unsigned int len,
+                                                                        unsigned int* bytesRead,
+                                                                        unsigned short* err) {
+    return parseGingaApplication<TGingaJavaApplicationDescriptor>(arena, data, len, bytesRead, err);
 }
 
 TGingaNCLApplicationDescriptor* TGingaNCLApplicationDescriptor::parse(unsigned char* data,
                                                                       unsigned int len,
                                                                       unsigned int* bytesRead,
                                                                       unsigned short* err) {
-    return parseGingaApplication<TGingaNCLApplicationDescriptor>(data, len, bytesRead, err);
+    return build(nullptr, data, len, bytesRead, err);
+}
+
+TGingaNCLApplicationDescriptor* TGingaNCLApplicationDescriptor::build(memory::Arena* arena,
+                                                                      unsigned char* data,
+                                                                      unsigned int len,
+                                                                      unsigned int* bytesRead,
+                                                                      unsigned short* err) {
+    return parseGingaApplication<TGingaNCLApplicationDescriptor>(arena, data, len, bytesRead, err);
 }
 
 TGingaHtml5ApplicationDescriptor* TGingaHtml5ApplicationDescriptor::parse(unsigned char* data,
                                                                           unsigned int len,
                                                                           unsigned int* bytesRead,
                                                                           unsigned short* err) {
-    return parseGingaApplication<TGingaHtml5ApplicationDescriptor>(data, len, bytesRead, err);
+    return build(nullptr, data, len, bytesRead, err);
+}
+
+TGingaHtml5ApplicationDescriptor* TGingaHtml5ApplicationDescriptor::build(memory::Arena* arena,
+                                                                          unsigned char* data,
+                                                                          unsigned int len,
+                                                                          unsigned int* bytesRead,
+                                                                          unsigned short* err) {
+    return parseGingaApplication<TGingaHtml5ApplicationDescriptor>(arena, data, len, bytesRead,
+                                                                   err);
 }
 
 }  // namespace Sarn

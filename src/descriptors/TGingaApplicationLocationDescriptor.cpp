@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "Arena.h"
 #include "BodyParse.h"
 #include "ISDBTUtils.h"
 #include "Json.h"
@@ -15,11 +16,11 @@ namespace Sarn {
 
 namespace {
 template <class T>
-T* parseGingaLocation(unsigned char* data, unsigned int len, unsigned int* bytesRead,
-                      unsigned short* err) {
+T* parseGingaLocation(memory::Arena* arena, unsigned char* data, unsigned int len,
+                      unsigned int* bytesRead, unsigned short* err) {
     if (!TISDBTDescriptor::parseCommonHeader(data, len, err, 4, T::DESCRIPTOR_TAG))
         return nullptr;
-    std::unique_ptr<T> d(new T(data, len));
+    std::unique_ptr<T> d(memory::make<T>(arena, data, len));
     return parseBody(d, data, bytesRead, err);
 }
 
@@ -115,17 +116,38 @@ std::string TGingaApplicationLocationDescriptor::toJSON() const {
 
 TGingaJavaApplicationLocationDescriptor* TGingaJavaApplicationLocationDescriptor::parse(
     unsigned char* data, unsigned int len, unsigned int* bytesRead, unsigned short* err) {
-    return parseGingaLocation<TGingaJavaApplicationLocationDescriptor>(data, len, bytesRead, err);
+    return build(nullptr, data, len, bytesRead, err);
+}
+
+TGingaJavaApplicationLocationDescriptor* TGingaJavaApplicationLocationDescriptor::build(
+    memory::Arena* arena, unsigned char* data, unsigned int len, unsigned int* bytesRead,
+    unsigned short* err) {
+    return parseGingaLocation<TGingaJavaApplicationLocationDescriptor>(arena, data, len, bytesRead,
+                                                                       err);
 }
 
 TGingaNCLApplicationLocationDescriptor* TGingaNCLApplicationLocationDescriptor::parse(
     unsigned char* data, unsigned int len, unsigned int* bytesRead, unsigned short* err) {
-    return parseGingaLocation<TGingaNCLApplicationLocationDescriptor>(data, len, bytesRead, err);
+    return build(nullptr, data, len, bytesRead, err);
+}
+
+TGingaNCLApplicationLocationDescriptor* TGingaNCLApplicationLocationDescriptor::build(
+    memory::Arena* arena, unsigned char* data, unsigned int len, unsigned int* bytesRead,
+    unsigned short* err) {
+    return parseGingaLocation<TGingaNCLApplicationLocationDescriptor>(arena, data, len, bytesRead,
+                                                                      err);
 }
 
 TGingaHtml5ApplicationLocationDescriptor* TGingaHtml5ApplicationLocationDescriptor::parse(
     unsigned char* data, unsigned int len, unsigned int* bytesRead, unsigned short* err) {
-    return parseGingaLocation<TGingaHtml5ApplicationLocationDescriptor>(data, len, bytesRead, err);
+    return build(nullptr, data, len, bytesRead, err);
+}
+
+TGingaHtml5ApplicationLocationDescriptor* TGingaHtml5ApplicationLocationDescriptor::build(
+    memory::Arena* arena, unsigned char* data, unsigned int len, unsigned int* bytesRead,
+    unsigned short* err) {
+    return parseGingaLocation<TGingaHtml5ApplicationLocationDescriptor>(arena, data, len, bytesRead,
+                                                                        err);
 }
 
 }  // namespace Sarn

@@ -12,8 +12,15 @@ THierarchicalTransmissionDescriptor::THierarchicalTransmissionDescriptor(unsigne
 THierarchicalTransmissionDescriptor::~THierarchicalTransmissionDescriptor() {}
 
 THierarchicalTransmissionDescriptor* THierarchicalTransmissionDescriptor::parse(
-    unsigned char* bytes, unsigned int length, unsigned int* bytesRead, unsigned short* error) {
-    SARN_OPEN_OR_RETURN(d, r, THierarchicalTransmissionDescriptor, bytes, length, error, 3, 0xC0);
+    unsigned char* data, unsigned int length, unsigned int* bytesRead, unsigned short* error) {
+    return build(nullptr, data, length, bytesRead, error);
+}
+
+THierarchicalTransmissionDescriptor* THierarchicalTransmissionDescriptor::build(
+    memory::Arena* arena, unsigned char* bytes, unsigned int length, unsigned int* bytesRead,
+    unsigned short* error) {
+    SARN_OPEN_OR_RETURN(arena, d, r, THierarchicalTransmissionDescriptor, bytes, length, error, 3,
+                        0xC0);
     d->qualityLevel = r.u8() & 1;
     d->referencePid = r.pid();
     return parse::done(error, d, bytesRead, 3);

@@ -19,8 +19,14 @@ TIPSignalingDescriptor::~TIPSignalingDescriptor() {}
 TIPSignalingDescriptor* TIPSignalingDescriptor::parse(unsigned char* data, unsigned int len,
                                                       unsigned int* bytesRead,
                                                       unsigned short* err) {
+    return build(nullptr, data, len, bytesRead, err);
+}
+
+TIPSignalingDescriptor* TIPSignalingDescriptor::build(memory::Arena* arena, unsigned char* data,
+                                                      unsigned int len, unsigned int* bytesRead,
+                                                      unsigned short* err) {
     // platform_id (24)
-    SARN_OPEN_OR_RETURN(d, r, TIPSignalingDescriptor, data, len, err, 3, DESCRIPTOR_TAG);
+    SARN_OPEN_OR_RETURN(arena, d, r, TIPSignalingDescriptor, data, len, err, 3, DESCRIPTOR_TAG);
     d->platformId = r.u24();
     return parse::done(err, d, bytesRead, 3);
 }

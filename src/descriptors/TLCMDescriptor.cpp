@@ -1,5 +1,6 @@
 #include "TLCMDescriptor.h"
 
+#include "Arena.h"
 #include "Reader.h"
 
 namespace Sarn {
@@ -9,18 +10,23 @@ TLCMDescriptor::TLCMDescriptor(unsigned char* bytes, unsigned int length)
 
 TLCMDescriptor::~TLCMDescriptor() {}
 
-TLCMDescriptor* TLCMDescriptor::parse(unsigned char* bytes, unsigned int length, unsigned int*,
-                                      unsigned short*) {
+TLCMDescriptor* TLCMDescriptor::parse(unsigned char* data, unsigned int length,
+                                      unsigned int* bytesRead, unsigned short* error) {
+    return build(nullptr, data, length, bytesRead, error);
+}
+
+TLCMDescriptor* TLCMDescriptor::build(memory::Arena* arena, unsigned char* bytes,
+                                      unsigned int length, unsigned int*, unsigned short*) {
     // Fewer than two bytes carry no message at all: such a descriptor is
     // taken as an empty one. From two bytes on the whole fixed part (15
     // bytes) must be there. Neither the tag nor descriptor_length is checked,
     // and the error code is never written.
     if (length < 2)
-        return new TLCMDescriptor(bytes, length);
+        return memory::make<TLCMDescriptor>(arena, bytes, length);
     bytes::Reader r(bytes, length);
     if (!r.has(15))
         return nullptr;
-    TLCMDescriptor* d = new TLCMDescriptor(bytes, length);
+    TLCMDescriptor* d = memory::make<TLCMDescriptor>(arena, bytes, length);
     r.skip(2);
     d->messageId = r.u8();
     d->messageLength = r.u16();

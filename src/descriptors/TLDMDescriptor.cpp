@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "Arena.h"
 #include "Reader.h"
 
 namespace Sarn {
@@ -11,11 +12,16 @@ TLDMDescriptor::TLDMDescriptor(unsigned char* bytes, unsigned int length)
 
 TLDMDescriptor::~TLDMDescriptor() {}
 
-TLDMDescriptor* TLDMDescriptor::parse(unsigned char* bytes, unsigned int length, unsigned int*,
-                                      unsigned short*) {
+TLDMDescriptor* TLDMDescriptor::parse(unsigned char* data, unsigned int length,
+                                      unsigned int* bytesRead, unsigned short* error) {
+    return build(nullptr, data, length, bytesRead, error);
+}
+
+TLDMDescriptor* TLDMDescriptor::build(memory::Arena* arena, unsigned char* bytes,
+                                      unsigned int length, unsigned int*, unsigned short*) {
     // Neither the tag nor descriptor_length is checked, and the error code is
     // never written, not even when a gloss is refused.
-    std::unique_ptr<TLDMDescriptor> d(new TLDMDescriptor(bytes, length));
+    std::unique_ptr<TLDMDescriptor> d(memory::make<TLDMDescriptor>(arena, bytes, length));
     // Fields missing from a short descriptor are left at zero and the walk
     // stops at the end of the bytes handed in.
     bytes::Reader r(bytes, length);

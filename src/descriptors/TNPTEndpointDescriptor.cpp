@@ -10,11 +10,19 @@ TNPTEndpointDescriptor::TNPTEndpointDescriptor(unsigned char* bytes, unsigned in
 
 TNPTEndpointDescriptor::~TNPTEndpointDescriptor() {}
 
-TNPTEndpointDescriptor* TNPTEndpointDescriptor::parse(unsigned char* bytes, unsigned int length,
+TNPTEndpointDescriptor* TNPTEndpointDescriptor::parse(unsigned char* data, unsigned int length,
+                                                      unsigned int* bytesRead,
+                                                      unsigned short* error) {
+    return build(nullptr, data, length, bytesRead, error);
+}
+
+TNPTEndpointDescriptor* TNPTEndpointDescriptor::build(memory::Arena* arena, unsigned char* bytes,
+                                                      unsigned int length,
                                                       unsigned int* /*bytesRead*/,
                                                       unsigned short* error) {
     // reserved(15) start_NPT(33), reserved(31) stop_NPT(33).
-    SARN_OPEN_OR_RETURN(d, r, TNPTEndpointDescriptor, bytes, length, error, 14, DESCRIPTOR_TAG);
+    SARN_OPEN_OR_RETURN(arena, d, r, TNPTEndpointDescriptor, bytes, length, error, 14,
+                        DESCRIPTOR_TAG);
     r.skip(1);
     d->startNptH = r.u8() & 0x01;
     d->startNptL = r.u32();

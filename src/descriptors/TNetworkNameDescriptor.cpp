@@ -12,11 +12,17 @@ TNetworkNameDescriptor::TNetworkNameDescriptor(unsigned char* bytes, unsigned in
 
 TNetworkNameDescriptor::~TNetworkNameDescriptor() {}
 
-TNetworkNameDescriptor* TNetworkNameDescriptor::parse(unsigned char* bytes, unsigned int length,
+TNetworkNameDescriptor* TNetworkNameDescriptor::parse(unsigned char* data, unsigned int length,
                                                       unsigned int* bytesRead,
                                                       unsigned short* error) {
+    return build(nullptr, data, length, bytesRead, error);
+}
+
+TNetworkNameDescriptor* TNetworkNameDescriptor::build(memory::Arena* arena, unsigned char* bytes,
+                                                      unsigned int length, unsigned int* bytesRead,
+                                                      unsigned short* error) {
     // The name fills the payload; it has no length byte of its own.
-    SARN_OPEN_OR_RETURN(d, r, TNetworkNameDescriptor, bytes, length, error, 0, 0x40);
+    SARN_OPEN_OR_RETURN(arena, d, r, TNetworkNameDescriptor, bytes, length, error, 0, 0x40);
     const unsigned int payload = r.remaining();
     if (r.string(d->networkName, payload) != static_cast<int>(payload)) {
         SARN_LOGW("%s: TNetworkNameDescriptor:: parse: ERROR: parsing Network Name. Aborting!");

@@ -1,5 +1,6 @@
 #include "TParentalRatingDescriptor.h"
 
+#include "Arena.h"
 #include "DescriptorParse.h"
 #include "ItemLoop.h"
 #include "Json.h"
@@ -52,12 +53,20 @@ TParentalRatingDescriptor::~TParentalRatingDescriptor() {
 TParentalRatingDescriptor* TParentalRatingDescriptor::parse(unsigned char* data, unsigned int len,
                                                             unsigned int* bytesRead,
                                                             unsigned short* err) {
+    return build(nullptr, data, len, bytesRead, err);
+}
+
+TParentalRatingDescriptor* TParentalRatingDescriptor::build(memory::Arena* arena,
+                                                            unsigned char* data, unsigned int len,
+                                                            unsigned int* bytesRead,
+                                                            unsigned short* err) {
     if (!parseCommonHeader(data, len, err, 0, 0x55)) {
         SARN_LOGW(
             "%s: TParentalRatingDescriptor::parse: parseCommonHeader: Invalid item. Aborting!");
         return nullptr;
     }
-    std::unique_ptr<TParentalRatingDescriptor> d(new TParentalRatingDescriptor(data, len));
+    std::unique_ptr<TParentalRatingDescriptor> d(
+        memory::make<TParentalRatingDescriptor>(arena, data, len));
     // Items run to the end of the bytes handed in; a generic loop hands in
     // exactly the descriptor.
     bytes::Reader r(data, len);

@@ -13,13 +13,21 @@ TPartialReceptionDescriptor::~TPartialReceptionDescriptor() {
     delete[] serviceIds;
 }
 
-TPartialReceptionDescriptor* TPartialReceptionDescriptor::parse(unsigned char* bytes,
+TPartialReceptionDescriptor* TPartialReceptionDescriptor::parse(unsigned char* data,
+                                                                unsigned int length,
+                                                                unsigned int* bytesRead,
+                                                                unsigned short* error) {
+    return build(nullptr, data, length, bytesRead, error);
+}
+
+TPartialReceptionDescriptor* TPartialReceptionDescriptor::build(memory::Arena* arena,
+                                                                unsigned char* bytes,
                                                                 unsigned int length,
                                                                 unsigned int* bytesRead,
                                                                 unsigned short* error) {
     // Two bytes per service_id up to the end of the bytes handed in; the count
     // is kept in 8 bits (and only that many are read).
-    SARN_OPEN_OR_RETURN(d, r, TPartialReceptionDescriptor, bytes, length, error, 0, 0xFB);
+    SARN_OPEN_OR_RETURN(arena, d, r, TPartialReceptionDescriptor, bytes, length, error, 0, 0xFB);
     const unsigned int payload = r.remaining();
     d->serviceIds = fields::readRest16(r, d->serviceIdCount);
     return parse::done(error, d, bytesRead, payload);

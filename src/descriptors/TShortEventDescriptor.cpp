@@ -15,8 +15,14 @@ TShortEventDescriptor::~TShortEventDescriptor() {}
 
 TShortEventDescriptor* TShortEventDescriptor::parse(unsigned char* data, unsigned int len,
                                                     unsigned int* bytesRead, unsigned short* err) {
+    return build(nullptr, data, len, bytesRead, err);
+}
+
+TShortEventDescriptor* TShortEventDescriptor::build(memory::Arena* arena, unsigned char* data,
+                                                    unsigned int len, unsigned int* bytesRead,
+                                                    unsigned short* err) {
     // tag, length, ISO 639 code (3), event_name_length, name, text_length, text
-    SARN_OPEN_OR_RETURN(d, r, TShortEventDescriptor, data, len, err, 5, 0x4D);
+    SARN_OPEN_OR_RETURN(arena, d, r, TShortEventDescriptor, data, len, err, 5, 0x4D);
     // The whole descriptor, announced before any of it is read.
     const unsigned int whole = d->getDescriptorLength() + 2u;
     if (bytesRead != nullptr)

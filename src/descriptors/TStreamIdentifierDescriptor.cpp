@@ -11,11 +11,19 @@ TStreamIdentifierDescriptor::TStreamIdentifierDescriptor(unsigned char* bytes, u
 
 TStreamIdentifierDescriptor::~TStreamIdentifierDescriptor() {}
 
-TStreamIdentifierDescriptor* TStreamIdentifierDescriptor::parse(unsigned char* bytes,
+TStreamIdentifierDescriptor* TStreamIdentifierDescriptor::parse(unsigned char* data,
                                                                 unsigned int length,
                                                                 unsigned int* bytesRead,
                                                                 unsigned short* error) {
-    SARN_OPEN_OR_RETURN(d, r, TStreamIdentifierDescriptor, bytes, length, error, 1, 0x52);
+    return build(nullptr, data, length, bytesRead, error);
+}
+
+TStreamIdentifierDescriptor* TStreamIdentifierDescriptor::build(memory::Arena* arena,
+                                                                unsigned char* bytes,
+                                                                unsigned int length,
+                                                                unsigned int* bytesRead,
+                                                                unsigned short* error) {
+    SARN_OPEN_OR_RETURN(arena, d, r, TStreamIdentifierDescriptor, bytes, length, error, 1, 0x52);
     d->componentTag = r.u8();
     return parse::done(error, d, bytesRead, 1);
 }

@@ -13,11 +13,19 @@ TSystemManagementDescriptor::~TSystemManagementDescriptor() {
     delete[] additionalIdentificationInfo;
 }
 
-TSystemManagementDescriptor* TSystemManagementDescriptor::parse(unsigned char* bytes,
+TSystemManagementDescriptor* TSystemManagementDescriptor::parse(unsigned char* data,
                                                                 unsigned int length,
                                                                 unsigned int* bytesRead,
                                                                 unsigned short* error) {
-    SARN_OPEN_OR_RETURN(d, r, TSystemManagementDescriptor, bytes, length, error, 2, 0xFE);
+    return build(nullptr, data, length, bytesRead, error);
+}
+
+TSystemManagementDescriptor* TSystemManagementDescriptor::build(memory::Arena* arena,
+                                                                unsigned char* bytes,
+                                                                unsigned int length,
+                                                                unsigned int* bytesRead,
+                                                                unsigned short* error) {
+    SARN_OPEN_OR_RETURN(arena, d, r, TSystemManagementDescriptor, bytes, length, error, 2, 0xFE);
     d->systemManagementId = r.u16();
     const unsigned int broadcasting = d->systemManagementId >> 8;
     // The flag is kept in place (0, 64, 128 or 192), not shifted down.

@@ -45,10 +45,17 @@ TTSInformationDescriptor::~TTSInformationDescriptor() {
     owned::deleteAll(transmissionTypes);
 }
 
-TTSInformationDescriptor* TTSInformationDescriptor::parse(unsigned char* bytes, unsigned int length,
+TTSInformationDescriptor* TTSInformationDescriptor::parse(unsigned char* data, unsigned int length,
                                                           unsigned int* bytesRead,
                                                           unsigned short* error) {
-    SARN_OPEN_OR_RETURN(d, r, TTSInformationDescriptor, bytes, length, error, 2, 0xCD);
+    return build(nullptr, data, length, bytesRead, error);
+}
+
+TTSInformationDescriptor* TTSInformationDescriptor::build(memory::Arena* arena,
+                                                          unsigned char* bytes, unsigned int length,
+                                                          unsigned int* bytesRead,
+                                                          unsigned short* error) {
+    SARN_OPEN_OR_RETURN(arena, d, r, TTSInformationDescriptor, bytes, length, error, 2, 0xCD);
     d->remoteControlKeyId = r.u8();
     // length_of_ts_name (6 bits) and transmission_type_count (2 bits).
     const unsigned char counts = r.u8();

@@ -15,8 +15,15 @@ TTerrestrialDeliverySystemDescriptor::~TTerrestrialDeliverySystemDescriptor() {
 }
 
 TTerrestrialDeliverySystemDescriptor* TTerrestrialDeliverySystemDescriptor::parse(
-    unsigned char* bytes, unsigned int length, unsigned int* bytesRead, unsigned short* error) {
-    SARN_OPEN_OR_RETURN(d, r, TTerrestrialDeliverySystemDescriptor, bytes, length, error, 4, 0xFA);
+    unsigned char* data, unsigned int length, unsigned int* bytesRead, unsigned short* error) {
+    return build(nullptr, data, length, bytesRead, error);
+}
+
+TTerrestrialDeliverySystemDescriptor* TTerrestrialDeliverySystemDescriptor::build(
+    memory::Arena* arena, unsigned char* bytes, unsigned int length, unsigned int* bytesRead,
+    unsigned short* error) {
+    SARN_OPEN_OR_RETURN(arena, d, r, TTerrestrialDeliverySystemDescriptor, bytes, length, error, 4,
+                        0xFA);
     // area_code (12 bits), guard_interval (2), transmission_mode (2).
     const unsigned short area = r.u16();
     d->areaCode = static_cast<unsigned short>(area >> 4);

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "Arena.h"
 #include "BodyParse.h"
 #include "ISDBTUtils.h"
 #include "Json.h"
@@ -29,6 +30,14 @@ TTransportProtocolDescriptor* TTransportProtocolDescriptor::parse(unsigned char*
                                                                   unsigned int len,
                                                                   unsigned int* bytesRead,
                                                                   unsigned short* err) {
+    return build(nullptr, data, len, bytesRead, err);
+}
+
+TTransportProtocolDescriptor* TTransportProtocolDescriptor::build(memory::Arena* arena,
+                                                                  unsigned char* data,
+                                                                  unsigned int len,
+                                                                  unsigned int* bytesRead,
+                                                                  unsigned short* err) {
     if (!parseCommonHeader(data, len, err, 3, DESCRIPTOR_TAG))
         return nullptr;
     bytes::Reader r(data, len);
@@ -38,17 +47,17 @@ TTransportProtocolDescriptor* TTransportProtocolDescriptor::parse(unsigned char*
     switch (protocol) {
         case 0x0001:
         case 0x0005:  // read with the object carousel selector, keeping protocol_id 5
-            d.reset(new TTransportProtocolDescriptorOC(data, len));
+            d.reset(memory::make<TTransportProtocolDescriptorOC>(arena, data, len));
             break;
         case 0x0002:
-            d.reset(new TTransportProtocolDescriptorIP(data, len));
+            d.reset(memory::make<TTransportProtocolDescriptorIP>(arena, data, len));
             break;
         case 0x0003:
             // Applications over the interaction channel are not taken: no
             // descriptor, no message, and the code of the header check stays.
             return nullptr;
         case 0x0004:
-            d.reset(new TTransportProtocolDescriptorDC(data, len));
+            d.reset(memory::make<TTransportProtocolDescriptorDC>(arena, data, len));
             break;
         default:
             SARN_LOGW(

@@ -126,7 +126,7 @@ bool walkDescriptorLoop(bytes::Reader& r, unsigned short loopLength, Slots& slot
                 SARN_LOGW("%s: TAITTable::parse: %s... WHAT TO DO????", k->tableNote);
             if (!table && k->applicationType != 0)
                 *applicationType = k->applicationType;
-            TISDBTDescriptor* descriptor = factories.at[tag](d, n, nullptr, err);
+            TISDBTDescriptor* descriptor = factories.at[tag](nullptr, d, n, nullptr, err);
             if (descriptor == nullptr)
                 return false;  // the descriptor's class has logged and set the code
             // A second descriptor of a kind replaces the first.

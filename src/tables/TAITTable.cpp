@@ -27,8 +27,9 @@ bool tooShort(unsigned int shown, unsigned int available, unsigned short* err) {
 
 TAITTable* TAITTable::parse(unsigned char* data, unsigned int len, int, int checkCrc,
                             unsigned short* err, TAITTable* previous) {
+    memory::Arena arena(tables::blockFor(len));
     return tables::parse(
-        new TAITTable(data, len), data, len, checkCrc, err, previous,
+        tables::build<TAITTable>(arena, data, len), data, len, checkCrc, err, previous,
         [&](TAITTable& table, unsigned short body) {
             // The body runs from byte 8 to the CRC; never past the bytes handed in,
             // even when a section_length below 4 made the count wrap. Descriptors and
@@ -52,7 +53,7 @@ TAITTable* TAITTable::parse(unsigned char* data, unsigned int len, int, int chec
             if (appLoop > r.remaining())
                 return tooShort(appLoop, r.remaining(), err);
             return tables::readLoop<TApplication>(
-                r, appLoop, "TAITTable", err, [&](TApplication* app) {
+                arena, r, appLoop, "TAITTable", err, [&](TApplication* app) {
                     app->setParentAITTable(&table);
                     // The table's application_type is authoritative for its applications.
                     app->setApplicationType(table.getApplicationType());

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "AITDescriptorSlots.h"
+#include "Arena.h"
 #include "ISDBTUtils.h"
 #include "Log.h"
 #include "Parse.h"
@@ -55,14 +56,19 @@ std::nullptr_t tooShort(unsigned int len, unsigned short* err) {
 }
 }  // namespace
 
-TApplication* TApplication::parse(unsigned char* data, unsigned int len, int,
+TApplication* TApplication::parse(unsigned char* data, unsigned int len, int unused,
+                                  unsigned int* bytesRead, unsigned short* err) {
+    return build(nullptr, data, len, unused, bytesRead, err);
+}
+
+TApplication* TApplication::build(memory::Arena* arena, unsigned char* data, unsigned int len, int,
                                   unsigned int* bytesRead, unsigned short* err) {
     // application_identifier (6 bytes), application_control_code, 4 bits
     // kept as the recommended resolution, application_descriptors_loop_length
     // (12 bits), descriptors.
     if (data == nullptr || len < 6)
         return tooShort(len, err);
-    std::unique_ptr<TApplication> app(new TApplication(data, len));
+    std::unique_ptr<TApplication> app(memory::make<TApplication>(arena, data, len));
     bytes::Reader r(data, len);
     unsigned int consumed = 0;
     app->applicationIdentifier =

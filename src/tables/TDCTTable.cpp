@@ -1,6 +1,7 @@
 // Datacaster carousel table (private table_id 0x99) and its carousel entries.
 #include "TDCTTable.h"
 
+#include "Arena.h"
 #include "Bytes.h"
 #include "Owned.h"
 #include "TableParse.h"
@@ -12,8 +13,15 @@ TDatacasterCarousel::TDatacasterCarousel()
 
 TDatacasterCarousel::~TDatacasterCarousel() {}
 
-TDatacasterCarousel* TDatacasterCarousel::parse(unsigned char* data, unsigned int length, int,
-                                                unsigned int* bytesRead, unsigned short* error) {
+TDatacasterCarousel* TDatacasterCarousel::parse(unsigned char* data, unsigned int length,
+                                                int unused, unsigned int* bytesRead,
+                                                unsigned short* error) {
+    return build(nullptr, data, length, unused, bytesRead, error);
+}
+
+TDatacasterCarousel* TDatacasterCarousel::build(memory::Arena* arena, unsigned char* data,
+                                                unsigned int length, int, unsigned int* bytesRead,
+                                                unsigned short* error) {
     bytes::Reader in(data, length);
     // The eight fixed bytes must be there; the name's length byte may be
     // missing at the very end, which reads as an empty name.
@@ -21,7 +29,7 @@ TDatacasterCarousel* TDatacasterCarousel::parse(unsigned char* data, unsigned in
         return nullptr;
     // PID (13 bits), version, carousel_id (32 bits), component_tag.
     const unsigned char* fixed = in.bytes(8);
-    std::unique_ptr<TDatacasterCarousel> carousel(new TDatacasterCarousel());
+    std::unique_ptr<TDatacasterCarousel> carousel(memory::make<TDatacasterCarousel>(arena));
     carousel->pid = bytes::pid13(fixed);
     carousel->version = fixed[2];
     carousel->carouselId = bytes::be32(fixed + 3);
@@ -44,8 +52,9 @@ TDCTTable::~TDCTTable() {
 
 TDCTTable* TDCTTable::parse(unsigned char* bytes, unsigned int length, int checkCrc, int,
                             unsigned short* error, TDCTTable* previous) {
+    memory::Arena arena(tables::blockFor(length));
     return tables::parse(
-        new TDCTTable(bytes, length), bytes, length, checkCrc, error, previous,
+        tables::build<TDCTTable>(arena, bytes, length), bytes, length, checkCrc, error, previous,
         [&](TDCTTable& table, unsigned short remaining) {
             bytes::Reader section = tables::afterHeader(bytes, length);
             // Only a section_length below 4 leaves the loop length outside a buffer
@@ -59,7 +68,7 @@ TDCTTable* TDCTTable::parse(unsigned char* bytes, unsigned int length, int check
             // the bytes handed in, when a short section_length wrapped the count).
             bytes::Reader body = section.subAtMost(static_cast<unsigned short>(remaining - 2));
             return tables::readLoop<TDatacasterCarousel>(
-                body, loopLength, "TDCTTable", error,
+                arena, body, loopLength, "TDCTTable", error,
                 [&](TDatacasterCarousel* carousel) { table.carousels.push_back(carousel); });
         });
 }

@@ -7,6 +7,7 @@
 #include "Log.h"
 #include "Parse.h"
 #include "Reader.h"
+#include "TableParse.h"
 
 namespace Sarn {
 
@@ -30,7 +31,9 @@ TDSMCCSectionTable::~TDSMCCSectionTable() {
 TDSMCCSectionTable* TDSMCCSectionTable::parse(unsigned char* data, unsigned int length,
                                               int checkCrc, int, unsigned short* error,
                                               TDSMCCSectionTable* previous) {
-    std::unique_ptr<TDSMCCSectionTable> table(new TDSMCCSectionTable(data, length));
+    memory::Arena arena(tables::blockFor(length));
+    std::unique_ptr<TDSMCCSectionTable> table(
+        tables::build<TDSMCCSectionTable>(arena, data, length));
     unsigned short body = 0;
     if (!table->parseCommonHeader(data, length, checkCrc, error, &body, previous))
         return nullptr;
@@ -68,7 +71,7 @@ TDSMCCSectionTable* TDSMCCSectionTable::parse(unsigned char* data, unsigned int 
                       static_cast<unsigned int>(tag));
             continue;
         }
-        TISDBTDescriptor* d = build(at, whole, nullptr, error);
+        TISDBTDescriptor* d = build(&arena, at, whole, nullptr, error);
         if (d == nullptr)
             return nullptr;  // the descriptor logged its reason and left its code
         // A repeated tag takes the slot; the earlier descriptor is not

@@ -1,6 +1,7 @@
 #include "TDsiDiiTable.h"
 
 #include "Parse.h"
+#include "TableParse.h"
 
 namespace Sarn {
 
@@ -11,8 +12,9 @@ TDsiDiiTable::~TDsiDiiTable() {}
 
 TDsiDiiTable* TDsiDiiTable::parse(unsigned char* bytes, unsigned int length, int, int,
                                   unsigned short* error, TDsiDiiTable* /*previous*/) {
+    memory::Arena arena(tables::blockFor(length));
     // Carousel control messages are handed on whole: the copy is all there is.
-    std::unique_ptr<TDsiDiiTable> table(new TDsiDiiTable(bytes, length));
+    std::unique_ptr<TDsiDiiTable> table(tables::build<TDsiDiiTable>(arena, bytes, length));
     return parse::done(error, table);
 }
 

@@ -1,5 +1,6 @@
 #include "TEITTable.h"
 
+#include "Arena.h"
 #include "Json.h"
 #include "Owned.h"
 #include "TableParse.h"
@@ -66,13 +67,20 @@ TEventItem::~TEventItem() {}
 TEventItem* TEventItem::parse(unsigned char* data, unsigned int len, int fullSegment,
                               unsigned char tableId, unsigned char sectionNumber,
                               unsigned int* bytesRead, unsigned short* err) {
+    return build(nullptr, data, len, fullSegment, tableId, sectionNumber, bytesRead, err);
+}
+
+TEventItem* TEventItem::build(memory::Arena* arena, unsigned char* data, unsigned int len,
+                              int fullSegment, unsigned char tableId, unsigned char sectionNumber,
+                              unsigned int* bytesRead, unsigned short* err) {
     bytes::Reader in(data, len);
     if (!in.has(12)) {
         SARN_LOGW("%s: TEventItem::parse: Descriptor length not valid: %u. Aborting!",
                   in.remaining());
         return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
-    std::unique_ptr<TEventItem> e(new TEventItem(fullSegment, tableId, sectionNumber));
+    std::unique_ptr<TEventItem> e(
+        memory::make<TEventItem>(arena, fullSegment, tableId, sectionNumber));
     e->dataLength = in.remaining();
     e->eventId = in.u16();
 
@@ -97,7 +105,8 @@ TEventItem* TEventItem::parse(unsigned char* data, unsigned int len, int fullSeg
     }
     // The next event starts where the descriptor walk stopped, which is short
     // of loopLength when the loop ends in a stray byte or an overrun.
-    const unsigned int consumed = e->parseDescriptorsLoop(in.mutableCurrent(), loopLength);
+    const unsigned int consumed =
+        memory::Builder::descriptors(arena, *e, in.mutableCurrent(), loopLength);
     if (bytesRead != nullptr)
         *bytesRead = in.position() + consumed;
     return parse::done(err, e);
@@ -136,9 +145,10 @@ TEITTable::~TEITTable() {
 
 TEITTable* TEITTable::parse(unsigned char* bytes, unsigned int len, int fullSegment, int checkCrc,
                             int, unsigned short* err, TEITTable* previous) {
+    memory::Arena arena(tables::blockFor(len));
     return tables::parse(
-        new TEITTable(fullSegment ? TYPE_EIT_12 : TYPE_EIT_27, bytes, len), bytes, len, checkCrc,
-        err, previous, [&](TEITTable& table, unsigned short remaining) {
+        tables::build<TEITTable>(arena, bytes, len, fullSegment ? TYPE_EIT_12 : TYPE_EIT_27), bytes,
+        len, checkCrc, err, previous, [&](TEITTable& table, unsigned short remaining) {
             // Events and their descriptors are read from the table's own copy, so
             // they stay valid for as long as the table lives. The minimum length of
             // 14 covers the fixed fields after the long header.
@@ -155,7 +165,7 @@ TEITTable* TEITTable::parse(unsigned char* bytes, unsigned int len, int fullSegm
             while (!body.atEnd()) {
                 unsigned int read = 0;
                 TEventItem* item =
-                    TEventItem::parse(body.mutableCurrent(), body.remaining(), fullSegment,
+                    TEventItem::build(&arena, body.mutableCurrent(), body.remaining(), fullSegment,
                                       table.tableId, table.sectionNumber, &read, err);
                 if (item == nullptr) {
                     SARN_LOGW("%s: TEITTable::parse: TEITTable::parse: Invalid item. Aborting!");

@@ -1,5 +1,6 @@
 #include "TNITTable.h"
 
+#include "Arena.h"
 #include "Bytes.h"
 #include "Json.h"
 #include "Owned.h"
@@ -19,8 +20,15 @@ TTransportStreamInfo::TTransportStreamInfo()
 
 TTransportStreamInfo::~TTransportStreamInfo() {}
 
-TTransportStreamInfo* TTransportStreamInfo::parse(unsigned char* bytes, unsigned int length, int,
-                                                  unsigned int* bytesRead, unsigned short* error) {
+TTransportStreamInfo* TTransportStreamInfo::parse(unsigned char* data, unsigned int length,
+                                                  int unused, unsigned int* bytesRead,
+                                                  unsigned short* error) {
+    return build(nullptr, data, length, unused, bytesRead, error);
+}
+
+TTransportStreamInfo* TTransportStreamInfo::build(memory::Arena* arena, unsigned char* bytes,
+                                                  unsigned int length, int, unsigned int* bytesRead,
+                                                  unsigned short* error) {
     // The entry's messages have always named it TNITTransportStreamInfo.
     bytes::Reader in(bytes, length);
     if (!tables::hasFixed(in, 6, "TNITTransportStreamInfo", length, error))
@@ -32,7 +40,7 @@ TTransportStreamInfo* TTransportStreamInfo::parse(unsigned char* bytes, unsigned
                   descriptorsLength, length);
         return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
-    std::unique_ptr<TTransportStreamInfo> info(new TTransportStreamInfo());
+    std::unique_ptr<TTransportStreamInfo> info(memory::make<TTransportStreamInfo>(arena));
     info->transportStreamId = bytes::be16(fixed);
     info->originalNetworkId = bytes::be16(fixed + 2);
     // A loop a little longer than the bytes left is clamped to them (and
@@ -43,7 +51,7 @@ TTransportStreamInfo* TTransportStreamInfo::parse(unsigned char* bytes, unsigned
             "> %u)",
             descriptorsLength, in.remaining());
     bytes::Reader loop = in.subAtMost(descriptorsLength);
-    info->parseDescriptorsLoop(loop.mutableCurrent(), loop.remaining());
+    memory::Builder::descriptors(arena, *info, loop.mutableCurrent(), loop.remaining());
     return tables::finish(in, bytesRead, error, info);
 }
 
@@ -56,8 +64,9 @@ TNITTable::~TNITTable() {
 
 TNITTable* TNITTable::parse(unsigned char* bytes, unsigned int length, int checkCrc, int,
                             unsigned short* error, TNITTable* previous) {
+    memory::Arena arena(tables::blockFor(length));
     return tables::parse(
-        new TNITTable(bytes, length), bytes, length, checkCrc, error, previous,
+        tables::build<TNITTable>(arena, bytes, length), bytes, length, checkCrc, error, previous,
         [&](TNITTable& table, unsigned short remaining) {
             bytes::Reader section = tables::afterHeader(bytes, length);
             // network_descriptors_length lies within the minimum length, even in a
@@ -74,7 +83,7 @@ TNITTable* TNITTable::parse(unsigned char* bytes, unsigned int length, int check
             }
             body.skip(2);
             const unsigned int read =
-                tables::readDescriptors(table, body, networkDescriptorsLength);
+                tables::readDescriptors(&arena, table, body, networkDescriptorsLength);
             if (read != networkDescriptorsLength)
                 SARN_LOGW(
                     "%s: TNITTable::parse: read bytes different than network descriptors "
@@ -89,7 +98,7 @@ TNITTable* TNITTable::parse(unsigned char* bytes, unsigned int length, int check
             }
             bytes::Reader loop = body.sub(loopLength);
             return tables::readToEnd<TTransportStreamInfo>(
-                loop, "TNITTable", error, [&](auto* info) {
+                arena, loop, "TNITTable", error, [&](auto* info) {
                     owned::replace(table.transportStreams, info->transportStreamId, info);
                 });
         });

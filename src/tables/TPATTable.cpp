@@ -1,5 +1,6 @@
 #include "TPATTable.h"
 
+#include "Arena.h"
 #include "Bytes.h"
 #include "Json.h"
 #include "Owned.h"
@@ -18,6 +19,7 @@ TPATTable::~TPATTable() {
 
 TPATTable* TPATTable::parse(unsigned char* bytes, unsigned int length, int, int checkCrc,
                             unsigned short* error, TPATTable* previous) {
+    memory::Arena arena(tables::blockFor(length));
     // Four-byte entries from byte 8 up to the CRC; a partial entry is ignored.
     auto entries = [&](TPATTable& table, unsigned short remaining) {
         bytes::Reader in = tables::afterHeader(bytes, length).subAtMost(remaining);
@@ -31,12 +33,12 @@ TPATTable* TPATTable::parse(unsigned char* bytes, unsigned int length, int, int 
                 continue;
             }
             owned::replace(table.programs, programNumber,
-                           new TProgramAssociation(programNumber, pid));
+                           new (arena) TProgramAssociation(programNumber, pid));
         }
         return true;
     };
-    return tables::parse(new TPATTable(bytes, length), bytes, length, checkCrc, error, previous,
-                         entries);
+    return tables::parse(tables::build<TPATTable>(arena, bytes, length), bytes, length, checkCrc,
+                         error, previous, entries);
 }
 
 SARN_OWNED_MAP_METHODS(TPATTable, unsigned short, TProgramAssociation, programs, getProgramNumber,

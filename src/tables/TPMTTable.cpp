@@ -1,5 +1,6 @@
 #include "TPMTTable.h"
 
+#include "Arena.h"
 #include "Bytes.h"
 #include "Json.h"
 #include "Owned.h"
@@ -42,8 +43,13 @@ TProgramMap::TProgramMap() : DescriptorLoop(kProgramMapTags), streamType(0), ele
 
 TProgramMap::~TProgramMap() {}
 
-TProgramMap* TProgramMap::parse(unsigned char* bytes, unsigned int length, int,
+TProgramMap* TProgramMap::parse(unsigned char* data, unsigned int length, int unused,
                                 unsigned int* bytesRead, unsigned short* error) {
+    return build(nullptr, data, length, unused, bytesRead, error);
+}
+
+TProgramMap* TProgramMap::build(memory::Arena* arena, unsigned char* bytes, unsigned int length,
+                                int, unsigned int* bytesRead, unsigned short* error) {
     bytes::Reader in(bytes, length);
     if (!tables::hasFixed(in, 5, "TProgramMap", length, error))
         return nullptr;
@@ -55,10 +61,10 @@ TProgramMap* TProgramMap::parse(unsigned char* bytes, unsigned int length, int,
                   esInfoLength, length);
         return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
-    std::unique_ptr<TProgramMap> map(new TProgramMap());
+    std::unique_ptr<TProgramMap> map(memory::make<TProgramMap>(arena));
     map->streamType = fixed[0];
     map->elementaryPid = bytes::pid13(fixed + 1);
-    const unsigned int read = tables::readDescriptors(*map, in, esInfoLength);
+    const unsigned int read = tables::readDescriptors(arena, *map, in, esInfoLength);
     if (read != esInfoLength)
         SARN_LOGW(
             "%s: TProgramMap:parse: read bytes different than network descriptors length (%d != "
@@ -78,8 +84,9 @@ TPMTTable::~TPMTTable() {
 
 TPMTTable* TPMTTable::parse(unsigned char* bytes, unsigned int length, int, int checkCrc,
                             unsigned short* error, TPMTTable* previous) {
+    memory::Arena arena(tables::blockFor(length));
     return tables::parse(
-        new TPMTTable(bytes, length), bytes, length, checkCrc, error, previous,
+        tables::build<TPMTTable>(arena, bytes, length), bytes, length, checkCrc, error, previous,
         [&](TPMTTable& table, unsigned short remaining) {
             bytes::Reader section = tables::afterHeader(bytes, length);
             // PCR_PID and program_info_length lie within the minimum length, even in
@@ -98,7 +105,8 @@ TPMTTable* TPMTTable::parse(unsigned char* bytes, unsigned int length, int, int 
                 return parse::refuse(error, ERROR_DESCRIPTOR_LENGTH);
             }
             body.skip(4);
-            const unsigned int read = tables::readDescriptors(table, body, programInfoLength);
+            const unsigned int read =
+                tables::readDescriptors(&arena, table, body, programInfoLength);
             if (read != programInfoLength)
                 SARN_LOGW("%s: TPMTTable::parse: readBytes != l_iProgramInfoLength! (%u != %u)",
                           read, programInfoLength);
@@ -106,9 +114,9 @@ TPMTTable* TPMTTable::parse(unsigned char* bytes, unsigned int length, int, int 
             // Every stream takes at least its five fixed bytes: room for as many
             // as could fit, so that the list is allocated once.
             table.programMaps.reserve(body.remaining() / 5);
-            return tables::readToEnd<TProgramMap>(body, "TPMTTable", error, [&](TProgramMap* map) {
-                table.programMaps.push_back(map);
-            });
+            return tables::readToEnd<TProgramMap>(
+                arena, body, "TPMTTable", error,
+                [&](TProgramMap* map) { table.programMaps.push_back(map); });
         });
 }
 

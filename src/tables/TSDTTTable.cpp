@@ -1,6 +1,7 @@
 // Software download trigger table with its download contents and schedules.
 #include "TSDTTTable.h"
 
+#include "Arena.h"
 #include "Owned.h"
 #include "TableParse.h"
 
@@ -38,15 +39,21 @@ TDownloadContent::~TDownloadContent() {
     owned::deleteAll(schedules);
 }
 
-TDownloadContent* TDownloadContent::parse(unsigned char* data, unsigned int length, int,
+TDownloadContent* TDownloadContent::parse(unsigned char* data, unsigned int length, int unused,
                                           unsigned int* bytesRead, unsigned short* error) {
+    return build(nullptr, data, length, unused, bytesRead, error);
+}
+
+TDownloadContent* TDownloadContent::build(memory::Arena* arena, unsigned char* data,
+                                          unsigned int length, int, unsigned int* bytesRead,
+                                          unsigned short* error) {
     bytes::Reader in(data, length);
     if (!tables::hasFixed(in, 8, "TDownloadContent", in.remaining(), error))
         return nullptr;
     // group(4) target_version(12) new_version(12) download_level(2)
     // version_indicator(2) content_description_length(12) reserved(4)
     // schedule_description_length(12) schedule_timeshift_information(4).
-    std::unique_ptr<TDownloadContent> content(new TDownloadContent());
+    std::unique_ptr<TDownloadContent> content(memory::make<TDownloadContent>(arena));
     const unsigned int versions = in.u32();
     content->group = static_cast<unsigned char>(versions >> 28);
     content->targetVersion = static_cast<unsigned short>((versions >> 16) & 0x0FFF);
@@ -140,8 +147,9 @@ TSDTTTable::~TSDTTTable() {
 
 TSDTTTable* TSDTTTable::parse(unsigned char* bytes, unsigned int length, int checkCrc, int,
                               unsigned short* error, TSDTTTable* previous) {
+    memory::Arena arena(tables::blockFor(length));
     return tables::parse(
-        new TSDTTTable(bytes, length), bytes, length, checkCrc, error, previous,
+        tables::build<TSDTTTable>(arena, bytes, length), bytes, length, checkCrc, error, previous,
         [&](TSDTTTable& table, unsigned short remaining) {
             // The body is read from the table's own copy.
             bytes::Reader section = tables::afterHeader(table.data, table.dataLength);
@@ -161,7 +169,7 @@ TSDTTTable* TSDTTTable::parse(unsigned char* bytes, unsigned int length, int che
             bytes::Reader body = section.subAtMost(static_cast<unsigned short>(remaining - 7));
             for (; count != 0; --count) {
                 TDownloadContent* content =
-                    tables::nextEntry<TDownloadContent>(body, "TSDTTTable", error);
+                    tables::nextEntry<TDownloadContent>(arena, body, "TSDTTTable", error);
                 if (content == nullptr)
                     return false;
                 table.contents.push_back(content);

@@ -1,5 +1,6 @@
 #include "TSDTTable.h"
 
+#include "Arena.h"
 #include "Bytes.h"
 #include "Json.h"
 #include "Owned.h"
@@ -25,8 +26,15 @@ TServiceDescription::TServiceDescription()
 
 TServiceDescription::~TServiceDescription() {}
 
-TServiceDescription* TServiceDescription::parse(unsigned char* bytes, unsigned int length, int,
-                                                unsigned int* bytesRead, unsigned short* error) {
+TServiceDescription* TServiceDescription::parse(unsigned char* data, unsigned int length,
+                                                int unused, unsigned int* bytesRead,
+                                                unsigned short* error) {
+    return build(nullptr, data, length, unused, bytesRead, error);
+}
+
+TServiceDescription* TServiceDescription::build(memory::Arena* arena, unsigned char* bytes,
+                                                unsigned int length, int, unsigned int* bytesRead,
+                                                unsigned short* error) {
     bytes::Reader in(bytes, length);
     if (!tables::hasFixed(in, 5, "TServiceDescription", length, error))
         return nullptr;
@@ -39,13 +47,13 @@ TServiceDescription* TServiceDescription::parse(unsigned char* bytes, unsigned i
                   loopLength, in.remaining());
         return parse::fail(error, ERROR_DATA_TOO_SHORT);
     }
-    std::unique_ptr<TServiceDescription> entry(new TServiceDescription());
+    std::unique_ptr<TServiceDescription> entry(memory::make<TServiceDescription>(arena));
     entry->serviceId = bytes::be16(fixed);
     entry->eitSchedule = (fixed[2] & 0x02) != 0 ? 1 : 0;
     entry->eitPresentFollowing = fixed[2] & 0x01;
     entry->runningStatus = static_cast<unsigned char>(fixed[3] >> 5);
     entry->freeCAMode = static_cast<unsigned char>((fixed[3] & 0x10) >> 4);
-    const unsigned int read = tables::readDescriptors(*entry, in, loopLength);
+    const unsigned int read = tables::readDescriptors(arena, *entry, in, loopLength);
     if (read != loopLength)
         SARN_LOGW("%s: TServiceDescription::parse: readbytes != desc loop length (%d != %d)",
                   static_cast<int>(read), static_cast<int>(loopLength));
@@ -61,8 +69,9 @@ TSDTTable::~TSDTTable() {
 
 TSDTTable* TSDTTable::parse(unsigned char* bytes, unsigned int length, int, int checkCrc,
                             unsigned short* error, TSDTTable* previous) {
+    memory::Arena arena(tables::blockFor(length));
     return tables::parse(
-        new TSDTTable(bytes, length), bytes, length, checkCrc, error, previous,
+        tables::build<TSDTTable>(arena, bytes, length), bytes, length, checkCrc, error, previous,
         [&](TSDTTable& table, unsigned short remaining) {
             // original_network_id and a reserved byte lie within the minimum length.
             bytes::Reader section = tables::afterHeader(bytes, length);
@@ -73,7 +82,7 @@ TSDTTable* TSDTTable::parse(unsigned char* bytes, unsigned int length, int, int 
             // then bounded by the bytes handed in.
             bytes::Reader loop = section.subAtMost(static_cast<unsigned short>(remaining - 3));
             return tables::readToEnd<TServiceDescription>(
-                loop, "TSDTTable", error,
+                arena, loop, "TSDTTable", error,
                 [&](auto* entry) { owned::replace(table.services, entry->serviceId, entry); });
         });
 }

@@ -4,6 +4,7 @@
 #include "Log.h"
 #include "Parse.h"
 #include "Reader.h"
+#include "TableParse.h"
 
 namespace Sarn {
 
@@ -23,7 +24,8 @@ TTOTTable::~TTOTTable() {}
 
 TTOTTable* TTOTTable::parse(unsigned char* bytes, unsigned int length, int checkCrc,
                             int parseDescriptors, unsigned short* error, TTOTTable*) {
-    std::unique_ptr<TTOTTable> table(new TTOTTable(bytes, length));
+    memory::Arena arena(tables::blockFor(length));
+    std::unique_ptr<TTOTTable> table(tables::build<TTOTTable>(arena, bytes, length));
     if (!table->parseCommonHeader(bytes, length, checkCrc, error, nullptr, nullptr))
         return nullptr;
     // From here on the table's own copy is read; the minimum length of 14
@@ -40,7 +42,7 @@ TTOTTable* TTOTTable::parse(unsigned char* bytes, unsigned int length, int check
             SARN_LOGW("%s: TTOTTable::parse: descriptor length bigger than data length! (%u > %u)",
                       loopLength, in.remaining());
         bytes::Reader loop = in.subAtMost(loopLength);
-        table->parseDescriptorsLoop(loop.mutableCurrent(), loop.remaining());
+        memory::Builder::descriptors(&arena, *table, loop.mutableCurrent(), loop.remaining());
     }
     return parse::done(error, table);
 }

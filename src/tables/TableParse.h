@@ -13,6 +13,7 @@
 
 #include <memory>
 
+#include "Arena.h"
 #include "DescriptorLoop.h"
 #include "ISDBTUtils.h"
 #include "Log.h"
@@ -52,6 +53,27 @@ T* finish(const bytes::Reader& in, unsigned int* bytesRead, unsigned short* erro
     return parse::done(error, entry);
 }
 
+/**
+ * The first block of a table's arena (core/Arena.h) for a section of length
+ * bytes: room for the table and, for most sections, everything it holds. The
+ * objects take several times the bytes they are read from.
+ */
+inline std::size_t blockFor(unsigned int length) {
+    return 384u + 2u * static_cast<std::size_t>(length);
+}
+
+/**
+ * A new T built in arena (leading are the constructor's arguments before its
+ * bytes and length), holding its copy of the length bytes at bytes in the
+ * same arena.
+ */
+template <class T, class... A>
+T* build(memory::Arena& arena, unsigned char* bytes, unsigned int length, A... leading) {
+    T* table = new (arena) T(leading..., nullptr, 0u);
+    arena.holdCopy(*table, bytes, length);
+    return table;
+}
+
 /** A reader over (data, length) at byte 8, the first after the long-form header. */
 inline bytes::Reader afterHeader(const unsigned char* data, unsigned int length) {
     bytes::Reader section(data, length);
@@ -73,12 +95,13 @@ inline bool hasFixed(const bytes::Reader& in, unsigned int n, const char* entry,
 }
 
 /**
- * Walks the n bytes at in's position as owner's descriptor loop and steps
- * over them: the bytes the walk used, fewer than n when the loop ends in a
- * stray byte or a descriptor that overruns it.
+ * Walks the n bytes at in's position as owner's descriptor loop, building
+ * the descriptors in arena (on the heap when null), and steps over them: the bytes the walk used,
+ * fewer than n when the loop ends in a stray byte or a descriptor that overruns it.
  */
-inline unsigned int readDescriptors(DescriptorLoop& owner, bytes::Reader& in, unsigned int n) {
-    const unsigned int read = owner.parseDescriptorsLoop(in.mutableCurrent(), n);
+inline unsigned int readDescriptors(memory::Arena* arena, DescriptorLoop& owner, bytes::Reader& in,
+                                    unsigned int n) {
+    const unsigned int read = memory::Builder::descriptors(arena, owner, in.mutableCurrent(), n);
     in.skip(n);
     return read;
 }
@@ -90,10 +113,11 @@ inline unsigned int readDescriptors(DescriptorLoop& owner, bytes::Reader& in, un
  * (ERROR_INVALID_ITEM).
  */
 template <class Entry>
-Entry* nextEntry(bytes::Reader& body, const char* table, unsigned short* error,
-                 unsigned int* read = nullptr) {
+Entry* nextEntry(memory::Arena& arena, bytes::Reader& body, const char* table,
+                 unsigned short* error, unsigned int* read = nullptr) {
     unsigned int n = 0;
-    Entry* entry = Entry::parse(body.mutableCurrent(), body.remaining(), 1, &n, error);
+    Entry* entry = memory::Builder::build<Entry>(&arena, body.mutableCurrent(), body.remaining(), 1,
+                                                 &n, error);
     if (entry == nullptr) {
         SARN_LOGW("%s: %s::parse: Invalid item. Aborting!", table);
         return parse::fail(error, ERROR_INVALID_ITEM);
@@ -106,9 +130,10 @@ Entry* nextEntry(bytes::Reader& body, const char* table, unsigned short* error,
 
 /** Entries until body is at its end, each handed to store (which owns it): false at a failure. */
 template <class Entry, class Store>
-bool readToEnd(bytes::Reader& body, const char* table, unsigned short* error, Store store) {
+bool readToEnd(memory::Arena& arena, bytes::Reader& body, const char* table, unsigned short* error,
+               Store store) {
     while (!body.atEnd()) {
-        Entry* entry = nextEntry<Entry>(body, table, error);
+        Entry* entry = nextEntry<Entry>(arena, body, table, error);
         if (entry == nullptr)
             return false;
         store(entry);
@@ -123,11 +148,11 @@ bool readToEnd(bytes::Reader& body, const char* table, unsigned short* error, St
  * fails, at the latest at the end of body.
  */
 template <class Entry, class Store>
-bool readLoop(bytes::Reader& body, unsigned short loopLength, const char* table,
-              unsigned short* error, Store store) {
+bool readLoop(memory::Arena& arena, bytes::Reader& body, unsigned short loopLength,
+              const char* table, unsigned short* error, Store store) {
     while (loopLength != 0) {
         unsigned int read = 0;
-        Entry* entry = nextEntry<Entry>(body, table, error, &read);
+        Entry* entry = nextEntry<Entry>(arena, body, table, error, &read);
         if (entry == nullptr)
             return false;
         store(entry);

@@ -1,0 +1,54 @@
+#ifndef SARN_SARNALLOCATION_H
+#define SARN_SARNALLOCATION_H
+
+#include <cstddef>
+
+namespace Sarn {
+namespace memory {
+/**
+ * The blocks a table's parse builds its objects in (internal to the
+ * library): the table, its entries and their descriptors share one block, so
+ * that a parse asks the allocator once instead of once per object.
+ */
+class Arena;
+/** How the library's parse builds objects in an arena (internal to the library). */
+struct Builder;
+}  // namespace memory
+
+/** Room for an object of size bytes on the heap, as for an object that a caller creates. */
+void* allocateObject(std::size_t size);
+/** Room for an object of size bytes in arena's block. */
+void* allocateObject(std::size_t size, memory::Arena& arena);
+/**
+ * Gives back the room of an object that one of the above provided: to the
+ * heap, or to its block, which is freed with the last of its objects, in
+ * whatever order they are deleted (an entry that a caller took out of a
+ * table may outlive the table).
+ */
+void releaseObject(void* object) noexcept;
+
+}  // namespace Sarn
+
+/** A member that only the library itself calls: not exported from it. */
+#define SARN_INTERNAL __attribute__((visibility("hidden")))
+
+/**
+ * The allocation functions of a class whose objects a parse may build in a
+ * block: new and delete work as for any class, and an object knows where its
+ * room came from.
+ */
+#define SARN_ALLOCATION_FUNCTIONS                                                \
+    static void* operator new(std::size_t size) {                                \
+        return ::Sarn::allocateObject(size);                                     \
+    }                                                                            \
+    static void* operator new(std::size_t size, ::Sarn::memory::Arena& arena) {  \
+        return ::Sarn::allocateObject(size, arena);                              \
+    }                                                                            \
+    static void operator delete(void* object) noexcept {                         \
+        ::Sarn::releaseObject(object);                                           \
+    }                                                                            \
+    static void operator delete(void* object, ::Sarn::memory::Arena&) noexcept { \
+        ::Sarn::releaseObject(object);                                           \
+    }
+
+#endif

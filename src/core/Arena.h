@@ -1,0 +1,83 @@
+#ifndef SARN_CORE_ARENA_H
+#define SARN_CORE_ARENA_H
+
+// Blocks shared by the objects of one parsed table.
+//
+// A table's parse opens an Arena and builds the table, its entries and
+// their descriptors in it with new (arena) T(...). The arena hands out room
+// from a block it takes from the heap, and opens a further block when one is
+// full. Each object is preceded by a header that names its block (or none,
+// for an object a caller created with new), and each block counts the
+// objects in it, plus one while the arena still fills it; delete gives an
+// object's room back through memory::release, and the block goes back to the
+// heap with its last object. (Internal: the export map leaves it out.) So ownership stays per
+// object, exactly as the classes declare it: a table deletes what it owns, and an entry that a
+// caller took out of it lives on until the caller deletes it.
+
+#include <atomic>
+#include <cstddef>
+
+#include "SarnAllocation.h"
+#include "TISDBTDataHolder.h"
+
+namespace Sarn {
+namespace memory {
+
+class Arena {
+  public:
+    struct Block;
+
+    /** An arena whose first block, taken at the first object, holds at least firstBlock bytes. */
+    explicit Arena(std::size_t firstBlock) : block(nullptr), placed(0), nextSize(firstBlock) {}
+    Arena(const Arena&) = delete;
+    Arena& operator=(const Arena&) = delete;
+    ~Arena();
+
+    /** Room for size bytes, after a header naming the block. */
+    void* take(std::size_t size);
+
+    /**
+     * Gives holder (a table built in this arena over no bytes) its copy of
+     * the length bytes at bytes, in the block: released with the holder.
+     */
+    void holdCopy(TISDBTDataHolder& holder, const unsigned char* bytes, unsigned int length);
+
+  private:
+    void open(std::size_t need);
+    void close() noexcept;
+
+    Block* block;
+    unsigned int placed;  // objects put in the block since it was opened
+    std::size_t nextSize;
+};
+
+/**
+ * The way into the parses that build in an arena: a class whose parse can
+ * build in one declares build(Arena*, the arguments of its parse), private,
+ * with this struct as a friend; its public parse is build(nullptr, ...),
+ * which builds on the heap.
+ */
+struct Builder {
+    template <class T, class... A>
+    static T* build(Arena* arena, A... args) {
+        return T::build(arena, args...);
+    }
+    /** owner's descriptor loop over (data, length), its descriptors built in arena. */
+    template <class Loop>
+    static unsigned int descriptors(Arena* arena, Loop& owner, unsigned char* data,
+                                    unsigned int length) {
+        return owner.parseDescriptorsLoop(arena, data, length);
+    }
+};
+
+/** new (arena) T(args...) with an arena, new T(args...) without one. */
+template <class T, class... A>
+T* make(Arena* arena, A&&... args) {
+    return arena != nullptr ? new (*arena) T(static_cast<A&&>(args)...)
+                            : new T(static_cast<A&&>(args)...);
+}
+
+}  // namespace memory
+}  // namespace Sarn
+
+#endif
