@@ -342,6 +342,8 @@ TEST(DescriptorCases, ApplicationInformation) {
 5 TGingaApplicationLocationDescriptor::parse: Longer data length is required: 0 < 1. Aborting!)"},
         {run<TGingaNCLApplicationLocationDescriptor>, "07 04 01 'a' 03 'b'", R"(null code=2568
 5 TGingaApplicationLocationDescriptor::parse: Longer data length is required: 1 < 3. Aborting!)"},
+        {run<TGingaJavaApplicationLocationDescriptor>, "04 05 01 'a' 02 'cp'",
+         R"(read=3 "errors":0,"descriptor_tag":4,"descriptor_length":5,"base_directory":"a","entitypath_extension":"cp","initial_entity":"")"},
         {run<TGingaJavaApplicationLocationDescriptor>, "07 04 01 'a' 00 'b'", R"(null code=2567
 5 TISDBTDescriptor::parseCommonHeader: (3) Unexpected Descriptor Tag. Got 0x07, instead of 0x04. Aborting!)"},
         // Items by hash id: 0x0A/2 priority 5, 0x0A/1 priority 1, then 0x0A/2
@@ -440,6 +442,8 @@ TEST(DescriptorCases, ServiceInformation) {
         // The byte count is the two names with their length bytes.
         {run<TServiceDescriptor>, "48 0E 01 04 'SARN' 07 'SARN HD'",
          R"(read=13 "name":"serviceDescriptor","serviceType":1,"serviceProvider":"SARN","serviceName":"SARN HD" | 72)"},
+        {run<TServiceDescriptor>, "48 0A 01 00 07 'SARN HD'",
+         R"(read=9 "name":"serviceDescriptor","serviceType":1,"serviceProvider":"","serviceName":"SARN HD" | 72)"},
         {run<TServiceDescriptor>, "48 05 01 03 'ABC'", R"(null code=2568
 5 TServiceDescriptor::parse: Longer data length is required: 0 < 1. Aborting!)"},
         {run<TServiceDescriptor>, "48 04 01 05 'AB'", R"(null code=2569
@@ -519,8 +523,8 @@ TEST(DescriptorCases, ServiceInformation) {
 5 TISDBTDescriptor::parseCommonHeader: (2) Longer data length is required: 10 < 11. Aborting!)"},
         // The first genre counts; any tag and length are taken; neither the
         // byte count nor the code is written on success.
-        {run<TContentDescriptor>, "54 04 12 AB 30 00",
-         R"(code=48879 read=57005 "errors":0,"descriptor_tag":84,"descriptor_length":4,"content_nibble_level_1":1,"content_nibble_level_2":2,"user_nibble":171)"},
+        {run<TContentDescriptor>, "54 04 1A AB 30 00",
+         R"(code=48879 read=57005 "errors":0,"descriptor_tag":84,"descriptor_length":4,"content_nibble_level_1":1,"content_nibble_level_2":10,"user_nibble":171)"},
         {run<TContentDescriptor>, "4D 09 F0 01",
          R"(code=48879 read=57005 "errors":0,"descriptor_tag":84,"descriptor_length":9,"content_nibble_level_1":15,"content_nibble_level_2":0,"user_nibble":1)"},
         {run<TContentDescriptor>, "4D 09 F0", R"(null code=2563
@@ -579,8 +583,7 @@ TEST(DescriptorCases, ServiceInformation) {
         // then one generation, bitrate 50 and a component of its own.
         {run<TDigitalCopyControlDescriptor>, "C1 01 03",
          R"(read=1 "name":"digitalCopyControlDescriptor","digitalRecordingControlData":0,"maximumBitrateFlag":0,"componentControlFlag":0,"copyControlType":0,"apsControlData":0,"maximumBitrate":0,"loop":[] | 193)"},
-        {run<TDigitalCopyControlDescriptor>, "C1 06 BD 32 03 10 A6 28",
-         R"(read=6 "name":"digitalCopyControlDescriptor","digitalRecordingControlData":2,"maximumBitrateFlag":1,"componentControlFlag":1,"copyControlType":3,"apsControlData":1,"maximumBitrate":50,"loop":[{"digitalRecordingControlData":2,"maximumBitrateFlag":1,"copyControlType":1,"apsControlData":2,"maximumBitrate":40,"reservedFutureUse":[]}] | 193)"},
+        {run<TDigitalCopyControlDescriptor>, "C1 06 BD 32 03 10 A6 28", R"(read=6 "name":"digitalCopyControlDescriptor","digitalRecordingControlData":2,"maximumBitrateFlag":1,"componentControlFlag":1,"copyControlType":3,"apsControlData":1,"maximumBitrate":50,"loop":[{"digitalRecordingControlData":2,"maximumBitrateFlag":1,"copyControlType":1,"apsControlData":2,"maximumBitrate":40,"reservedFutureUse":[]}] | 193)"},
         {run<TDigitalCopyControlDescriptor>, "C1 08 BD 32 05 10 A6 28 11 C0",
          R"(read=8 "name":"digitalCopyControlDescriptor","digitalRecordingControlData":2,"maximumBitrateFlag":1,"componentControlFlag":1,"copyControlType":3,"apsControlData":1,"maximumBitrate":50,"loop":[{"digitalRecordingControlData":2,"maximumBitrateFlag":1,"copyControlType":1,"apsControlData":2,"maximumBitrate":40,"reservedFutureUse":[]},{"digitalRecordingControlData":3,"maximumBitrateFlag":0,"copyControlType":0,"apsControlData":0,"maximumBitrate":0,"reservedFutureUse":[]}] | 193)"},
         {run<TDigitalCopyControlDescriptor>, "C1 01 20", R"(null code=2568

@@ -28,6 +28,10 @@ TEST(DescriptorLists, AddRemoveAndLookUp) {
     EXPECT_EQ(names.d->get("eng")->getName(), "News");
     EXPECT_EQ(names.d->get("spa"), nullptr);
     EXPECT_EQ(names.d->getLanguageCodes(), (std::list<std::string>{"eng", "por"}));
+    Bytes spanish = fromHex("737061 02 4F6C");  // "spa", "Ol"
+    names.d->add(TApplicationNameDescriptorItem::parse(spanish.data(), 6, nullptr, nullptr));
+    names.d->add(nullptr);
+    EXPECT_EQ(names.d->get("spa")->getName(), "Ol");
 
     ParsedDescriptor<TExtendedEventDescriptor> event(
         fromHex("4E 0F 12 706F72 09 01 61 01 62 02 6364 01 65 00"));
@@ -47,6 +51,13 @@ TEST(DescriptorLists, AddRemoveAndLookUp) {
         new TExternalApplicationAuthorizationDescriptorItem(new TApplicationIdentifier(11, 3), 4));
     EXPECT_EQ(auth.d->size(), 1);
     EXPECT_EQ(auth.d->get("0000000B0003")->getPriority(), 4);
+
+    ParsedDescriptor<TPrefetchDescriptor> prefetch(fromHex("0C 07 01 04 6D61696E 64"));
+    Bytes image = fromHex("03 696D67 01");  // "img", priority 1
+    prefetch.d->add(TPrefetchDescriptorItem::parse(image.data(), 5, nullptr, nullptr));
+    prefetch.d->add(nullptr);
+    ASSERT_EQ(prefetch.d->size(), 2u);
+    EXPECT_EQ(prefetch.d->get(1)->getLabel(), "img");
 
     ParsedDescriptor<TDIILocationDescriptor> dii(fromHex("0D 05 02 0001 0014"));
     dii.d->add(nullptr);
@@ -122,6 +133,10 @@ TEST(DescriptorLists, AddRemoveAndLookUp) {
     EXPECT_EQ(offsets.d->get("ARG"), nullptr);
     EXPECT_EQ(offsets.d->size(), 1);
     EXPECT_EQ(offsets.d->get("BRA")->getTimeOfChange(), 1476576000u);
+    Bytes uruguay = fromHex("555259 03 0300 E14D 000000 0200");
+    offsets.d->add(TLocalTimeOffsetDescriptorItem::parse(uruguay.data(), 13, nullptr, nullptr));
+    offsets.d->add(nullptr);
+    EXPECT_EQ(offsets.d->getCountryCodes(), (std::list<std::string>{"BRA", "URY"}));
 
     ParsedDescriptor<TTSInformationDescriptor> ts(
         fromHex("CD 11 05 12 5341524E 0F 01 C858 AF 02 C840 C841 FF"));
