@@ -56,7 +56,7 @@ class DescriptorLoop {
     void appendDescriptorsJSON(std::string& out) const;
     void setAcceptedTags(const DescriptorTagSet& accepted) { acceptedTags = &accepted; }
 
-    std::vector<TISDBTDescriptor*> descriptors;
+    memory::BlockVector<TISDBTDescriptor*> descriptors;
     const DescriptorTagSet* acceptedTags;
 
   private:

@@ -2,6 +2,8 @@
 #define SARN_SARNALLOCATION_H
 
 #include <cstddef>
+#include <type_traits>
+#include <vector>
 
 namespace Sarn {
 namespace memory {
@@ -27,6 +29,49 @@ void* allocateObject(std::size_t size, memory::Arena& arena);
  */
 void releaseObject(void* object) noexcept;
 
+namespace memory {
+
+/**
+ * The allocator of the vectors inside parsed objects: while a parse fills
+ * them they take their room in its arena; otherwise from the heap. Any
+ * instance frees what any other gave (releaseObject knows where the room
+ * came from), so all compare equal.
+ */
+template <class T>
+struct BlockAllocator {
+    using value_type = T;
+    using propagate_on_container_move_assignment = std::true_type;
+    using is_always_equal = std::true_type;
+
+    BlockAllocator() noexcept : arena(nullptr) {}
+    explicit BlockAllocator(Arena* inArena) noexcept : arena(inArena) {}
+    template <class U>
+    BlockAllocator(const BlockAllocator<U>& other) noexcept : arena(other.arena) {}
+
+    T* allocate(std::size_t n) {
+        const std::size_t size = n * sizeof(T);
+        return static_cast<T*>(arena != nullptr ? allocateObject(size, *arena)
+                                                : allocateObject(size));
+    }
+    void deallocate(T* p, std::size_t) noexcept { releaseObject(p); }
+
+    template <class U>
+    bool operator==(const BlockAllocator<U>&) const noexcept {
+        return true;
+    }
+    template <class U>
+    bool operator!=(const BlockAllocator<U>&) const noexcept {
+        return false;
+    }
+
+    Arena* arena;
+};
+
+/** A vector of a parsed object: see BlockAllocator. */
+template <class T>
+using BlockVector = std::vector<T, BlockAllocator<T>>;
+
+}  // namespace memory
 }  // namespace Sarn
 
 /** A member that only the library itself calls: not exported from it. */

@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 #include <vector>
+#include "SarnAllocation.h"
 
 #include "TEventItem.h"
 #include "TISDBTVersionedTable.h"
@@ -55,7 +56,7 @@ class TEITTable : public TISDBTVersionedTable {
     unsigned short originalNetworkId;
     unsigned char segmentLastSectionNumber;
     unsigned char lastTableId;
-    std::vector<std::pair<unsigned short, TEventItem*>> events;
+    memory::BlockVector<std::pair<unsigned short, TEventItem*>> events;
 };
 
 }  // namespace Sarn

@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 #include <vector>
+#include "SarnAllocation.h"
 
 #include "DescriptorLoop.h"
 #include "TISDBTVersionedTable.h"
@@ -47,7 +48,7 @@ class TNITTable : public TISDBTVersionedTable, public DescriptorLoop {
     bool removeTransportStreamInfo(unsigned short transportStreamId);
 
   private:
-    std::vector<std::pair<unsigned short, TTransportStreamInfo*>> transportStreams;
+    memory::BlockVector<std::pair<unsigned short, TTransportStreamInfo*>> transportStreams;
 };
 
 }  // namespace Sarn

@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 #include <vector>
+#include "SarnAllocation.h"
 
 #include "TISDBTVersionedTable.h"
 #include "TProgramAssociation.h"
@@ -44,7 +45,7 @@ class TPATTable : public TISDBTVersionedTable {
 
   private:
     unsigned short networkPid;
-    std::vector<std::pair<unsigned short, TProgramAssociation*>> programs;
+    memory::BlockVector<std::pair<unsigned short, TProgramAssociation*>> programs;
 };
 
 }  // namespace Sarn

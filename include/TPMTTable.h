@@ -4,6 +4,7 @@
 #include <list>
 #include <string>
 #include <vector>
+#include "SarnAllocation.h"
 
 #include "DescriptorLoop.h"
 #include "ProgramData.h"
@@ -60,7 +61,7 @@ class TPMTTable : public TISDBTVersionedTable, public DescriptorLoop {
 
   private:
     unsigned short pcrPid;
-    std::vector<TProgramMap*> programMaps;
+    memory::BlockVector<TProgramMap*> programMaps;
 };
 
 }  // namespace Sarn

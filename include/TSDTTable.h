@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 #include <vector>
+#include "SarnAllocation.h"
 
 #include "TISDBTVersionedTable.h"
 #include "TServiceDescription.h"
@@ -47,7 +48,7 @@ class TSDTTable : public TISDBTVersionedTable {
     bool removeServiceDescription(unsigned short serviceId);
 
   private:
-    std::vector<std::pair<unsigned short, TServiceDescription*>> services;
+    memory::BlockVector<std::pair<unsigned short, TServiceDescription*>> services;
     unsigned short originalNetworkId;
 };
 

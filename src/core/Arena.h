@@ -16,6 +16,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <utility>
 
 #include "SarnAllocation.h"
 #include "TISDBTDataHolder.h"
@@ -68,6 +69,26 @@ struct Builder {
                                     unsigned int length) {
         return owner.parseDescriptorsLoop(arena, data, length);
     }
+};
+
+/**
+ * While it lives, vector (empty, a BlockVector) takes its room in arena
+ * (when there is one); afterwards it keeps what it holds and grows on the
+ * heap again, since the arena lives no longer than the parse.
+ */
+template <class Vector>
+class VectorInArena {
+  public:
+    VectorInArena(Vector& filled, Arena* arena) : vector(filled) {
+        if (arena != nullptr && vector.capacity() == 0)
+            vector = Vector(typename Vector::allocator_type(arena));
+    }
+    VectorInArena(const VectorInArena&) = delete;
+    VectorInArena& operator=(const VectorInArena&) = delete;
+    ~VectorInArena() { vector = Vector(std::move(vector), typename Vector::allocator_type()); }
+
+  private:
+    Vector& vector;
 };
 
 /** new (arena) T(args...) with an arena, new T(args...) without one. */

@@ -1,5 +1,6 @@
 #include "DescriptorLoop.h"
 
+#include "Arena.h"
 #include "DescriptorFactories.h"
 #include "Json.h"
 #include "Log.h"
@@ -52,6 +53,7 @@ unsigned int DescriptorLoop::parseDescriptorsLoop(memory::Arena* arena, unsigned
         look.skip(size + 2u);
         expected += builds(kinds, acceptedTags, tag) ? 1u : 0u;
     }
+    const memory::VectorInArena<decltype(descriptors)> inArena(descriptors, arena);
     if (expected > 1)
         descriptors.reserve(descriptors.size() + expected);
     bytes::Reader in(data, length);

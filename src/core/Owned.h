@@ -17,31 +17,31 @@ namespace owned {
 // A keyed collection is a vector of (key, entry) pairs kept in ascending key
 // order: one block instead of a tree node per entry, and a walk in key order
 // is a walk along the vector. Keys are unique; lookups are binary searches.
-template <typename K, typename V>
-using Keyed = std::vector<std::pair<K, V*>>;
+template <typename K, typename V, typename A = std::allocator<std::pair<K, V*>>>
+using Keyed = std::vector<std::pair<K, V*>, A>;
 
 /** The position of key in entries, or of the first key above it. */
-template <typename K, typename V>
-typename Keyed<K, V>::const_iterator lowerBound(const Keyed<K, V>& entries, const K& key) {
+template <typename K, typename V, typename A>
+typename Keyed<K, V, A>::const_iterator lowerBound(const Keyed<K, V, A>& entries, const K& key) {
     return std::lower_bound(entries.begin(), entries.end(), key,
                             [](const std::pair<K, V*>& e, const K& k) { return e.first < k; });
 }
-template <typename K, typename V>
-typename Keyed<K, V>::iterator lowerBound(Keyed<K, V>& entries, const K& key) {
+template <typename K, typename V, typename A>
+typename Keyed<K, V, A>::iterator lowerBound(Keyed<K, V, A>& entries, const K& key) {
     return std::lower_bound(entries.begin(), entries.end(), key,
                             [](const std::pair<K, V*>& e, const K& k) { return e.first < k; });
 }
 
 /** The entry stored under key, or null. */
-template <typename K, typename V>
-V* find(const Keyed<K, V>& entries, const K& key) {
+template <typename K, typename V, typename A>
+V* find(const Keyed<K, V, A>& entries, const K& key) {
     auto it = lowerBound(entries, key);
     return it == entries.end() || key < it->first ? nullptr : it->second;
 }
 
 /** The keys in ascending order. */
-template <typename K, typename V>
-std::list<K> keys(const Keyed<K, V>& entries) {
+template <typename K, typename V, typename A>
+std::list<K> keys(const Keyed<K, V, A>& entries) {
     std::list<K> all;
     for (const auto& entry : entries)
         all.push_back(entry.first);
@@ -49,8 +49,8 @@ std::list<K> keys(const Keyed<K, V>& entries) {
 }
 
 /** Deletes and removes the entry stored under key; false when there is none. */
-template <typename K, typename V>
-bool erase(Keyed<K, V>& entries, const K& key) {
+template <typename K, typename V, typename A>
+bool erase(Keyed<K, V, A>& entries, const K& key) {
     auto it = lowerBound(entries, key);
     if (it == entries.end() || key < it->first)
         return false;
@@ -64,8 +64,8 @@ bool erase(Keyed<K, V>& entries, const K& key) {
  * the key was free). Loops usually carry their entries in ascending order:
  * a key above the last one is appended without a search.
  */
-template <typename K, typename V>
-V* assign(Keyed<K, V>& entries, const K& key, V* value) {
+template <typename K, typename V, typename A>
+V* assign(Keyed<K, V, A>& entries, const K& key, V* value) {
     if (entries.empty() || entries.back().first < key) {
         entries.emplace_back(key, value);
         return nullptr;
@@ -84,8 +84,8 @@ V* assign(Keyed<K, V>& entries, const K& key, V* value) {
  * Stores entry under the key it reports (a null pointer is not stored); an
  * entry stored there before is dropped, not deleted: a caller may hold it.
  */
-template <typename K, typename V>
-void put(Keyed<K, V>& entries, V* entry, K (V::*keyOf)() const) {
+template <typename K, typename V, typename A>
+void put(Keyed<K, V, A>& entries, V* entry, K (V::*keyOf)() const) {
     if (entry != nullptr)
         assign(entries, (entry->*keyOf)(), entry);
 }
@@ -94,15 +94,15 @@ void put(Keyed<K, V>& entries, V* entry, K (V::*keyOf)() const) {
  * Stores value under key while a parse fills the collection: an entry
  * displaced by a repeated key is deleted, since no caller can hold it yet.
  */
-template <typename K, typename V>
-inline void replace(Keyed<K, V>& entries, const K& key, V* value) {
+template <typename K, typename V, typename A>
+inline void replace(Keyed<K, V, A>& entries, const K& key, V* value) {
     V* displaced = assign(entries, key, value);
     if (displaced != value)
         delete displaced;
 }
 
-template <typename K, typename V>
-void deleteAll(Keyed<K, V>& entries) {
+template <typename K, typename V, typename A>
+void deleteAll(Keyed<K, V, A>& entries) {
     for (auto& entry : entries)
         delete entry.second;
     entries.clear();
@@ -113,14 +113,14 @@ void deleteAll(Keyed<K, V>& entries) {
 // here without changing value, so one signature serves every caller.
 
 /** The entry at that position, or null at or beyond the end. */
-template <typename V>
-V* at(const std::vector<V*>& entries, unsigned int index) {
+template <typename V, typename A>
+V* at(const std::vector<V*, A>& entries, unsigned int index) {
     return index < entries.size() ? entries[index] : nullptr;
 }
 
 /** Deletes and removes the entry at that position; false when there is none. */
-template <typename V>
-bool removeAt(std::vector<V*>& entries, unsigned int index) {
+template <typename V, typename A>
+bool removeAt(std::vector<V*, A>& entries, unsigned int index) {
     if (index >= entries.size() || entries[index] == nullptr)
         return false;
     delete entries[index];
@@ -129,28 +129,28 @@ bool removeAt(std::vector<V*>& entries, unsigned int index) {
 }
 
 /** Appends an entry (a null pointer is not stored). */
-template <typename V>
-void append(std::vector<V*>& entries, V* entry) {
+template <typename V, typename A>
+void append(std::vector<V*, A>& entries, V* entry) {
     if (entry != nullptr)
         entries.push_back(entry);
 }
 
-template <typename V>
-void deleteAll(std::vector<V*>& entries) {
+template <typename V, typename A>
+void deleteAll(std::vector<V*, A>& entries) {
     for (V* entry : entries)
         delete entry;
     entries.clear();
 }
 
 /** Fills to with copies of the values of from, made by V's copy constructor from a pointer. */
-template <typename K, typename V>
-void copyAll(const Keyed<K, V>& from, Keyed<K, V>& to) {
+template <typename K, typename V, typename A>
+void copyAll(const Keyed<K, V, A>& from, Keyed<K, V, A>& to) {
     to.reserve(from.size());
     for (const auto& entry : from)
         to.emplace_back(entry.first, new V(entry.second));
 }
-template <typename V>
-void copyAll(const std::vector<V*>& from, std::vector<V*>& to) {
+template <typename V, typename A>
+void copyAll(const std::vector<V*, A>& from, std::vector<V*, A>& to) {
     to.reserve(from.size());
     for (const V* value : from)
         to.push_back(new V(value));

@@ -149,6 +149,7 @@ TEITTable* TEITTable::parse(unsigned char* bytes, unsigned int len, int fullSegm
     return tables::parse(
         tables::build<TEITTable>(arena, bytes, len, fullSegment ? TYPE_EIT_12 : TYPE_EIT_27), bytes,
         len, checkCrc, err, previous, [&](TEITTable& table, unsigned short remaining) {
+            const memory::VectorInArena<decltype(table.events)> inArena(table.events, &arena);
             // Events and their descriptors are read from the table's own copy, so
             // they stay valid for as long as the table lives. The minimum length of
             // 14 covers the fixed fields after the long header.

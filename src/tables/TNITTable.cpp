@@ -68,6 +68,8 @@ TNITTable* TNITTable::parse(unsigned char* bytes, unsigned int length, int check
     return tables::parse(
         tables::build<TNITTable>(arena, bytes, length), bytes, length, checkCrc, error, previous,
         [&](TNITTable& table, unsigned short remaining) {
+            const memory::VectorInArena<decltype(table.transportStreams)> inArena(
+                table.transportStreams, &arena);
             bytes::Reader section = tables::afterHeader(bytes, length);
             // network_descriptors_length lies within the minimum length, even in a
             // section whose section_length is too short for it.

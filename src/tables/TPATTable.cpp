@@ -22,6 +22,7 @@ TPATTable* TPATTable::parse(unsigned char* bytes, unsigned int length, int, int 
     memory::Arena arena(tables::blockFor(length));
     // Four-byte entries from byte 8 up to the CRC; a partial entry is ignored.
     auto entries = [&](TPATTable& table, unsigned short remaining) {
+        const memory::VectorInArena<decltype(table.programs)> inArena(table.programs, &arena);
         bytes::Reader in = tables::afterHeader(bytes, length).subAtMost(remaining);
         table.programs.reserve(in.remaining() / 4);
         while (in.has(4)) {

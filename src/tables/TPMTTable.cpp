@@ -29,7 +29,7 @@ const TDataComponentDescriptor* dataComponent(const TProgramMap* map) {
 
 /** The streams keep accepts, in wire order. */
 template <class Keep>
-std::list<TProgramMap*> select(const std::vector<TProgramMap*>& maps, Keep keep) {
+std::list<TProgramMap*> select(const memory::BlockVector<TProgramMap*>& maps, Keep keep) {
     std::list<TProgramMap*> found;
     for (TProgramMap* map : maps)
         if (keep(map))
@@ -88,6 +88,8 @@ TPMTTable* TPMTTable::parse(unsigned char* bytes, unsigned int length, int, int 
     return tables::parse(
         tables::build<TPMTTable>(arena, bytes, length), bytes, length, checkCrc, error, previous,
         [&](TPMTTable& table, unsigned short remaining) {
+            const memory::VectorInArena<decltype(table.programMaps)> inArena(table.programMaps,
+                                                                             &arena);
             bytes::Reader section = tables::afterHeader(bytes, length);
             // PCR_PID and program_info_length lie within the minimum length, even in
             // a section whose section_length is too short for them.

@@ -73,6 +73,7 @@ TSDTTable* TSDTTable::parse(unsigned char* bytes, unsigned int length, int, int 
     return tables::parse(
         tables::build<TSDTTable>(arena, bytes, length), bytes, length, checkCrc, error, previous,
         [&](TSDTTable& table, unsigned short remaining) {
+            const memory::VectorInArena<decltype(table.services)> inArena(table.services, &arena);
             // original_network_id and a reserved byte lie within the minimum length.
             bytes::Reader section = tables::afterHeader(bytes, length);
             table.originalNetworkId = section.u16();
