@@ -6,7 +6,7 @@
 namespace Sarn {
 namespace memory {
 
-// A block: this header, then objects, each after a Header naming the block.
+// A block: this count, then objects, each after a Header naming the block.
 //
 // While the arena fills a block, its count starts from kOpen, far above any
 // number of objects, and objects deleted meanwhile (a parse that fails, an
@@ -15,29 +15,16 @@ namespace memory {
 // only after that, when the last object in the block is deleted.
 struct Arena::Block {
     std::atomic<unsigned int> holders;
-    std::size_t size;
-    std::size_t used;
 };
 
 using Block = Arena::Block;
+using Header = Arena::Header;
 
 namespace {
 
 constexpr unsigned int kOpen = 0x40000000u;
 
-// Eight bytes on every target, so that an object after it is aligned for
-// 64-bit fields on 32-bit ARM as well.
-struct alignas(8) Header {
-    Block* block;
-};
-
-constexpr std::size_t kAlign = alignof(Header);
-
-constexpr std::size_t roundUp(std::size_t n) {
-    return (n + kAlign - 1) & ~(kAlign - 1);
-}
-
-constexpr std::size_t kBlockHeader = roundUp(sizeof(Block));
+constexpr std::size_t kBlockHeader = (sizeof(Block) + Arena::kAlign - 1) & ~(Arena::kAlign - 1);
 
 void unhold(Block* block, unsigned int count) noexcept {
     if (block->holders.fetch_sub(count, std::memory_order_acq_rel) == count) {
@@ -63,23 +50,14 @@ void Arena::close() noexcept {
 
 void Arena::open(std::size_t need) {
     // A full block stays with its objects; the next one is twice as big.
-    const std::size_t total = kBlockHeader + (need > nextSize ? need : nextSize);
-    Block* fresh = new (::operator new(total)) Block{{kOpen}, total, kBlockHeader};
+    const std::size_t room = need > nextSize ? need : nextSize;
+    unsigned char* raw = static_cast<unsigned char*>(::operator new(kBlockHeader + room));
+    Block* fresh = new (raw) Block{{kOpen}};
     close();
     block = fresh;
+    next = raw + kBlockHeader;
+    free = room;
     nextSize *= 2;
-}
-
-void* Arena::take(std::size_t size) {
-    const std::size_t need = roundUp(sizeof(Header) + size);
-    if (block == nullptr || block->size - block->used < need)
-        open(need);
-    Header* header =
-        reinterpret_cast<Header*>(reinterpret_cast<unsigned char*>(block) + block->used);
-    block->used += need;
-    ++placed;
-    header->block = block;
-    return header + 1;
 }
 
 void Arena::holdCopy(TISDBTDataHolder& holder, const unsigned char* bytes, unsigned int length) {

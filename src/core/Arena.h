@@ -27,15 +27,35 @@ namespace memory {
 class Arena {
   public:
     struct Block;
+    /**
+     * What precedes every object: its block, or null on the heap. Eight
+     * bytes on every target, so that the object after it is aligned for
+     * 64-bit fields on 32-bit ARM as well.
+     */
+    struct alignas(8) Header {
+        Block* block;
+    };
+    static constexpr std::size_t kAlign = alignof(Header);
 
     /** An arena whose first block, taken at the first object, holds at least firstBlock bytes. */
-    explicit Arena(std::size_t firstBlock) : block(nullptr), placed(0), nextSize(firstBlock) {}
+    explicit Arena(std::size_t firstBlock)
+        : block(nullptr), next(nullptr), free(0), placed(0), nextSize(firstBlock) {}
     Arena(const Arena&) = delete;
     Arena& operator=(const Arena&) = delete;
     ~Arena();
 
     /** Room for size bytes, after a header naming the block. */
-    void* take(std::size_t size);
+    void* take(std::size_t size) {
+        const std::size_t need = (sizeof(Header) + size + kAlign - 1) & ~(kAlign - 1);
+        if (block == nullptr || free < need)
+            open(need);
+        Header* header = reinterpret_cast<Header*>(next);
+        next += need;
+        free -= need;
+        ++placed;
+        header->block = block;
+        return header + 1;
+    }
 
     /**
      * Gives holder (a table built in this arena over no bytes) its copy of
@@ -48,6 +68,8 @@ class Arena {
     void close() noexcept;
 
     Block* block;
+    unsigned char* next;  // the free room of the block, from here
+    std::size_t free;     // and this long
     unsigned int placed;  // objects put in the block since it was opened
     std::size_t nextSize;
 };
