@@ -24,8 +24,7 @@ class TISDBTDataHolder {
   protected:
     unsigned char* data;
     unsigned int dataLength;
-    /** 0: refers to the bytes; 1: owns a copy on the heap; 2: its copy lies in its parse's block.
-     */
+    /** 0: refers to the bytes; 1: owns a copy on the heap; 2: its copy lies in its own room. */
     int ownsData;
 
   private:

@@ -60,17 +60,16 @@ void Arena::open(std::size_t need) {
     nextSize *= 2;
 }
 
-void Arena::holdCopy(TISDBTDataHolder& holder, const unsigned char* bytes, unsigned int length) {
+void Arena::hold(TISDBTDataHolder& holder, unsigned char* copy, const unsigned char* bytes,
+                 unsigned int length) {
     holder.dataLength = length;
     // As for a copy on the heap, null or empty bytes are not copied.
-    if (bytes == nullptr || length == 0) {
-        holder.data = nullptr;
-        holder.ownsData = 1;
-        return;
+    holder.data = copy;
+    holder.ownsData = 1;
+    if (copy != nullptr) {
+        std::memcpy(copy, bytes, length);
+        holder.ownsData = 2;
     }
-    holder.data = static_cast<unsigned char*>(take(length));
-    std::memcpy(holder.data, bytes, length);
-    holder.ownsData = 2;
 }
 
 }  // namespace memory

@@ -58,12 +58,24 @@ class Arena {
     }
 
     /**
-     * Gives holder (a table built in this arena over no bytes) its copy of
-     * the length bytes at bytes, in the block: released with the holder.
+     * A new T (constructed from args, which give it no bytes) holding its
+     * copy of the length bytes at bytes: one room in the block for both, so
+     * the copy goes with the object.
      */
-    void holdCopy(TISDBTDataHolder& holder, const unsigned char* bytes, unsigned int length);
+    template <class T, class... A>
+    T* makeHolding(const unsigned char* bytes, unsigned int length, A... args) {
+        const std::size_t object = (sizeof(T) + kAlign - 1) & ~(kAlign - 1);
+        const bool copied = bytes != nullptr && length != 0;
+        unsigned char* room = static_cast<unsigned char*>(take(object + (copied ? length : 0)));
+        T* holder = ::new (room) T(args...);
+        hold(*holder, copied ? room + object : nullptr, bytes, length);
+        return holder;
+    }
 
   private:
+    /** Copies bytes to copy (null: none to copy) and gives them to holder. */
+    static void hold(TISDBTDataHolder& holder, unsigned char* copy, const unsigned char* bytes,
+                     unsigned int length);
     void open(std::size_t need);
     void close() noexcept;
 

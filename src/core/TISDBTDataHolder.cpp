@@ -15,9 +15,8 @@ TISDBTDataHolder::TISDBTDataHolder(const TISDBTDataHolder& other)
       ownsData(other.ownsData ? 1 : 0) {}
 
 TISDBTDataHolder::~TISDBTDataHolder() {
-    if (ownsData == 2)
-        releaseObject(data);
-    else if (ownsData && data != nullptr)
+    // 2: the copy lies in this object's own room (a parsed table), which goes with it.
+    if (ownsData == 1 && data != nullptr)
         delete[] data;
     data = nullptr;
 }

@@ -64,14 +64,12 @@ inline std::size_t blockFor(unsigned int length) {
 
 /**
  * A new T built in arena (leading are the constructor's arguments before its
- * bytes and length), holding its copy of the length bytes at bytes in the
- * same arena.
+ * bytes and length), holding its copy of the length bytes at bytes right
+ * after it in the same room.
  */
 template <class T, class... A>
 T* build(memory::Arena& arena, unsigned char* bytes, unsigned int length, A... leading) {
-    T* table = new (arena) T(leading..., nullptr, 0u);
-    arena.holdCopy(*table, bytes, length);
-    return table;
+    return arena.makeHolding<T>(bytes, length, leading..., nullptr, 0u);
 }
 
 /** A reader over (data, length) at byte 8, the first after the long-form header. */
