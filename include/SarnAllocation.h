@@ -78,6 +78,23 @@ using BlockVector = std::vector<T, BlockAllocator<T>>;
 #define SARN_INTERNAL __attribute__((visibility("hidden")))
 
 /**
+ * The private build behind a descriptor class's parse: the same parse,
+ * building in the library's arena when it has one (the library's own).
+ */
+#define SARN_DESCRIPTOR_BUILD(T)                                                     \
+    friend struct ::Sarn::memory::Builder;                                           \
+    SARN_INTERNAL static T* build(::Sarn::memory::Arena* arena, unsigned char* data, \
+                                  unsigned int length, unsigned int* bytesRead,      \
+                                  unsigned short* error);
+
+/** The same for a table's loop entry, whose parse takes an integer it does not use. */
+#define SARN_ENTRY_BUILD(T)                                                          \
+    friend struct ::Sarn::memory::Builder;                                           \
+    SARN_INTERNAL static T* build(::Sarn::memory::Arena* arena, unsigned char* data, \
+                                  unsigned int length, int, unsigned int* bytesRead, \
+                                  unsigned short* error);
+
+/**
  * The allocation functions of a class whose objects a parse may build in a
  * block: new and delete work as for any class, and an object knows where its
  * room came from.

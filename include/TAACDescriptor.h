@@ -31,10 +31,7 @@ class TAACDescriptor : public TISDBTDescriptor {
     unsigned char* getAdditionalInfo() const { return additionalInfo; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TAACDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                               unsigned int length, unsigned int* bytesRead,
-                                               unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TAACDescriptor)
     unsigned char profileAndLevel = 0;
     int aacTypeFlag = 0;
     unsigned char aacType = 0;

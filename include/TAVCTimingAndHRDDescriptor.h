@@ -34,11 +34,7 @@ class TAVCTimingAndHRDDescriptor : public TISDBTDescriptor {
     int isPictureToDisplayConversionFlag() const { return pictureToDisplayConversion; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TAVCTimingAndHRDDescriptor* build(memory::Arena* arena,
-                                                           unsigned char* data, unsigned int length,
-                                                           unsigned int* bytesRead,
-                                                           unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TAVCTimingAndHRDDescriptor)
     int hrdManagementValid = 0;
     int pictureTimingInfoPresent = 0;
     int flag90kHz = 0;

@@ -29,10 +29,7 @@ class TAVCVideoDescriptor : public TISDBTDescriptor {
     int getAVC24HourPictureFlag() const { return avc24HourPictureFlag; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TAVCVideoDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                                    unsigned int length, unsigned int* bytesRead,
-                                                    unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TAVCVideoDescriptor)
     unsigned char profileIdc = 0;
     int constraintSet0Flag = 0;
     int constraintSet1Flag = 0;

@@ -88,10 +88,7 @@ class TApplication : public TISDBTDataHolder {
     std::list<unsigned char> getDescriptorTags() const;
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TApplication* build(memory::Arena* arena, unsigned char* data,
-                                             unsigned int len, int unused, unsigned int* bytesRead,
-                                             unsigned short* err);
+    SARN_ENTRY_BUILD(TApplication)
     friend class TAITTable;
     TISDBTDescriptor* slot(int index, int inherit, int* fromTable) const;
 

@@ -56,10 +56,7 @@ class TApplicationDescriptor : public TISDBTDescriptor {
     const unsigned char* getTransportProtocols() const { return transportProtocolLabels; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TApplicationDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                                       unsigned int len, unsigned int* bytesRead,
-                                                       unsigned short* err);
+    SARN_DESCRIPTOR_BUILD(TApplicationDescriptor)
     std::vector<std::pair<unsigned short, TApplicationDescriptorProfile*>> profiles;
     int serviceBound = 0;
     unsigned char visibility = 0;

@@ -27,11 +27,7 @@ class TApplicationIconDescriptor : public TISDBTDescriptor {
     unsigned short getIconFlags() const { return iconFlags; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TApplicationIconDescriptor* build(memory::Arena* arena,
-                                                           unsigned char* data, unsigned int len,
-                                                           unsigned int* bytesRead,
-                                                           unsigned short* err);
+    SARN_DESCRIPTOR_BUILD(TApplicationIconDescriptor)
     std::string iconLocator;
     unsigned short iconFlags = 0;
 };

@@ -41,11 +41,7 @@ class TApplicationNameDescriptor : public TISDBTDescriptor {
     std::list<std::string> getLanguageCodes() const;
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TApplicationNameDescriptor* build(memory::Arena* arena,
-                                                           unsigned char* data, unsigned int len,
-                                                           unsigned int* bytesRead,
-                                                           unsigned short* err);
+    SARN_DESCRIPTOR_BUILD(TApplicationNameDescriptor)
     std::vector<std::pair<std::string, TApplicationNameDescriptorItem*>> items;
 };
 

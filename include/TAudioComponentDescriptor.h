@@ -39,10 +39,7 @@ class TAudioComponentDescriptor : public TISDBTDescriptor {
     void appendJSON(std::string& out) const override;
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TAudioComponentDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                                          unsigned int len, unsigned int* bytesRead,
-                                                          unsigned short* err);
+    SARN_DESCRIPTOR_BUILD(TAudioComponentDescriptor)
     unsigned char streamContent = 0;
     unsigned char componentType = 0;
     unsigned char componentTag = 0;

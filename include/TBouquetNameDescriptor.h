@@ -22,10 +22,7 @@ class TBouquetNameDescriptor : public TISDBTDescriptor {
     std::string getBouquetName() const { return bouquetName; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TBouquetNameDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                                       unsigned int length, unsigned int* bytesRead,
-                                                       unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TBouquetNameDescriptor)
     std::string bouquetName;
 };
 

@@ -25,11 +25,7 @@ class TCAIdentifierDescriptor : public TISDBTDescriptor {
     unsigned short* getCASystemIDs() const { return caSystemIds; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TCAIdentifierDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                                        unsigned int length,
-                                                        unsigned int* bytesRead,
-                                                        unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TCAIdentifierDescriptor)
     unsigned char caSystemIdCount = 0;
     unsigned short* caSystemIds = nullptr;
 };

@@ -19,12 +19,7 @@ class TCarouselCompatibleCompositeDescriptor : public TISDBTDescriptor {
     ~TCarouselCompatibleCompositeDescriptor() override;
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TCarouselCompatibleCompositeDescriptor* build(memory::Arena* arena,
-                                                                       unsigned char* data,
-                                                                       unsigned int length,
-                                                                       unsigned int* bytesRead,
-                                                                       unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TCarouselCompatibleCompositeDescriptor)
 };
 
 }  // namespace Sarn

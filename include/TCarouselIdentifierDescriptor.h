@@ -41,12 +41,7 @@ class TCarouselIdentifierDescriptor : public TISDBTDescriptor {
     void appendJSON(std::string& out) const override;
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TCarouselIdentifierDescriptor* build(memory::Arena* arena,
-                                                              unsigned char* data,
-                                                              unsigned int length,
-                                                              unsigned int* bytesRead,
-                                                              unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TCarouselIdentifierDescriptor)
     unsigned int carouselId = 0;
     unsigned char formatId = 0;
     unsigned char moduleVersion = 0;

@@ -27,12 +27,7 @@ class TConditionalPlaybackDescriptor : public TISDBTDescriptor {
     unsigned char* getPrivateData() const { return privateData; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TConditionalPlaybackDescriptor* build(memory::Arena* arena,
-                                                               unsigned char* data,
-                                                               unsigned int length,
-                                                               unsigned int* bytesRead,
-                                                               unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TConditionalPlaybackDescriptor)
     unsigned short caSystemId = 0;
     unsigned short caPid = 0;
     unsigned char privateDataSize = 0;

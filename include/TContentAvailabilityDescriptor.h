@@ -30,12 +30,7 @@ class TContentAvailabilityDescriptor : public TISDBTDescriptor {
     int isEncryptionModeEnabled() const { return encryptionModeEnabled; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TContentAvailabilityDescriptor* build(memory::Arena* arena,
-                                                               unsigned char* data,
-                                                               unsigned int length,
-                                                               unsigned int* bytesRead,
-                                                               unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TContentAvailabilityDescriptor)
     int imageConstrained = 0;
     int retentionAllowed = 0;
     unsigned char retentionState = 0;

@@ -29,10 +29,7 @@ class TContentDescriptor : public TISDBTDescriptor {
     void appendJSON(std::string& out) const override;
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TContentDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                                   unsigned int len, unsigned int* bytesRead,
-                                                   unsigned short* err);
+    SARN_DESCRIPTOR_BUILD(TContentDescriptor)
     unsigned char contentNibbleLevel1 = 0;
     unsigned char contentNibbleLevel2 = 0;
     unsigned char userByte = 0;

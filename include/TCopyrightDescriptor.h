@@ -26,10 +26,7 @@ class TCopyrightDescriptor : public TISDBTDescriptor {
     unsigned char* getAdditionalInfo() const { return additionalInfo; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TCopyrightDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                                     unsigned int length, unsigned int* bytesRead,
-                                                     unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TCopyrightDescriptor)
     unsigned int copyrightId = 0;
     unsigned char additionalInfoSize = 0;
     unsigned char* additionalInfo = nullptr;

@@ -34,12 +34,7 @@ class TCountryAvailabilityDescriptor : public TISDBTDescriptor {
     bool remove(unsigned int index);
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TCountryAvailabilityDescriptor* build(memory::Arena* arena,
-                                                               unsigned char* data,
-                                                               unsigned int length,
-                                                               unsigned int* bytesRead,
-                                                               unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TCountryAvailabilityDescriptor)
     bool countryAvailabilityFlag = false;
     std::list<unsigned int> countryCodes;
 };

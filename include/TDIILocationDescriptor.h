@@ -35,10 +35,7 @@ class TDIILocationDescriptor : public TISDBTDescriptor {
     TDIILocationDescriptorItem* get(unsigned int index) const;
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TDIILocationDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                                       unsigned int len, unsigned int* bytesRead,
-                                                       unsigned short* err);
+    SARN_DESCRIPTOR_BUILD(TDIILocationDescriptor)
     unsigned char transportProtocolLabel = 0;
     std::vector<TDIILocationDescriptorItem*> items;
 };

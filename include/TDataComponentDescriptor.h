@@ -30,11 +30,7 @@ class TDataComponentDescriptor : public TISDBTDescriptor {
     void appendJSON(std::string& out) const override;
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TDataComponentDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                                         unsigned int length,
-                                                         unsigned int* bytesRead,
-                                                         unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TDataComponentDescriptor)
     unsigned short dataComponentId = 0;
     unsigned char additionalDataSize = 0;
     unsigned char* additionalData = nullptr;

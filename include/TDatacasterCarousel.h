@@ -38,10 +38,7 @@ class TDatacasterCarousel {
     std::string getApplicationName() const { return applicationName; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TDatacasterCarousel* build(memory::Arena* arena, unsigned char* data,
-                                                    unsigned int length, int unused,
-                                                    unsigned int* bytesRead, unsigned short* error);
+    SARN_ENTRY_BUILD(TDatacasterCarousel)
     TDCTTable* parent;
     unsigned short pid;
     unsigned char version;

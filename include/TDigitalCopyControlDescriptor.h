@@ -45,11 +45,7 @@ class TDigitalCopyControlDescriptor : public TISDBTDescriptor {
     void appendJSON(std::string& out) const override;
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TDigitalCopyControlDescriptor* build(memory::Arena* arena,
-                                                              unsigned char* data, unsigned int len,
-                                                              unsigned int* bytesRead,
-                                                              unsigned short* err);
+    SARN_DESCRIPTOR_BUILD(TDigitalCopyControlDescriptor)
     unsigned char digitalRecordingControlData = 0;
     bool maximumBitrateFlag = false;
     bool componentControlFlag = false;

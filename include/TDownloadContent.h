@@ -61,10 +61,7 @@ class TDownloadContent {
     bool removeScheduleInfo(unsigned char index);
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TDownloadContent* build(memory::Arena* arena, unsigned char* data,
-                                                 unsigned int length, int unused,
-                                                 unsigned int* bytesRead, unsigned short* error);
+    SARN_ENTRY_BUILD(TDownloadContent)
     TSDTTTable* parent;
     unsigned char group;
     unsigned short targetVersion;

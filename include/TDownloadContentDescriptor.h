@@ -63,11 +63,7 @@ class TDownloadContentDescriptor : public TISDBTDescriptor {
     bool removeDownloadContentDescriptorItem(unsigned char index);
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TDownloadContentDescriptor* build(memory::Arena* arena,
-                                                           unsigned char* data, unsigned int length,
-                                                           unsigned int* bytesRead,
-                                                           unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TDownloadContentDescriptor)
     unsigned char reboot = 0;
     unsigned char addOn = 0;
     unsigned char compatibilityFlag = 0;

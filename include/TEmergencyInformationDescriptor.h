@@ -35,12 +35,7 @@ class TEmergencyInformationDescriptor : public TISDBTDescriptor {
     bool remove(unsigned char index);
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TEmergencyInformationDescriptor* build(memory::Arena* arena,
-                                                                unsigned char* data,
-                                                                unsigned int length,
-                                                                unsigned int* bytesRead,
-                                                                unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TEmergencyInformationDescriptor)
     std::list<TEmergencyInformationDescriptorItem*> items;
 };
 

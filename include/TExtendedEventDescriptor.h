@@ -37,10 +37,7 @@ class TExtendedEventDescriptor : public TISDBTDescriptor {
     void appendJSON(std::string& out) const override;
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TExtendedEventDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                                         unsigned int len, unsigned int* bytesRead,
-                                                         unsigned short* err);
+    SARN_DESCRIPTOR_BUILD(TExtendedEventDescriptor)
     int descriptorNumber = 0;
     int lastDescriptorNumber = 0;
     std::string languageCode;

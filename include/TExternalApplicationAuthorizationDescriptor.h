@@ -46,12 +46,7 @@ class TExternalApplicationAuthorizationDescriptor : public TISDBTDescriptor {
     std::list<std::string> getApplicationIdentifierHashIDs() const;
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TExternalApplicationAuthorizationDescriptor* build(memory::Arena* arena,
-                                                                            unsigned char* data,
-                                                                            unsigned int len,
-                                                                            unsigned int* bytesRead,
-                                                                            unsigned short* err);
+    SARN_DESCRIPTOR_BUILD(TExternalApplicationAuthorizationDescriptor)
     std::vector<std::pair<std::string, TExternalApplicationAuthorizationDescriptorItem*>> items;
 };
 

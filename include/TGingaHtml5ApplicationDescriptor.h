@@ -19,12 +19,7 @@ class TGingaHtml5ApplicationDescriptor : public TGingaApplicationDescriptor {
         : TGingaApplicationDescriptor(src) {}
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TGingaHtml5ApplicationDescriptor* build(memory::Arena* arena,
-                                                                 unsigned char* data,
-                                                                 unsigned int len,
-                                                                 unsigned int* bytesRead,
-                                                                 unsigned short* err);
+    SARN_DESCRIPTOR_BUILD(TGingaHtml5ApplicationDescriptor)
 };
 
 }  // namespace Sarn

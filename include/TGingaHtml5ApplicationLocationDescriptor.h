@@ -21,12 +21,7 @@ class TGingaHtml5ApplicationLocationDescriptor : public TGingaApplicationLocatio
         : TGingaApplicationLocationDescriptor(src) {}
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TGingaHtml5ApplicationLocationDescriptor* build(memory::Arena* arena,
-                                                                         unsigned char* data,
-                                                                         unsigned int len,
-                                                                         unsigned int* bytesRead,
-                                                                         unsigned short* err);
+    SARN_DESCRIPTOR_BUILD(TGingaHtml5ApplicationLocationDescriptor)
 };
 
 }  // namespace Sarn

@@ -19,12 +19,7 @@ class TGingaJavaApplicationDescriptor : public TGingaApplicationDescriptor {
         : TGingaApplicationDescriptor(src) {}
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TGingaJavaApplicationDescriptor* build(memory::Arena* arena,
-                                                                unsigned char* data,
-                                                                unsigned int len,
-                                                                unsigned int* bytesRead,
-                                                                unsigned short* err);
+    SARN_DESCRIPTOR_BUILD(TGingaJavaApplicationDescriptor)
 };
 
 }  // namespace Sarn

@@ -21,12 +21,7 @@ class TGingaJavaApplicationLocationDescriptor : public TGingaApplicationLocation
         : TGingaApplicationLocationDescriptor(src) {}
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TGingaJavaApplicationLocationDescriptor* build(memory::Arena* arena,
-                                                                        unsigned char* data,
-                                                                        unsigned int len,
-                                                                        unsigned int* bytesRead,
-                                                                        unsigned short* err);
+    SARN_DESCRIPTOR_BUILD(TGingaJavaApplicationLocationDescriptor)
 };
 
 }  // namespace Sarn

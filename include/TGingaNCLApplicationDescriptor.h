@@ -19,12 +19,7 @@ class TGingaNCLApplicationDescriptor : public TGingaApplicationDescriptor {
         : TGingaApplicationDescriptor(src) {}
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TGingaNCLApplicationDescriptor* build(memory::Arena* arena,
-                                                               unsigned char* data,
-                                                               unsigned int len,
-                                                               unsigned int* bytesRead,
-                                                               unsigned short* err);
+    SARN_DESCRIPTOR_BUILD(TGingaNCLApplicationDescriptor)
 };
 
 }  // namespace Sarn

@@ -21,12 +21,7 @@ class TGingaNCLApplicationLocationDescriptor : public TGingaApplicationLocationD
         : TGingaApplicationLocationDescriptor(src) {}
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TGingaNCLApplicationLocationDescriptor* build(memory::Arena* arena,
-                                                                       unsigned char* data,
-                                                                       unsigned int len,
-                                                                       unsigned int* bytesRead,
-                                                                       unsigned short* err);
+    SARN_DESCRIPTOR_BUILD(TGingaNCLApplicationLocationDescriptor)
 };
 
 }  // namespace Sarn

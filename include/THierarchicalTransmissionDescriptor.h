@@ -22,12 +22,7 @@ class THierarchicalTransmissionDescriptor : public TISDBTDescriptor {
     unsigned short getReferencePID() const { return referencePid; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static THierarchicalTransmissionDescriptor* build(memory::Arena* arena,
-                                                                    unsigned char* data,
-                                                                    unsigned int length,
-                                                                    unsigned int* bytesRead,
-                                                                    unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(THierarchicalTransmissionDescriptor)
     unsigned char qualityLevel = 0;
     unsigned short referencePid = 0;
 };

@@ -24,10 +24,7 @@ class TIPSignalingDescriptor : public TISDBTDescriptor {
     unsigned int getPlatformID() const { return platformId; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TIPSignalingDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                                       unsigned int len, unsigned int* bytesRead,
-                                                       unsigned short* err);
+    SARN_DESCRIPTOR_BUILD(TIPSignalingDescriptor)
     unsigned int platformId = 0;
 };
 

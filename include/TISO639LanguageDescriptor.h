@@ -36,11 +36,7 @@ class TISO639LanguageDescriptor : public TISDBTDescriptor {
     void appendJSON(std::string& out) const override;
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TISO639LanguageDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                                          unsigned int length,
-                                                          unsigned int* bytesRead,
-                                                          unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TISO639LanguageDescriptor)
     int loopSize = 0;
     Item* items = nullptr;
 };

@@ -37,10 +37,7 @@ class TLCMDescriptor : public TISDBTDescriptor {
     unsigned short getServiceId() const { return serviceId; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TLCMDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                               unsigned int length, unsigned int* bytesRead,
-                                               unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TLCMDescriptor)
     unsigned char messageId = 0;
     unsigned short messageLength = 0;
     unsigned char resolution = 0;

@@ -27,10 +27,7 @@ class TLDMDescriptor : public TISDBTDescriptor {
     std::list<std::string> getGlosas() const { return glosas; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TLDMDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                               unsigned int length, unsigned int* bytesRead,
-                                               unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TLDMDescriptor)
     unsigned char messageId = 0;
     std::list<std::string> glosas;
 };

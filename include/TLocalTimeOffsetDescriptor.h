@@ -39,11 +39,7 @@ class TLocalTimeOffsetDescriptor : public TISDBTDescriptor {
     void appendJSON(std::string& out) const override;
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TLocalTimeOffsetDescriptor* build(memory::Arena* arena,
-                                                           unsigned char* data, unsigned int length,
-                                                           unsigned int* bytesRead,
-                                                           unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TLocalTimeOffsetDescriptor)
     std::vector<std::pair<std::string, TLocalTimeOffsetDescriptorItem*>> items;
 };
 

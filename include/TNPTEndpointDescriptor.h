@@ -27,10 +27,7 @@ class TNPTEndpointDescriptor : public TISDBTDescriptor {
     unsigned int getNPTStopL() const { return stopNptL; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TNPTEndpointDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                                       unsigned int length, unsigned int* bytesRead,
-                                                       unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TNPTEndpointDescriptor)
     unsigned char startNptH = 0;
     unsigned int startNptL = 0;
     unsigned char stopNptH = 0;

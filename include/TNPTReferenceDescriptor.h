@@ -32,11 +32,7 @@ class TNPTReferenceDescriptor : public TISDBTDescriptor {
     unsigned short getScaleDenominator() const { return scaleDenominator; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TNPTReferenceDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                                        unsigned int length,
-                                                        unsigned int* bytesRead,
-                                                        unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TNPTReferenceDescriptor)
     int postDiscontinuityIndicator = 0;
     unsigned char contentId = 0;
     unsigned char stcReferenceH = 0;

@@ -24,10 +24,7 @@ class TNetworkNameDescriptor : public TISDBTDescriptor {
     void appendJSON(std::string& out) const override;
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TNetworkNameDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                                       unsigned int length, unsigned int* bytesRead,
-                                                       unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TNetworkNameDescriptor)
     std::string networkName;
 };
 

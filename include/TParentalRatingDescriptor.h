@@ -36,10 +36,7 @@ class TParentalRatingDescriptor : public TISDBTDescriptor {
     void appendJSON(std::string& out) const override;
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TParentalRatingDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                                          unsigned int len, unsigned int* bytesRead,
-                                                          unsigned short* err);
+    SARN_DESCRIPTOR_BUILD(TParentalRatingDescriptor)
     std::vector<TParentalRatingDescriptorItem*> items;  // owned, wire order
 };
 

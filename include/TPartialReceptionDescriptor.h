@@ -25,12 +25,7 @@ class TPartialReceptionDescriptor : public TISDBTDescriptor {
     unsigned short* getServiceIDs() const { return serviceIds; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TPartialReceptionDescriptor* build(memory::Arena* arena,
-                                                            unsigned char* data,
-                                                            unsigned int length,
-                                                            unsigned int* bytesRead,
-                                                            unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TPartialReceptionDescriptor)
     unsigned char serviceIdCount = 0;
     unsigned short* serviceIds = nullptr;
 };

@@ -34,10 +34,7 @@ class TPrefetchDescriptor : public TISDBTDescriptor {
     TPrefetchDescriptorItem* get(unsigned int index) const;
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TPrefetchDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                                    unsigned int len, unsigned int* bytesRead,
-                                                    unsigned short* err);
+    SARN_DESCRIPTOR_BUILD(TPrefetchDescriptor)
     unsigned char transportProtocolLabel = 0;
     std::vector<TPrefetchDescriptorItem*> items;
 };

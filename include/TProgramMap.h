@@ -30,10 +30,7 @@ class TProgramMap : public DescriptorLoop {
     unsigned short getElementaryPID() const { return elementaryPid; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TProgramMap* build(memory::Arena* arena, unsigned char* data,
-                                            unsigned int length, int unused,
-                                            unsigned int* bytesRead, unsigned short* error);
+    SARN_ENTRY_BUILD(TProgramMap)
     friend class TPMTTable;
 
     unsigned char streamType;

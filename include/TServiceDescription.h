@@ -34,10 +34,7 @@ class TServiceDescription : public DescriptorLoop {
     unsigned char getFreeCAMode() const { return freeCAMode; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TServiceDescription* build(memory::Arena* arena, unsigned char* data,
-                                                    unsigned int length, int unused,
-                                                    unsigned int* bytesRead, unsigned short* error);
+    SARN_ENTRY_BUILD(TServiceDescription)
     friend class TSDTTable;
 
     unsigned short serviceId;

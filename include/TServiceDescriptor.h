@@ -29,10 +29,7 @@ class TServiceDescriptor : public TISDBTDescriptor {
     void appendJSON(std::string& out) const override;
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TServiceDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                                   unsigned int length, unsigned int* bytesRead,
-                                                   unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TServiceDescriptor)
     unsigned char serviceType = 0;
     std::string serviceProvider;
     std::string serviceName;

@@ -37,10 +37,7 @@ class TServiceListDescriptor : public TISDBTDescriptor {
     bool remove(unsigned short serviceId);
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TServiceListDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                                       unsigned int length, unsigned int* bytesRead,
-                                                       unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TServiceListDescriptor)
     std::vector<std::pair<unsigned short, TServiceListDescriptorItem*>> items;
 };
 

@@ -28,10 +28,7 @@ class TShortEventDescriptor : public TISDBTDescriptor {
     void appendJSON(std::string& out) const override;
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TShortEventDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                                      unsigned int len, unsigned int* bytesRead,
-                                                      unsigned short* err);
+    SARN_DESCRIPTOR_BUILD(TShortEventDescriptor)
     std::string languageCode;
     std::string eventName;
     std::string eventDescription;

@@ -37,10 +37,7 @@ class TStreamEventDescriptor : public TISDBTDescriptor {
     unsigned char* getPrivateData() const { return privateData; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TStreamEventDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                                       unsigned int length, unsigned int* bytesRead,
-                                                       unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TStreamEventDescriptor)
     unsigned short eventId = 0;
     unsigned char eventNptH = 0;
     unsigned int eventNptL = 0;

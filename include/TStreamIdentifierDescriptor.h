@@ -27,12 +27,7 @@ class TStreamIdentifierDescriptor : public TISDBTDescriptor {
     void appendJSON(std::string& out) const override;
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TStreamIdentifierDescriptor* build(memory::Arena* arena,
-                                                            unsigned char* data,
-                                                            unsigned int length,
-                                                            unsigned int* bytesRead,
-                                                            unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TStreamIdentifierDescriptor)
     unsigned char componentTag = 0;
 };
 

@@ -23,10 +23,7 @@ class TStreamModeDescriptor : public TISDBTDescriptor {
     unsigned char getStreamMode() const { return streamMode; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TStreamModeDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                                      unsigned int length, unsigned int* bytesRead,
-                                                      unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TStreamModeDescriptor)
     unsigned char streamMode = 0;
 };
 

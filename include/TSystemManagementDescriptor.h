@@ -37,12 +37,7 @@ class TSystemManagementDescriptor : public TISDBTDescriptor {
     unsigned char* getAdditionalIdentificationInfo() const { return additionalIdentificationInfo; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TSystemManagementDescriptor* build(memory::Arena* arena,
-                                                            unsigned char* data,
-                                                            unsigned int length,
-                                                            unsigned int* bytesRead,
-                                                            unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TSystemManagementDescriptor)
     unsigned short systemManagementId = 0;
     unsigned char broadcastingFlag = 0;
     unsigned char broadcastingIdentifier = 0;

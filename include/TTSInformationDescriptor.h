@@ -41,11 +41,7 @@ class TTSInformationDescriptor : public TISDBTDescriptor {
     void appendJSON(std::string& out) const override;
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TTSInformationDescriptor* build(memory::Arena* arena, unsigned char* data,
-                                                         unsigned int length,
-                                                         unsigned int* bytesRead,
-                                                         unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TTSInformationDescriptor)
     unsigned char remoteControlKeyId = 0;
     std::string transportStreamName;
     unsigned char txInformation = 0;

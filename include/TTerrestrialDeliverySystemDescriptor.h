@@ -35,12 +35,7 @@ class TTerrestrialDeliverySystemDescriptor : public TISDBTDescriptor {
     unsigned short* getFrequencies() const { return frequencies; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TTerrestrialDeliverySystemDescriptor* build(memory::Arena* arena,
-                                                                     unsigned char* data,
-                                                                     unsigned int length,
-                                                                     unsigned int* bytesRead,
-                                                                     unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TTerrestrialDeliverySystemDescriptor)
     unsigned short areaCode = 0;
     unsigned char guardInterval = 0;
     unsigned char transmissionMode = 0;

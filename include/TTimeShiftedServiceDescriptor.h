@@ -21,12 +21,7 @@ class TTimeShiftedServiceDescriptor : public TISDBTDescriptor {
     unsigned short getReferenceServiceID() const { return referenceServiceID; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TTimeShiftedServiceDescriptor* build(memory::Arena* arena,
-                                                              unsigned char* data,
-                                                              unsigned int length,
-                                                              unsigned int* bytesRead,
-                                                              unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TTimeShiftedServiceDescriptor)
     unsigned short referenceServiceID = 0;
 };
 

@@ -55,11 +55,7 @@ class TTransportProtocolDescriptor : public TISDBTDescriptor {
     unsigned char transportProtocolLabel = 0;
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TTransportProtocolDescriptor* build(memory::Arena* arena,
-                                                             unsigned char* data, unsigned int len,
-                                                             unsigned int* bytesRead,
-                                                             unsigned short* err);
+    SARN_DESCRIPTOR_BUILD(TTransportProtocolDescriptor)
 };
 
 }  // namespace Sarn

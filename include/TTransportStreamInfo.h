@@ -30,11 +30,7 @@ class TTransportStreamInfo : public DescriptorLoop {
     unsigned short getOriginalNetworkID() const { return originalNetworkId; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TTransportStreamInfo* build(memory::Arena* arena, unsigned char* data,
-                                                     unsigned int length, int unused,
-                                                     unsigned int* bytesRead,
-                                                     unsigned short* error);
+    SARN_ENTRY_BUILD(TTransportStreamInfo)
     friend class TNITTable;
 
     unsigned short transportStreamId;

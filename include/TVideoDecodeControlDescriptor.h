@@ -24,12 +24,7 @@ class TVideoDecodeControlDescriptor : public TISDBTDescriptor {
     unsigned char getVideoEncodeFormat() const { return videoEncodeFormat; }
 
   private:
-    friend struct memory::Builder;
-    SARN_INTERNAL static TVideoDecodeControlDescriptor* build(memory::Arena* arena,
-                                                              unsigned char* data,
-                                                              unsigned int length,
-                                                              unsigned int* bytesRead,
-                                                              unsigned short* error);
+    SARN_DESCRIPTOR_BUILD(TVideoDecodeControlDescriptor)
     int stillPicture = 0;
     int sequenceEndCode = 0;
     unsigned char videoEncodeFormat = 0;

@@ -135,4 +135,30 @@ T* make(Arena* arena, A&&... args) {
 }  // namespace memory
 }  // namespace Sarn
 
+/**
+ * Defines T::parse of a descriptor class as its build on the heap, and opens
+ * the definition of T::build with the given parameter names:
+ *     SARN_DESCRIPTOR_PARSE(TXxxDescriptor, arena, data, length, bytesRead, error) {
+ *         ...
+ *     }
+ */
+#define SARN_DESCRIPTOR_PARSE(T, arena, data, length, bytesRead, error)             \
+    T* T::parse(unsigned char* data, unsigned int length, unsigned int* bytesRead,  \
+                unsigned short* error) {                                            \
+        return build(nullptr, data, length, bytesRead, error);                      \
+    }                                                                               \
+    T* T::build([[maybe_unused]] ::Sarn::memory::Arena* arena, unsigned char* data, \
+                unsigned int length, [[maybe_unused]] unsigned int* bytesRead,      \
+                [[maybe_unused]] unsigned short* error)
+
+/** The same for a table's loop entry (the integer of its parse is not used). */
+#define SARN_ENTRY_PARSE(T, arena, data, length, bytesRead, error)                             \
+    T* T::parse(unsigned char* data, unsigned int length, int unused, unsigned int* bytesRead, \
+                unsigned short* error) {                                                       \
+        return build(nullptr, data, length, unused, bytesRead, error);                         \
+    }                                                                                          \
+    T* T::build([[maybe_unused]] ::Sarn::memory::Arena* arena, unsigned char* data,            \
+                unsigned int length, int, [[maybe_unused]] unsigned int* bytesRead,            \
+                [[maybe_unused]] unsigned short* error)
+
 #endif

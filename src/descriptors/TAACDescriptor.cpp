@@ -15,14 +15,7 @@ TAACDescriptor::~TAACDescriptor() {
     delete[] additionalInfo;
 }
 
-TAACDescriptor* TAACDescriptor::parse(unsigned char* data, unsigned int length,
-                                      unsigned int* bytesRead, unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TAACDescriptor* TAACDescriptor::build(memory::Arena* arena, unsigned char* bytes,
-                                      unsigned int length, unsigned int* bytesRead,
-                                      unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TAACDescriptor, arena, bytes, length, bytesRead, error) {
     SARN_OPEN_OR_RETURN(arena, d, r, TAACDescriptor, bytes, length, error, 2, 0x7C);
     d->profileAndLevel = r.u8();
     d->aacTypeFlag = (r.u8() >> 7) & 1;

@@ -25,18 +25,7 @@ std::nullptr_t refuseShort(unsigned short* error, unsigned int got, unsigned int
 }
 }  // namespace
 
-TAVCTimingAndHRDDescriptor* TAVCTimingAndHRDDescriptor::parse(unsigned char* data,
-                                                              unsigned int length,
-                                                              unsigned int* bytesRead,
-                                                              unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TAVCTimingAndHRDDescriptor* TAVCTimingAndHRDDescriptor::build(memory::Arena* arena,
-                                                              unsigned char* bytes,
-                                                              unsigned int length,
-                                                              unsigned int* bytesRead,
-                                                              unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TAVCTimingAndHRDDescriptor, arena, bytes, length, bytesRead, error) {
     SARN_OPEN_OR_RETURN(arena, d, r, TAVCTimingAndHRDDescriptor, bytes, length, error, 2, 0x2A);
     // Two readings of ours differ from the published layout and are kept for
     // the receivers that rely on them: picture_and_timing_info_present is

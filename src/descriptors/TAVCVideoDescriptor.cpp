@@ -13,14 +13,7 @@ TAVCVideoDescriptor::TAVCVideoDescriptor(unsigned char* bytes, unsigned int leng
 
 TAVCVideoDescriptor::~TAVCVideoDescriptor() {}
 
-TAVCVideoDescriptor* TAVCVideoDescriptor::parse(unsigned char* data, unsigned int length,
-                                                unsigned int* bytesRead, unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TAVCVideoDescriptor* TAVCVideoDescriptor::build(memory::Arena* arena, unsigned char* bytes,
-                                                unsigned int length, unsigned int* bytesRead,
-                                                unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TAVCVideoDescriptor, arena, bytes, length, bytesRead, error) {
     SARN_OPEN_OR_RETURN(arena, d, r, TAVCVideoDescriptor, bytes, length, error, 4, 0x28);
     d->profileIdc = r.u8();
     const unsigned char constraints = r.u8();

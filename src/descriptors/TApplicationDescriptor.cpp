@@ -67,15 +67,7 @@ TApplicationDescriptor::~TApplicationDescriptor() {
     delete[] transportProtocolLabels;
 }
 
-TApplicationDescriptor* TApplicationDescriptor::parse(unsigned char* data, unsigned int len,
-                                                      unsigned int* bytesRead,
-                                                      unsigned short* err) {
-    return build(nullptr, data, len, bytesRead, err);
-}
-
-TApplicationDescriptor* TApplicationDescriptor::build(memory::Arena* arena, unsigned char* data,
-                                                      unsigned int len, unsigned int* bytesRead,
-                                                      unsigned short* err) {
+SARN_DESCRIPTOR_PARSE(TApplicationDescriptor, arena, data, len, bytesRead, err) {
     SARN_OPEN_OR_RETURN(arena, d, r, TApplicationDescriptor, data, len, err, 3, DESCRIPTOR_TAG);
     // The body is descriptor_length bytes; the header check made sure they are there.
     const unsigned char length = d->getDescriptorLength();

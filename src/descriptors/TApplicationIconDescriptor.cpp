@@ -17,16 +17,7 @@ TApplicationIconDescriptor::TApplicationIconDescriptor(const TApplicationIconDes
 
 TApplicationIconDescriptor::~TApplicationIconDescriptor() {}
 
-TApplicationIconDescriptor* TApplicationIconDescriptor::parse(unsigned char* data, unsigned int len,
-                                                              unsigned int* bytesRead,
-                                                              unsigned short* err) {
-    return build(nullptr, data, len, bytesRead, err);
-}
-
-TApplicationIconDescriptor* TApplicationIconDescriptor::build(memory::Arena* arena,
-                                                              unsigned char* data, unsigned int len,
-                                                              unsigned int* bytesRead,
-                                                              unsigned short* err) {
+SARN_DESCRIPTOR_PARSE(TApplicationIconDescriptor, arena, data, len, bytesRead, err) {
     // icon_locator_length, icon_locator, icon_flags (16), reserved bytes
     SARN_OPEN_OR_RETURN(arena, d, r, TApplicationIconDescriptor, data, len, err, 2, DESCRIPTOR_TAG);
     const unsigned char length = d->getDescriptorLength();

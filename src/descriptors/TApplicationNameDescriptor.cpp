@@ -58,16 +58,7 @@ TApplicationNameDescriptor::~TApplicationNameDescriptor() {
     owned::deleteAll(items);
 }
 
-TApplicationNameDescriptor* TApplicationNameDescriptor::parse(unsigned char* data, unsigned int len,
-                                                              unsigned int* bytesRead,
-                                                              unsigned short* err) {
-    return build(nullptr, data, len, bytesRead, err);
-}
-
-TApplicationNameDescriptor* TApplicationNameDescriptor::build(memory::Arena* arena,
-                                                              unsigned char* data, unsigned int len,
-                                                              unsigned int* bytesRead,
-                                                              unsigned short* err) {
+SARN_DESCRIPTOR_PARSE(TApplicationNameDescriptor, arena, data, len, bytesRead, err) {
     SARN_OPEN_OR_RETURN(arena, d, r, TApplicationNameDescriptor, data, len, err, 4, DESCRIPTOR_TAG);
     const unsigned char body = d->getDescriptorLength();
     // A repeated language code replaces the earlier item.

@@ -13,16 +13,7 @@ TAudioComponentDescriptor::TAudioComponentDescriptor(unsigned char* bytes, unsig
 
 TAudioComponentDescriptor::~TAudioComponentDescriptor() {}
 
-TAudioComponentDescriptor* TAudioComponentDescriptor::parse(unsigned char* data, unsigned int len,
-                                                            unsigned int* bytesRead,
-                                                            unsigned short* err) {
-    return build(nullptr, data, len, bytesRead, err);
-}
-
-TAudioComponentDescriptor* TAudioComponentDescriptor::build(memory::Arena* arena,
-                                                            unsigned char* data, unsigned int len,
-                                                            unsigned int* /*bytesRead*/,
-                                                            unsigned short* err) {
+SARN_DESCRIPTOR_PARSE(TAudioComponentDescriptor, arena, data, len, bytesRead, err) {
     // tag, length, reserved nibble + stream_content, component_type,
     // component_tag, stream_type, simulcast_group_tag, flags
     // (ES_multi_lingual 1, main_component 1, quality_indicator 2,

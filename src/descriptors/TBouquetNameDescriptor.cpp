@@ -14,15 +14,7 @@ TBouquetNameDescriptor::TBouquetNameDescriptor(unsigned char* bytes, unsigned in
 
 TBouquetNameDescriptor::~TBouquetNameDescriptor() {}
 
-TBouquetNameDescriptor* TBouquetNameDescriptor::parse(unsigned char* data, unsigned int length,
-                                                      unsigned int* bytesRead,
-                                                      unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TBouquetNameDescriptor* TBouquetNameDescriptor::build(memory::Arena* arena, unsigned char* bytes,
-                                                      unsigned int length, unsigned int* bytesRead,
-                                                      unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TBouquetNameDescriptor, arena, bytes, length, bytesRead, error) {
     SARN_OPEN_OR_RETURN(arena, d, r, TBouquetNameDescriptor, bytes, length, error, 1, 0x47);
     // The name fills the rest of the bytes handed in.
     const int count = r.loggedString(d->bouquetName, r.remaining());

@@ -14,16 +14,7 @@ TCAIdentifierDescriptor::~TCAIdentifierDescriptor() {
     delete[] caSystemIds;
 }
 
-TCAIdentifierDescriptor* TCAIdentifierDescriptor::parse(unsigned char* data, unsigned int length,
-                                                        unsigned int* bytesRead,
-                                                        unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TCAIdentifierDescriptor* TCAIdentifierDescriptor::build(memory::Arena* arena, unsigned char* bytes,
-                                                        unsigned int length,
-                                                        unsigned int* bytesRead,
-                                                        unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TCAIdentifierDescriptor, arena, bytes, length, bytesRead, error) {
     SARN_OPEN_OR_RETURN(arena, d, r, TCAIdentifierDescriptor, bytes, length, error, 2, 0x53);
     // Two bytes per CA_system_id up to the end of the bytes handed in; an odd
     // trailing byte is ignored and the count is kept in 8 bits.

@@ -11,14 +11,8 @@ TCarouselCompatibleCompositeDescriptor::TCarouselCompatibleCompositeDescriptor(u
 
 TCarouselCompatibleCompositeDescriptor::~TCarouselCompatibleCompositeDescriptor() {}
 
-TCarouselCompatibleCompositeDescriptor* TCarouselCompatibleCompositeDescriptor::parse(
-    unsigned char* data, unsigned int length, unsigned int* bytesRead, unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TCarouselCompatibleCompositeDescriptor* TCarouselCompatibleCompositeDescriptor::build(
-    memory::Arena* arena, unsigned char* bytes, unsigned int length, unsigned int* bytesRead,
-    unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TCarouselCompatibleCompositeDescriptor, arena, bytes, length, bytesRead,
+                      error) {
     if (!parseCommonHeader(bytes, length, error, 4, 0xF7))
         return nullptr;
     // The composite's sub-descriptors are not decoded: the caller still gets

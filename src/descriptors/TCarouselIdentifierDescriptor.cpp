@@ -17,18 +17,7 @@ TCarouselIdentifierDescriptor::~TCarouselIdentifierDescriptor() {
     delete[] privateData;
 }
 
-TCarouselIdentifierDescriptor* TCarouselIdentifierDescriptor::parse(unsigned char* data,
-                                                                    unsigned int length,
-                                                                    unsigned int* bytesRead,
-                                                                    unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TCarouselIdentifierDescriptor* TCarouselIdentifierDescriptor::build(memory::Arena* arena,
-                                                                    unsigned char* bytes,
-                                                                    unsigned int length,
-                                                                    unsigned int* bytesRead,
-                                                                    unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TCarouselIdentifierDescriptor, arena, bytes, length, bytesRead, error) {
     SARN_OPEN_OR_RETURN(arena, d, r, TCarouselIdentifierDescriptor, bytes, length, error, 4, 0x13);
     d->carouselId = r.u32();
     // Everything after carousel_id is kept undecoded. The size field is 8

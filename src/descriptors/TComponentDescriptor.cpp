@@ -14,14 +14,7 @@ TComponentDescriptor::TComponentDescriptor(unsigned char* bytes, unsigned int le
 
 TComponentDescriptor::~TComponentDescriptor() {}
 
-TComponentDescriptor* TComponentDescriptor::parse(unsigned char* data, unsigned int len,
-                                                  unsigned int* bytesRead, unsigned short* err) {
-    return build(nullptr, data, len, bytesRead, err);
-}
-
-TComponentDescriptor* TComponentDescriptor::build(memory::Arena* arena, unsigned char* data,
-                                                  unsigned int len, unsigned int* bytesRead,
-                                                  unsigned short* err) {
+SARN_DESCRIPTOR_PARSE(TComponentDescriptor, arena, data, len, bytesRead, err) {
     // tag, length, reserved nibble + stream_content, component_type,
     // component_tag, ISO 639 code (3), text up to the end.
     SARN_OPEN_OR_RETURN(arena, d, r, TComponentDescriptor, data, len, err, 6, 0x50);

@@ -15,18 +15,7 @@ TConditionalPlaybackDescriptor::~TConditionalPlaybackDescriptor() {
     delete[] privateData;
 }
 
-TConditionalPlaybackDescriptor* TConditionalPlaybackDescriptor::parse(unsigned char* data,
-                                                                      unsigned int length,
-                                                                      unsigned int* bytesRead,
-                                                                      unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TConditionalPlaybackDescriptor* TConditionalPlaybackDescriptor::build(memory::Arena* arena,
-                                                                      unsigned char* bytes,
-                                                                      unsigned int length,
-                                                                      unsigned int* bytesRead,
-                                                                      unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TConditionalPlaybackDescriptor, arena, bytes, length, bytesRead, error) {
     SARN_OPEN_OR_RETURN(arena, d, r, TConditionalPlaybackDescriptor, bytes, length, error, 4, 0xF8);
     d->caSystemId = r.u16();
     d->caPid = r.pid();

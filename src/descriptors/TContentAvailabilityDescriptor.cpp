@@ -14,18 +14,7 @@ TContentAvailabilityDescriptor::TContentAvailabilityDescriptor(unsigned char* by
 
 TContentAvailabilityDescriptor::~TContentAvailabilityDescriptor() {}
 
-TContentAvailabilityDescriptor* TContentAvailabilityDescriptor::parse(unsigned char* data,
-                                                                      unsigned int length,
-                                                                      unsigned int* bytesRead,
-                                                                      unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TContentAvailabilityDescriptor* TContentAvailabilityDescriptor::build(memory::Arena* arena,
-                                                                      unsigned char* bytes,
-                                                                      unsigned int length,
-                                                                      unsigned int* bytesRead,
-                                                                      unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TContentAvailabilityDescriptor, arena, bytes, length, bytesRead, error) {
     SARN_OPEN_OR_RETURN(arena, d, r, TContentAvailabilityDescriptor, bytes, length, error, 1, 0xDE);
     const unsigned char b = r.u8();
     d->imageConstrained = (b & 0x20) == 0;

@@ -15,14 +15,7 @@ TContentDescriptor::TContentDescriptor(unsigned char* bytes, unsigned int len)
 
 TContentDescriptor::~TContentDescriptor() {}
 
-TContentDescriptor* TContentDescriptor::parse(unsigned char* data, unsigned int len,
-                                              unsigned int* bytesRead, unsigned short* err) {
-    return build(nullptr, data, len, bytesRead, err);
-}
-
-TContentDescriptor* TContentDescriptor::build(memory::Arena* arena, unsigned char* data,
-                                              unsigned int len, unsigned int* /*bytesRead*/,
-                                              unsigned short* err) {
+SARN_DESCRIPTOR_PARSE(TContentDescriptor, arena, data, len, bytesRead, err) {
     // tag, length, then two-byte genre entries (content nibbles, user nibbles).
     // The header is taken as it comes; only the first entry is read. The byte
     // count and, on success, the error code are left untouched.

@@ -14,14 +14,7 @@ TCopyrightDescriptor::~TCopyrightDescriptor() {
     delete[] additionalInfo;
 }
 
-TCopyrightDescriptor* TCopyrightDescriptor::parse(unsigned char* data, unsigned int length,
-                                                  unsigned int* bytesRead, unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TCopyrightDescriptor* TCopyrightDescriptor::build(memory::Arena* arena, unsigned char* bytes,
-                                                  unsigned int length, unsigned int* bytesRead,
-                                                  unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TCopyrightDescriptor, arena, bytes, length, bytesRead, error) {
     SARN_OPEN_OR_RETURN(arena, d, r, TCopyrightDescriptor, bytes, length, error, 4, 0x0D);
     d->copyrightId = r.u32();
     // Additional info runs to the end of the bytes handed in; size kept in 8 bits.

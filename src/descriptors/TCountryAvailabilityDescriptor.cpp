@@ -15,18 +15,7 @@ TCountryAvailabilityDescriptor::TCountryAvailabilityDescriptor(unsigned char* by
 
 TCountryAvailabilityDescriptor::~TCountryAvailabilityDescriptor() {}
 
-TCountryAvailabilityDescriptor* TCountryAvailabilityDescriptor::parse(unsigned char* data,
-                                                                      unsigned int length,
-                                                                      unsigned int* bytesRead,
-                                                                      unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TCountryAvailabilityDescriptor* TCountryAvailabilityDescriptor::build(memory::Arena* arena,
-                                                                      unsigned char* bytes,
-                                                                      unsigned int length,
-                                                                      unsigned int* bytesRead,
-                                                                      unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TCountryAvailabilityDescriptor, arena, bytes, length, bytesRead, error) {
     SARN_OPEN_OR_RETURN(arena, d, r, TCountryAvailabilityDescriptor, bytes, length, error, 4, 0x49);
     d->countryAvailabilityFlag = r.u8() >= 0x80;
     // Three-letter codes up to the end of the bytes handed in; a trailing

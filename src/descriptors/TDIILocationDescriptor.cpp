@@ -48,15 +48,7 @@ TDIILocationDescriptor::~TDIILocationDescriptor() {
     owned::deleteAll(items);
 }
 
-TDIILocationDescriptor* TDIILocationDescriptor::parse(unsigned char* data, unsigned int len,
-                                                      unsigned int* bytesRead,
-                                                      unsigned short* err) {
-    return build(nullptr, data, len, bytesRead, err);
-}
-
-TDIILocationDescriptor* TDIILocationDescriptor::build(memory::Arena* arena, unsigned char* data,
-                                                      unsigned int len, unsigned int* bytesRead,
-                                                      unsigned short* err) {
+SARN_DESCRIPTOR_PARSE(TDIILocationDescriptor, arena, data, len, bytesRead, err) {
     // transport_protocol_label, then items up to the end
     SARN_OPEN_OR_RETURN(arena, d, r, TDIILocationDescriptor, data, len, err, 4, DESCRIPTOR_TAG);
     bytes::Reader body = r.sub(d->getDescriptorLength());

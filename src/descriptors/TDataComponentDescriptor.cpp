@@ -16,16 +16,7 @@ TDataComponentDescriptor::~TDataComponentDescriptor() {
     delete[] additionalData;
 }
 
-TDataComponentDescriptor* TDataComponentDescriptor::parse(unsigned char* data, unsigned int length,
-                                                          unsigned int* bytesRead,
-                                                          unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TDataComponentDescriptor* TDataComponentDescriptor::build(memory::Arena* arena,
-                                                          unsigned char* bytes, unsigned int length,
-                                                          unsigned int* bytesRead,
-                                                          unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TDataComponentDescriptor, arena, bytes, length, bytesRead, error) {
     SARN_OPEN_OR_RETURN(arena, d, r, TDataComponentDescriptor, bytes, length, error, 2, 0xFD);
     d->dataComponentId = r.u16();
     // additional_data_component_info: the rest of the bytes, as many as the

@@ -75,18 +75,7 @@ TDigitalCopyControlDescriptor::~TDigitalCopyControlDescriptor() {
     owned::deleteAll(items);
 }
 
-TDigitalCopyControlDescriptor* TDigitalCopyControlDescriptor::parse(unsigned char* data,
-                                                                    unsigned int len,
-                                                                    unsigned int* bytesRead,
-                                                                    unsigned short* err) {
-    return build(nullptr, data, len, bytesRead, err);
-}
-
-TDigitalCopyControlDescriptor* TDigitalCopyControlDescriptor::build(memory::Arena* arena,
-                                                                    unsigned char* data,
-                                                                    unsigned int len,
-                                                                    unsigned int* bytesRead,
-                                                                    unsigned short* err) {
+SARN_DESCRIPTOR_PARSE(TDigitalCopyControlDescriptor, arena, data, len, bytesRead, err) {
     SARN_OPEN_OR_RETURN(arena, d, r, TDigitalCopyControlDescriptor, data, len, err, 1, 0xC1);
     // Every shortage reports the bytes left against one, whatever it lacked.
     auto tooShort = [err](const bytes::Reader& left) {

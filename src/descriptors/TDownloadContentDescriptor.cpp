@@ -56,18 +56,7 @@ TDownloadContentDescriptor::~TDownloadContentDescriptor() {
     delete[] privateData;
 }
 
-TDownloadContentDescriptor* TDownloadContentDescriptor::parse(unsigned char* data,
-                                                              unsigned int length,
-                                                              unsigned int* bytesRead,
-                                                              unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TDownloadContentDescriptor* TDownloadContentDescriptor::build(memory::Arena* arena,
-                                                              unsigned char* bytes,
-                                                              unsigned int length,
-                                                              unsigned int* bytesRead,
-                                                              unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TDownloadContentDescriptor, arena, bytes, length, bytesRead, error) {
     // Everything after the header is read from the bytes handed in, not only
     // the descriptor_length ones.
     SARN_OPEN_OR_RETURN(arena, d, r, TDownloadContentDescriptor, bytes, length, error, 18,

@@ -66,18 +66,7 @@ TEmergencyInformationDescriptor::~TEmergencyInformationDescriptor() {
         delete item;
 }
 
-TEmergencyInformationDescriptor* TEmergencyInformationDescriptor::parse(unsigned char* data,
-                                                                        unsigned int length,
-                                                                        unsigned int* bytesRead,
-                                                                        unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TEmergencyInformationDescriptor* TEmergencyInformationDescriptor::build(memory::Arena* arena,
-                                                                        unsigned char* bytes,
-                                                                        unsigned int length,
-                                                                        unsigned int* bytesRead,
-                                                                        unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TEmergencyInformationDescriptor, arena, bytes, length, bytesRead, error) {
     // Items fill the bytes handed in, not just descriptor_length; the byte
     // count is the last item's.
     SARN_OPEN_OR_RETURN(arena, d, r, TEmergencyInformationDescriptor, bytes, length, error, 4,

@@ -69,15 +69,7 @@ TExtendedEventDescriptor::~TExtendedEventDescriptor() {
     owned::deleteAll(items);
 }
 
-TExtendedEventDescriptor* TExtendedEventDescriptor::parse(unsigned char* data, unsigned int len,
-                                                          unsigned int* bytesRead,
-                                                          unsigned short* err) {
-    return build(nullptr, data, len, bytesRead, err);
-}
-
-TExtendedEventDescriptor* TExtendedEventDescriptor::build(memory::Arena* arena, unsigned char* data,
-                                                          unsigned int len, unsigned int* bytesRead,
-                                                          unsigned short* err) {
+SARN_DESCRIPTOR_PARSE(TExtendedEventDescriptor, arena, data, len, bytesRead, err) {
     // Read from the bytes handed in; the header check guarantees eight bytes
     // in all, so some are left up to the items.
     SARN_OPEN_OR_RETURN(arena, d, r, TExtendedEventDescriptor, data, len, err, 6, 0x4E);

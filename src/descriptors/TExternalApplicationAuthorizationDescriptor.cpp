@@ -66,14 +66,8 @@ TExternalApplicationAuthorizationDescriptor::~TExternalApplicationAuthorizationD
     owned::deleteAll(items);
 }
 
-TExternalApplicationAuthorizationDescriptor* TExternalApplicationAuthorizationDescriptor::parse(
-    unsigned char* data, unsigned int len, unsigned int* bytesRead, unsigned short* err) {
-    return build(nullptr, data, len, bytesRead, err);
-}
-
-TExternalApplicationAuthorizationDescriptor* TExternalApplicationAuthorizationDescriptor::build(
-    memory::Arena* arena, unsigned char* data, unsigned int len, unsigned int* bytesRead,
-    unsigned short* err) {
+SARN_DESCRIPTOR_PARSE(TExternalApplicationAuthorizationDescriptor, arena, data, len, bytesRead,
+                      err) {
     SARN_OPEN_OR_RETURN(arena, d, r, TExternalApplicationAuthorizationDescriptor, data, len, err, 0,
                         DESCRIPTOR_TAG);
     bytes::Reader body = r.sub(d->getDescriptorLength());

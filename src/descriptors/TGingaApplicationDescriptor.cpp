@@ -78,48 +78,15 @@ std::string TGingaApplicationDescriptor::toJSON() const {
     return TISDBTDescriptor::toJSON();
 }
 
-TGingaJavaApplicationDescriptor* TGingaJavaApplicationDescriptor::parse(unsigned char* data,
-                                                                        unsigned int len,
-                                                                        unsigned int* bytesRead,
-                                                                        unsigned short* err) {
-    return build(nullptr, data, len, bytesRead, err);
-}
-
-TGingaJavaApplicationDescriptor* TGingaJavaApplicationDescriptor::build(memory::Arena* arena,
-                                                                        unsigned char* data,
-                                                                        unsigned int len,
-                                                                        unsigned int* bytesRead,
-                                                                        unsigned short* err) {
+SARN_DESCRIPTOR_PARSE(TGingaJavaApplicationDescriptor, arena, data, len, bytesRead, err) {
     return parseGingaApplication<TGingaJavaApplicationDescriptor>(arena, data, len, bytesRead, err);
 }
 
-TGingaNCLApplicationDescriptor* TGingaNCLApplicationDescriptor::parse(unsigned char* data,
-                                                                      unsigned int len,
-                                                                      unsigned int* bytesRead,
-                                                                      unsigned short* err) {
-    return build(nullptr, data, len, bytesRead, err);
-}
-
-TGingaNCLApplicationDescriptor* TGingaNCLApplicationDescriptor::build(memory::Arena* arena,
-                                                                      unsigned char* data,
-                                                                      unsigned int len,
-                                                                      unsigned int* bytesRead,
-                                                                      unsigned short* err) {
+SARN_DESCRIPTOR_PARSE(TGingaNCLApplicationDescriptor, arena, data, len, bytesRead, err) {
     return parseGingaApplication<TGingaNCLApplicationDescriptor>(arena, data, len, bytesRead, err);
 }
 
-TGingaHtml5ApplicationDescriptor* TGingaHtml5ApplicationDescriptor::parse(unsigned char* data,
-                                                                          unsigned int len,
-                                                                          unsigned int* bytesRead,
-                                                                          unsigned short* err) {
-    return build(nullptr, data, len, bytesRead, err);
-}
-
-TGingaHtml5ApplicationDescriptor* TGingaHtml5ApplicationDescriptor::build(memory::Arena* arena,
-                                                                          unsigned char* data,
-                                                                          unsigned int len,
-                                                                          unsigned int* bytesRead,
-                                                                          unsigned short* err) {
+SARN_DESCRIPTOR_PARSE(TGingaHtml5ApplicationDescriptor, arena, data, len, bytesRead, err) {
     return parseGingaApplication<TGingaHtml5ApplicationDescriptor>(arena, data, len, bytesRead,
                                                                    err);
 }

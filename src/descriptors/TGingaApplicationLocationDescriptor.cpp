@@ -114,38 +114,17 @@ std::string TGingaApplicationLocationDescriptor::toJSON() const {
     return TISDBTDescriptor::toJSON();
 }
 
-TGingaJavaApplicationLocationDescriptor* TGingaJavaApplicationLocationDescriptor::parse(
-    unsigned char* data, unsigned int len, unsigned int* bytesRead, unsigned short* err) {
-    return build(nullptr, data, len, bytesRead, err);
-}
-
-TGingaJavaApplicationLocationDescriptor* TGingaJavaApplicationLocationDescriptor::build(
-    memory::Arena* arena, unsigned char* data, unsigned int len, unsigned int* bytesRead,
-    unsigned short* err) {
+SARN_DESCRIPTOR_PARSE(TGingaJavaApplicationLocationDescriptor, arena, data, len, bytesRead, err) {
     return parseGingaLocation<TGingaJavaApplicationLocationDescriptor>(arena, data, len, bytesRead,
                                                                        err);
 }
 
-TGingaNCLApplicationLocationDescriptor* TGingaNCLApplicationLocationDescriptor::parse(
-    unsigned char* data, unsigned int len, unsigned int* bytesRead, unsigned short* err) {
-    return build(nullptr, data, len, bytesRead, err);
-}
-
-TGingaNCLApplicationLocationDescriptor* TGingaNCLApplicationLocationDescriptor::build(
-    memory::Arena* arena, unsigned char* data, unsigned int len, unsigned int* bytesRead,
-    unsigned short* err) {
+SARN_DESCRIPTOR_PARSE(TGingaNCLApplicationLocationDescriptor, arena, data, len, bytesRead, err) {
     return parseGingaLocation<TGingaNCLApplicationLocationDescriptor>(arena, data, len, bytesRead,
                                                                       err);
 }
 
-TGingaHtml5ApplicationLocationDescriptor* TGingaHtml5ApplicationLocationDescriptor::parse(
-    unsigned char* data, unsigned int len, unsigned int* bytesRead, unsigned short* err) {
-    return build(nullptr, data, len, bytesRead, err);
-}
-
-TGingaHtml5ApplicationLocationDescriptor* TGingaHtml5ApplicationLocationDescriptor::build(
-    memory::Arena* arena, unsigned char* data, unsigned int len, unsigned int* bytesRead,
-    unsigned short* err) {
+SARN_DESCRIPTOR_PARSE(TGingaHtml5ApplicationLocationDescriptor, arena, data, len, bytesRead, err) {
     return parseGingaLocation<TGingaHtml5ApplicationLocationDescriptor>(arena, data, len, bytesRead,
                                                                         err);
 }

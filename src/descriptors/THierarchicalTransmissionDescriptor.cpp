@@ -11,14 +11,7 @@ THierarchicalTransmissionDescriptor::THierarchicalTransmissionDescriptor(unsigne
 
 THierarchicalTransmissionDescriptor::~THierarchicalTransmissionDescriptor() {}
 
-THierarchicalTransmissionDescriptor* THierarchicalTransmissionDescriptor::parse(
-    unsigned char* data, unsigned int length, unsigned int* bytesRead, unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-THierarchicalTransmissionDescriptor* THierarchicalTransmissionDescriptor::build(
-    memory::Arena* arena, unsigned char* bytes, unsigned int length, unsigned int* bytesRead,
-    unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(THierarchicalTransmissionDescriptor, arena, bytes, length, bytesRead, error) {
     SARN_OPEN_OR_RETURN(arena, d, r, THierarchicalTransmissionDescriptor, bytes, length, error, 3,
                         0xC0);
     d->qualityLevel = r.u8() & 1;

@@ -16,15 +16,7 @@ TIPSignalingDescriptor::TIPSignalingDescriptor(const TIPSignalingDescriptor* src
 
 TIPSignalingDescriptor::~TIPSignalingDescriptor() {}
 
-TIPSignalingDescriptor* TIPSignalingDescriptor::parse(unsigned char* data, unsigned int len,
-                                                      unsigned int* bytesRead,
-                                                      unsigned short* err) {
-    return build(nullptr, data, len, bytesRead, err);
-}
-
-TIPSignalingDescriptor* TIPSignalingDescriptor::build(memory::Arena* arena, unsigned char* data,
-                                                      unsigned int len, unsigned int* bytesRead,
-                                                      unsigned short* err) {
+SARN_DESCRIPTOR_PARSE(TIPSignalingDescriptor, arena, data, len, bytesRead, err) {
     // platform_id (24)
     SARN_OPEN_OR_RETURN(arena, d, r, TIPSignalingDescriptor, data, len, err, 3, DESCRIPTOR_TAG);
     d->platformId = r.u24();

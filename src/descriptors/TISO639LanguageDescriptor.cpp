@@ -14,17 +14,7 @@ TISO639LanguageDescriptor::~TISO639LanguageDescriptor() {
     delete[] items;
 }
 
-TISO639LanguageDescriptor* TISO639LanguageDescriptor::parse(unsigned char* data,
-                                                            unsigned int length,
-                                                            unsigned int* bytesRead,
-                                                            unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TISO639LanguageDescriptor* TISO639LanguageDescriptor::build(memory::Arena* arena,
-                                                            unsigned char* bytes,
-                                                            unsigned int length, unsigned int*,
-                                                            unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TISO639LanguageDescriptor, arena, bytes, length, bytesRead, error) {
     // The entries are counted from the bytes handed in; inside a descriptor
     // loop that is exactly descriptor_length.
     SARN_OPEN_OR_RETURN(arena, d, r, TISO639LanguageDescriptor, bytes, length, error, 0, 0x0A);

@@ -10,13 +10,7 @@ TLCMDescriptor::TLCMDescriptor(unsigned char* bytes, unsigned int length)
 
 TLCMDescriptor::~TLCMDescriptor() {}
 
-TLCMDescriptor* TLCMDescriptor::parse(unsigned char* data, unsigned int length,
-                                      unsigned int* bytesRead, unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TLCMDescriptor* TLCMDescriptor::build(memory::Arena* arena, unsigned char* bytes,
-                                      unsigned int length, unsigned int*, unsigned short*) {
+SARN_DESCRIPTOR_PARSE(TLCMDescriptor, arena, bytes, length, bytesRead, error) {
     // Fewer than two bytes carry no message at all: such a descriptor is
     // taken as an empty one. From two bytes on the whole fixed part (15
     // bytes) must be there. Neither the tag nor descriptor_length is checked,

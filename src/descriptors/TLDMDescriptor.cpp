@@ -12,13 +12,7 @@ TLDMDescriptor::TLDMDescriptor(unsigned char* bytes, unsigned int length)
 
 TLDMDescriptor::~TLDMDescriptor() {}
 
-TLDMDescriptor* TLDMDescriptor::parse(unsigned char* data, unsigned int length,
-                                      unsigned int* bytesRead, unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TLDMDescriptor* TLDMDescriptor::build(memory::Arena* arena, unsigned char* bytes,
-                                      unsigned int length, unsigned int*, unsigned short*) {
+SARN_DESCRIPTOR_PARSE(TLDMDescriptor, arena, bytes, length, bytesRead, error) {
     // Neither the tag nor descriptor_length is checked, and the error code is
     // never written, not even when a gloss is refused.
     std::unique_ptr<TLDMDescriptor> d(memory::make<TLDMDescriptor>(arena, bytes, length));

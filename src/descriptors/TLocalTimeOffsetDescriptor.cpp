@@ -79,18 +79,7 @@ TLocalTimeOffsetDescriptor::~TLocalTimeOffsetDescriptor() {
     owned::deleteAll(items);
 }
 
-TLocalTimeOffsetDescriptor* TLocalTimeOffsetDescriptor::parse(unsigned char* data,
-                                                              unsigned int length,
-                                                              unsigned int* bytesRead,
-                                                              unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TLocalTimeOffsetDescriptor* TLocalTimeOffsetDescriptor::build(memory::Arena* arena,
-                                                              unsigned char* bytes,
-                                                              unsigned int length,
-                                                              unsigned int* bytesRead,
-                                                              unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TLocalTimeOffsetDescriptor, arena, bytes, length, bytesRead, error) {
     SARN_OPEN_OR_RETURN(arena, d, r, TLocalTimeOffsetDescriptor, bytes, length, error, 11, 0x58);
     unsigned int n = 0;
     while (!r.atEnd()) {

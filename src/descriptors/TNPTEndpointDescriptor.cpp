@@ -10,16 +10,7 @@ TNPTEndpointDescriptor::TNPTEndpointDescriptor(unsigned char* bytes, unsigned in
 
 TNPTEndpointDescriptor::~TNPTEndpointDescriptor() {}
 
-TNPTEndpointDescriptor* TNPTEndpointDescriptor::parse(unsigned char* data, unsigned int length,
-                                                      unsigned int* bytesRead,
-                                                      unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TNPTEndpointDescriptor* TNPTEndpointDescriptor::build(memory::Arena* arena, unsigned char* bytes,
-                                                      unsigned int length,
-                                                      unsigned int* /*bytesRead*/,
-                                                      unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TNPTEndpointDescriptor, arena, bytes, length, bytesRead, error) {
     // reserved(15) start_NPT(33), reserved(31) stop_NPT(33).
     SARN_OPEN_OR_RETURN(arena, d, r, TNPTEndpointDescriptor, bytes, length, error, 14,
                         DESCRIPTOR_TAG);

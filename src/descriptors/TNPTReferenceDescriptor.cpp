@@ -10,16 +10,7 @@ TNPTReferenceDescriptor::TNPTReferenceDescriptor(unsigned char* bytes, unsigned 
 
 TNPTReferenceDescriptor::~TNPTReferenceDescriptor() {}
 
-TNPTReferenceDescriptor* TNPTReferenceDescriptor::parse(unsigned char* data, unsigned int length,
-                                                        unsigned int* bytesRead,
-                                                        unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TNPTReferenceDescriptor* TNPTReferenceDescriptor::build(memory::Arena* arena, unsigned char* bytes,
-                                                        unsigned int length,
-                                                        unsigned int* /*bytesRead*/,
-                                                        unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TNPTReferenceDescriptor, arena, bytes, length, bytesRead, error) {
     // post_discontinuity_indicator(1) content_id(7), reserved(7) STC_reference(33),
     // reserved(31) NPT_reference(33), scale_numerator(16), scale_denominator(16).
     SARN_OPEN_OR_RETURN(arena, d, r, TNPTReferenceDescriptor, bytes, length, error, 18,

@@ -12,15 +12,7 @@ TNetworkNameDescriptor::TNetworkNameDescriptor(unsigned char* bytes, unsigned in
 
 TNetworkNameDescriptor::~TNetworkNameDescriptor() {}
 
-TNetworkNameDescriptor* TNetworkNameDescriptor::parse(unsigned char* data, unsigned int length,
-                                                      unsigned int* bytesRead,
-                                                      unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TNetworkNameDescriptor* TNetworkNameDescriptor::build(memory::Arena* arena, unsigned char* bytes,
-                                                      unsigned int length, unsigned int* bytesRead,
-                                                      unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TNetworkNameDescriptor, arena, bytes, length, bytesRead, error) {
     // The name fills the payload; it has no length byte of its own.
     SARN_OPEN_OR_RETURN(arena, d, r, TNetworkNameDescriptor, bytes, length, error, 0, 0x40);
     const unsigned int payload = r.remaining();

@@ -50,16 +50,7 @@ TParentalRatingDescriptor::~TParentalRatingDescriptor() {
     owned::deleteAll(items);
 }
 
-TParentalRatingDescriptor* TParentalRatingDescriptor::parse(unsigned char* data, unsigned int len,
-                                                            unsigned int* bytesRead,
-                                                            unsigned short* err) {
-    return build(nullptr, data, len, bytesRead, err);
-}
-
-TParentalRatingDescriptor* TParentalRatingDescriptor::build(memory::Arena* arena,
-                                                            unsigned char* data, unsigned int len,
-                                                            unsigned int* bytesRead,
-                                                            unsigned short* err) {
+SARN_DESCRIPTOR_PARSE(TParentalRatingDescriptor, arena, data, len, bytesRead, err) {
     if (!parseCommonHeader(data, len, err, 0, 0x55)) {
         SARN_LOGW(
             "%s: TParentalRatingDescriptor::parse: parseCommonHeader: Invalid item. Aborting!");

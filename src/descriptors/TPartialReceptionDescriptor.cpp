@@ -13,18 +13,7 @@ TPartialReceptionDescriptor::~TPartialReceptionDescriptor() {
     delete[] serviceIds;
 }
 
-TPartialReceptionDescriptor* TPartialReceptionDescriptor::parse(unsigned char* data,
-                                                                unsigned int length,
-                                                                unsigned int* bytesRead,
-                                                                unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TPartialReceptionDescriptor* TPartialReceptionDescriptor::build(memory::Arena* arena,
-                                                                unsigned char* bytes,
-                                                                unsigned int length,
-                                                                unsigned int* bytesRead,
-                                                                unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TPartialReceptionDescriptor, arena, bytes, length, bytesRead, error) {
     // Two bytes per service_id up to the end of the bytes handed in; the count
     // is kept in 8 bits (and only that many are read).
     SARN_OPEN_OR_RETURN(arena, d, r, TPartialReceptionDescriptor, bytes, length, error, 0, 0xFB);

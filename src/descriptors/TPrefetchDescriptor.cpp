@@ -56,14 +56,7 @@ TPrefetchDescriptor::~TPrefetchDescriptor() {
     owned::deleteAll(items);
 }
 
-TPrefetchDescriptor* TPrefetchDescriptor::parse(unsigned char* data, unsigned int len,
-                                                unsigned int* bytesRead, unsigned short* err) {
-    return build(nullptr, data, len, bytesRead, err);
-}
-
-TPrefetchDescriptor* TPrefetchDescriptor::build(memory::Arena* arena, unsigned char* data,
-                                                unsigned int len, unsigned int* bytesRead,
-                                                unsigned short* err) {
+SARN_DESCRIPTOR_PARSE(TPrefetchDescriptor, arena, data, len, bytesRead, err) {
     // transport_protocol_label, then items up to the end
     SARN_OPEN_OR_RETURN(arena, d, r, TPrefetchDescriptor, data, len, err, 4, DESCRIPTOR_TAG);
     bytes::Reader body = r.sub(d->getDescriptorLength());

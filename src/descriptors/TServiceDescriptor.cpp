@@ -12,14 +12,7 @@ TServiceDescriptor::TServiceDescriptor(unsigned char* bytes, unsigned int length
 
 TServiceDescriptor::~TServiceDescriptor() {}
 
-TServiceDescriptor* TServiceDescriptor::parse(unsigned char* data, unsigned int length,
-                                              unsigned int* bytesRead, unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TServiceDescriptor* TServiceDescriptor::build(memory::Arena* arena, unsigned char* bytes,
-                                              unsigned int length, unsigned int* bytesRead,
-                                              unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TServiceDescriptor, arena, bytes, length, bytesRead, error) {
     SARN_OPEN_OR_RETURN(arena, d, names, TServiceDescriptor, bytes, length, error, 3, 0x48);
     d->serviceType = names.u8();
     // service_provider_name_length + name, then service_name_length + name.

@@ -38,15 +38,7 @@ TServiceListDescriptor::~TServiceListDescriptor() {
         delete entry.second;
 }
 
-TServiceListDescriptor* TServiceListDescriptor::parse(unsigned char* data, unsigned int length,
-                                                      unsigned int* bytesRead,
-                                                      unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TServiceListDescriptor* TServiceListDescriptor::build(memory::Arena* arena, unsigned char* bytes,
-                                                      unsigned int length, unsigned int* bytesRead,
-                                                      unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TServiceListDescriptor, arena, bytes, length, bytesRead, error) {
     SARN_OPEN_OR_RETURN(arena, d, r, TServiceListDescriptor, bytes, length, error, 2, 0x41);
     // *bytesRead receives the last entry's size.
     TServiceListDescriptor* list = d.get();

@@ -13,14 +13,7 @@ TShortEventDescriptor::TShortEventDescriptor(unsigned char* bytes, unsigned int 
 
 TShortEventDescriptor::~TShortEventDescriptor() {}
 
-TShortEventDescriptor* TShortEventDescriptor::parse(unsigned char* data, unsigned int len,
-                                                    unsigned int* bytesRead, unsigned short* err) {
-    return build(nullptr, data, len, bytesRead, err);
-}
-
-TShortEventDescriptor* TShortEventDescriptor::build(memory::Arena* arena, unsigned char* data,
-                                                    unsigned int len, unsigned int* bytesRead,
-                                                    unsigned short* err) {
+SARN_DESCRIPTOR_PARSE(TShortEventDescriptor, arena, data, len, bytesRead, err) {
     // tag, length, ISO 639 code (3), event_name_length, name, text_length, text
     SARN_OPEN_OR_RETURN(arena, d, r, TShortEventDescriptor, data, len, err, 5, 0x4D);
     // The whole descriptor, announced before any of it is read.

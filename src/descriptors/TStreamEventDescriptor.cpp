@@ -13,15 +13,7 @@ TStreamEventDescriptor::~TStreamEventDescriptor() {
     delete[] privateData;
 }
 
-TStreamEventDescriptor* TStreamEventDescriptor::parse(unsigned char* data, unsigned int length,
-                                                      unsigned int* bytesRead,
-                                                      unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TStreamEventDescriptor* TStreamEventDescriptor::build(memory::Arena* arena, unsigned char* bytes,
-                                                      unsigned int length, unsigned int* bytesRead,
-                                                      unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TStreamEventDescriptor, arena, bytes, length, bytesRead, error) {
     // event_id(16), reserved(31) eventNPT(33), then private data up to the end
     // of the bytes given (the section table gives exactly the descriptor).
     SARN_OPEN_OR_RETURN(arena, d, r, TStreamEventDescriptor, bytes, length, error, 10,

@@ -11,18 +11,7 @@ TStreamIdentifierDescriptor::TStreamIdentifierDescriptor(unsigned char* bytes, u
 
 TStreamIdentifierDescriptor::~TStreamIdentifierDescriptor() {}
 
-TStreamIdentifierDescriptor* TStreamIdentifierDescriptor::parse(unsigned char* data,
-                                                                unsigned int length,
-                                                                unsigned int* bytesRead,
-                                                                unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TStreamIdentifierDescriptor* TStreamIdentifierDescriptor::build(memory::Arena* arena,
-                                                                unsigned char* bytes,
-                                                                unsigned int length,
-                                                                unsigned int* bytesRead,
-                                                                unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TStreamIdentifierDescriptor, arena, bytes, length, bytesRead, error) {
     SARN_OPEN_OR_RETURN(arena, d, r, TStreamIdentifierDescriptor, bytes, length, error, 1, 0x52);
     d->componentTag = r.u8();
     return parse::done(error, d, bytesRead, 1);

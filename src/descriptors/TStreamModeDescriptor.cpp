@@ -10,16 +10,7 @@ TStreamModeDescriptor::TStreamModeDescriptor(unsigned char* bytes, unsigned int 
 
 TStreamModeDescriptor::~TStreamModeDescriptor() {}
 
-TStreamModeDescriptor* TStreamModeDescriptor::parse(unsigned char* data, unsigned int length,
-                                                    unsigned int* bytesRead,
-                                                    unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TStreamModeDescriptor* TStreamModeDescriptor::build(memory::Arena* arena, unsigned char* bytes,
-                                                    unsigned int length,
-                                                    unsigned int* /*bytesRead*/,
-                                                    unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TStreamModeDescriptor, arena, bytes, length, bytesRead, error) {
     // stream_mode(8) and one reserved byte.
     SARN_OPEN_OR_RETURN(arena, d, r, TStreamModeDescriptor, bytes, length, error, 2,
                         DESCRIPTOR_TAG);

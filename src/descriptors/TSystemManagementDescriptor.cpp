@@ -13,18 +13,7 @@ TSystemManagementDescriptor::~TSystemManagementDescriptor() {
     delete[] additionalIdentificationInfo;
 }
 
-TSystemManagementDescriptor* TSystemManagementDescriptor::parse(unsigned char* data,
-                                                                unsigned int length,
-                                                                unsigned int* bytesRead,
-                                                                unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TSystemManagementDescriptor* TSystemManagementDescriptor::build(memory::Arena* arena,
-                                                                unsigned char* bytes,
-                                                                unsigned int length,
-                                                                unsigned int* bytesRead,
-                                                                unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TSystemManagementDescriptor, arena, bytes, length, bytesRead, error) {
     SARN_OPEN_OR_RETURN(arena, d, r, TSystemManagementDescriptor, bytes, length, error, 2, 0xFE);
     d->systemManagementId = r.u16();
     const unsigned int broadcasting = d->systemManagementId >> 8;

@@ -45,16 +45,7 @@ TTSInformationDescriptor::~TTSInformationDescriptor() {
     owned::deleteAll(transmissionTypes);
 }
 
-TTSInformationDescriptor* TTSInformationDescriptor::parse(unsigned char* data, unsigned int length,
-                                                          unsigned int* bytesRead,
-                                                          unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TTSInformationDescriptor* TTSInformationDescriptor::build(memory::Arena* arena,
-                                                          unsigned char* bytes, unsigned int length,
-                                                          unsigned int* bytesRead,
-                                                          unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TTSInformationDescriptor, arena, bytes, length, bytesRead, error) {
     SARN_OPEN_OR_RETURN(arena, d, r, TTSInformationDescriptor, bytes, length, error, 2, 0xCD);
     d->remoteControlKeyId = r.u8();
     // length_of_ts_name (6 bits) and transmission_type_count (2 bits).

@@ -14,14 +14,8 @@ TTerrestrialDeliverySystemDescriptor::~TTerrestrialDeliverySystemDescriptor() {
     delete[] frequencies;
 }
 
-TTerrestrialDeliverySystemDescriptor* TTerrestrialDeliverySystemDescriptor::parse(
-    unsigned char* data, unsigned int length, unsigned int* bytesRead, unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TTerrestrialDeliverySystemDescriptor* TTerrestrialDeliverySystemDescriptor::build(
-    memory::Arena* arena, unsigned char* bytes, unsigned int length, unsigned int* bytesRead,
-    unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TTerrestrialDeliverySystemDescriptor, arena, bytes, length, bytesRead,
+                      error) {
     SARN_OPEN_OR_RETURN(arena, d, r, TTerrestrialDeliverySystemDescriptor, bytes, length, error, 4,
                         0xFA);
     // area_code (12 bits), guard_interval (2), transmission_mode (2).

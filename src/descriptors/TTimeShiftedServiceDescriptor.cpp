@@ -11,18 +11,7 @@ TTimeShiftedServiceDescriptor::TTimeShiftedServiceDescriptor(unsigned char* byte
 
 TTimeShiftedServiceDescriptor::~TTimeShiftedServiceDescriptor() {}
 
-TTimeShiftedServiceDescriptor* TTimeShiftedServiceDescriptor::parse(unsigned char* data,
-                                                                    unsigned int length,
-                                                                    unsigned int* bytesRead,
-                                                                    unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TTimeShiftedServiceDescriptor* TTimeShiftedServiceDescriptor::build(memory::Arena* arena,
-                                                                    unsigned char* bytes,
-                                                                    unsigned int length,
-                                                                    unsigned int* bytesRead,
-                                                                    unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TTimeShiftedServiceDescriptor, arena, bytes, length, bytesRead, error) {
     SARN_OPEN_OR_RETURN(arena, d, r, TTimeShiftedServiceDescriptor, bytes, length, error, 2, 0x4C);
     d->referenceServiceID = r.u16();
     return parse::done(error, d, bytesRead, 2);

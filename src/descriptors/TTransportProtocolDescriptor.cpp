@@ -26,18 +26,7 @@ TTransportProtocolDescriptor::TTransportProtocolDescriptor(Type kind, unsigned s
 
 TTransportProtocolDescriptor::~TTransportProtocolDescriptor() {}
 
-TTransportProtocolDescriptor* TTransportProtocolDescriptor::parse(unsigned char* data,
-                                                                  unsigned int len,
-                                                                  unsigned int* bytesRead,
-                                                                  unsigned short* err) {
-    return build(nullptr, data, len, bytesRead, err);
-}
-
-TTransportProtocolDescriptor* TTransportProtocolDescriptor::build(memory::Arena* arena,
-                                                                  unsigned char* data,
-                                                                  unsigned int len,
-                                                                  unsigned int* bytesRead,
-                                                                  unsigned short* err) {
+SARN_DESCRIPTOR_PARSE(TTransportProtocolDescriptor, arena, data, len, bytesRead, err) {
     if (!parseCommonHeader(data, len, err, 3, DESCRIPTOR_TAG))
         return nullptr;
     bytes::Reader r(data, len);

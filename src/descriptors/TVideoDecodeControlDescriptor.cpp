@@ -12,18 +12,7 @@ TVideoDecodeControlDescriptor::TVideoDecodeControlDescriptor(unsigned char* byte
 
 TVideoDecodeControlDescriptor::~TVideoDecodeControlDescriptor() {}
 
-TVideoDecodeControlDescriptor* TVideoDecodeControlDescriptor::parse(unsigned char* data,
-                                                                    unsigned int length,
-                                                                    unsigned int* bytesRead,
-                                                                    unsigned short* error) {
-    return build(nullptr, data, length, bytesRead, error);
-}
-
-TVideoDecodeControlDescriptor* TVideoDecodeControlDescriptor::build(memory::Arena* arena,
-                                                                    unsigned char* bytes,
-                                                                    unsigned int length,
-                                                                    unsigned int* bytesRead,
-                                                                    unsigned short* error) {
+SARN_DESCRIPTOR_PARSE(TVideoDecodeControlDescriptor, arena, bytes, length, bytesRead, error) {
     SARN_OPEN_OR_RETURN(arena, d, r, TVideoDecodeControlDescriptor, bytes, length, error, 1, 0xC8);
     const unsigned char flags = r.u8();
     d->stillPicture = (flags >> 7) & 1;

@@ -56,13 +56,7 @@ std::nullptr_t tooShort(unsigned int len, unsigned short* err) {
 }
 }  // namespace
 
-TApplication* TApplication::parse(unsigned char* data, unsigned int len, int unused,
-                                  unsigned int* bytesRead, unsigned short* err) {
-    return build(nullptr, data, len, unused, bytesRead, err);
-}
-
-TApplication* TApplication::build(memory::Arena* arena, unsigned char* data, unsigned int len, int,
-                                  unsigned int* bytesRead, unsigned short* err) {
+SARN_ENTRY_PARSE(TApplication, arena, data, len, bytesRead, err) {
     // application_identifier (6 bytes), application_control_code, 4 bits
     // kept as the recommended resolution, application_descriptors_loop_length
     // (12 bits), descriptors.

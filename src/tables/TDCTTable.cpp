@@ -13,15 +13,7 @@ TDatacasterCarousel::TDatacasterCarousel()
 
 TDatacasterCarousel::~TDatacasterCarousel() {}
 
-TDatacasterCarousel* TDatacasterCarousel::parse(unsigned char* data, unsigned int length,
-                                                int unused, unsigned int* bytesRead,
-                                                unsigned short* error) {
-    return build(nullptr, data, length, unused, bytesRead, error);
-}
-
-TDatacasterCarousel* TDatacasterCarousel::build(memory::Arena* arena, unsigned char* data,
-                                                unsigned int length, int, unsigned int* bytesRead,
-                                                unsigned short* error) {
+SARN_ENTRY_PARSE(TDatacasterCarousel, arena, data, length, bytesRead, error) {
     bytes::Reader in(data, length);
     // The eight fixed bytes must be there; the name's length byte may be
     // missing at the very end, which reads as an empty name.

@@ -20,15 +20,7 @@ TTransportStreamInfo::TTransportStreamInfo()
 
 TTransportStreamInfo::~TTransportStreamInfo() {}
 
-TTransportStreamInfo* TTransportStreamInfo::parse(unsigned char* data, unsigned int length,
-                                                  int unused, unsigned int* bytesRead,
-                                                  unsigned short* error) {
-    return build(nullptr, data, length, unused, bytesRead, error);
-}
-
-TTransportStreamInfo* TTransportStreamInfo::build(memory::Arena* arena, unsigned char* bytes,
-                                                  unsigned int length, int, unsigned int* bytesRead,
-                                                  unsigned short* error) {
+SARN_ENTRY_PARSE(TTransportStreamInfo, arena, bytes, length, bytesRead, error) {
     // The entry's messages have always named it TNITTransportStreamInfo.
     bytes::Reader in(bytes, length);
     if (!tables::hasFixed(in, 6, "TNITTransportStreamInfo", length, error))

@@ -43,13 +43,7 @@ TProgramMap::TProgramMap() : DescriptorLoop(kProgramMapTags), streamType(0), ele
 
 TProgramMap::~TProgramMap() {}
 
-TProgramMap* TProgramMap::parse(unsigned char* data, unsigned int length, int unused,
-                                unsigned int* bytesRead, unsigned short* error) {
-    return build(nullptr, data, length, unused, bytesRead, error);
-}
-
-TProgramMap* TProgramMap::build(memory::Arena* arena, unsigned char* bytes, unsigned int length,
-                                int, unsigned int* bytesRead, unsigned short* error) {
+SARN_ENTRY_PARSE(TProgramMap, arena, bytes, length, bytesRead, error) {
     bytes::Reader in(bytes, length);
     if (!tables::hasFixed(in, 5, "TProgramMap", length, error))
         return nullptr;

@@ -39,14 +39,7 @@ TDownloadContent::~TDownloadContent() {
     owned::deleteAll(schedules);
 }
 
-TDownloadContent* TDownloadContent::parse(unsigned char* data, unsigned int length, int unused,
-                                          unsigned int* bytesRead, unsigned short* error) {
-    return build(nullptr, data, length, unused, bytesRead, error);
-}
-
-TDownloadContent* TDownloadContent::build(memory::Arena* arena, unsigned char* data,
-                                          unsigned int length, int, unsigned int* bytesRead,
-                                          unsigned short* error) {
+SARN_ENTRY_PARSE(TDownloadContent, arena, data, length, bytesRead, error) {
     bytes::Reader in(data, length);
     if (!tables::hasFixed(in, 8, "TDownloadContent", in.remaining(), error))
         return nullptr;

@@ -26,15 +26,7 @@ TServiceDescription::TServiceDescription()
 
 TServiceDescription::~TServiceDescription() {}
 
-TServiceDescription* TServiceDescription::parse(unsigned char* data, unsigned int length,
-                                                int unused, unsigned int* bytesRead,
-                                                unsigned short* error) {
-    return build(nullptr, data, length, unused, bytesRead, error);
-}
-
-TServiceDescription* TServiceDescription::build(memory::Arena* arena, unsigned char* bytes,
-                                                unsigned int length, int, unsigned int* bytesRead,
-                                                unsigned short* error) {
+SARN_ENTRY_PARSE(TServiceDescription, arena, bytes, length, bytesRead, error) {
     bytes::Reader in(bytes, length);
     if (!tables::hasFixed(in, 5, "TServiceDescription", length, error))
         return nullptr;
