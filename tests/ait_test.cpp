@@ -342,41 +342,16 @@ TEST(AIT, FailuresWithTheirCodesAndLines) {
     delete a;
 }
 
-TEST(AIT, RepeatsDuplicatesAndHtml5Lookups) {
+TEST(AIT, Html5LocationsAndApplicationsAddedAndRemoved) {
     LogCapture log;
-    Bytes empty = ait({}, {});
-    EXPECT_EQ(sectionOutcome(empty),
-              "{\"table_id\":116,\"section_length\":13,\"table_id_extension\":9,"
-              "\"version_number\":1,\"current_next_indicator\":1,\"section_number\":0,"
-              "\"last_section_number\":0,\"descriptors\":[],\"application_loop\":[]}");
     unsigned short code = 0xFFFF;
-    TAITTable* t = parse(empty, &code);
-    EXPECT_EQ(sectionOutcome(empty, nullptr, 0, 1, t), "null code=2561");
-    delete t;
-
-    // The same application twice and two transport descriptors: the later ones stay.
-    Bytes again = application(1, {0x02, 0x05, 0x00, 0x04, 0x07, 0x00, 0x0C});
-    again[6] = 0x04;  // control code KILL
-    EXPECT_EQ(
-        sectionOutcome(ait(
-            {0x02, 0x05, 0x00, 0x01, 0x01, 0x00, 0x41, 0x02, 0x05, 0x00, 0x01, 0x02, 0x00, 0x42},
-            application(1, {}) + again)),
-        "{\"table_id\":116,\"section_length\":52,\"table_id_extension\":9,\"version_number\":1,"
-        "\"current_next_indicator\":1,\"section_number\":0,\"last_section_number\":0,"
-        "\"descriptors\":[{\"errors\":0,\"descriptor_tag\":2,\"descriptor_length\":5,"
-        "\"protocol_id\":1,\"transport_protocol_label\":2}],\"application_loop\":["
-        "{\"application_identifier\":{\"organization_id\":10,\"application_id\":1},"
-        "\"application_control_code\":4,\"recommended_resolution\":0,\"descriptors\":["
-        "{\"errors\":0,\"descriptor_tag\":2,\"descriptor_length\":5,\"protocol_id\":4,"
-        "\"transport_protocol_label\":7}]}]}");
-
     // HTML5: the table keeps its location but does not find it by tag; an
     // application answers 0x0E (and 0x0F) with its location, if any. Then
     // removing and adding applications.
     const Bytes html5 = {0x0E, 0x02, 0x01, 'p'};
     const Bytes location = {0x0F, 0x06, 0x00, 0x00, 'a', '.', 'h', 't'};
     Bytes b = ait(location, application(1, html5) + application(2, html5 + location));
-    t = parse(b, &code);
+    TAITTable* t = parse(b, &code);
     ASSERT_NE(t, nullptr);
     EXPECT_EQ(t->getDescriptorTags(), (std::list<unsigned char>{0x0F}));
     EXPECT_EQ(t->getDescriptor(0x0F), nullptr);

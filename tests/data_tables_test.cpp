@@ -215,37 +215,6 @@ TEST(SDTT, ContentsSchedulesAndDescriptors) {
               header(195, 2) + none + " | group 2 versions 4095>4095 level 3 indicator 2 shift 0");
 }
 
-TEST(SDTT, ContentsAndSchedulesOnTheirOwn) {
-    LogCapture log;
-    Bytes b = join({fixedFields(1), kBareContent});
-    unsigned short code = 0;
-    EXPECT_EQ(TScheduleInfo::parse(nullptr, 8, nullptr, &code), nullptr);
-    EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
-    EXPECT_EQ(TDownloadContent::parse(b.data(), 7, 1, nullptr, &code), nullptr);
-    EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
-    // One whole schedule in exactly the eight bytes left is fine.
-    Bytes exact = {0x00, 0x00, 0x00, 0x00, 0x00, 0x80, 0x00, 0x80,
-                   0xEB, 0xE0, 0x12, 0x00, 0x00, 0x00, 0x01, 0x00};
-    unsigned int read = 0;
-    TDownloadContent* one = TDownloadContent::parse(exact.data(), length(exact), 1, &read, &code);
-    ASSERT_NE(one, nullptr);
-    EXPECT_EQ(code, ERROR_NONE);
-    EXPECT_EQ(read, 16u);
-    delete one;
-    // A content on its own whose schedule length (4) is not whole schedules:
-    // the second schedule would run past the bytes, and the content is too
-    // short rather than holding a broken item.
-    Bytes content = {0x00, 0x00, 0x00, 0x00, 0x00, 0xCF, 0x00, 0x40, 0xEB, 0xE0,
-                     0x12, 0x00, 0x00, 0x00, 0x01, 0x00, 0x40, 0x02, 0x00, 0x00};
-    EXPECT_EQ(TDownloadContent::parse(content.data(), length(content), 1, nullptr, &code), nullptr);
-    EXPECT_EQ(code, ERROR_DATA_TOO_SHORT);
-    EXPECT_EQ(log.texts(),
-              (std::vector<std::string>{
-                  warnLine("TScheduleInfo::parse: Item length not valid: 0. Aborting!"),
-                  warnLine("TDownloadContent::parse: Item length not valid: 7. Aborting!"),
-                  warnLine("TDownloadContent::parse: Item length not valid: 4. Aborting!")}));
-}
-
 TEST(DCT, CarouselsOfAService) {
     // PID 0x1F0 (reserved bits set), version 3, carousel 10, component tag
     // 0x40, "Ginga"; then PID 0x200, version 0, carousel 0xFFFFFFFF, tag
@@ -396,29 +365,6 @@ TEST(DsmccSection, StreamDescriptorsIntoSlots) {
     };
     for (const auto& c : cases)
         EXPECT_EQ(c.first, c.second);
-}
-
-TEST(DsmccSection, DsiDiiAndDdbAreKeptWithoutParsing) {
-    // A copy of the bytes, whatever they are: no header read, no previous
-    // table compared, no code written but 0.
-    LogCapture log;
-    Bytes ddb = {0x3C};
-    unsigned short code = 0xFFFF;
-    TDDBTable* d = TDDBTable::parse(ddb.data(), 1, 7, 7, &code, nullptr);
-    ASSERT_NE(d, nullptr);
-    EXPECT_EQ(code, 0);
-    EXPECT_EQ(Bytes(d->getData(), d->getData() + d->getDataLength()), ddb);
-    EXPECT_NE(d->getData(), ddb.data());
-    TDDBTable* again = TDDBTable::parse(ddb.data(), 1, 1, 1, &code, d);
-    EXPECT_NE(again, nullptr);
-    delete again;
-    delete d;
-    TDsiDiiTable* s = TDsiDiiTable::parse(nullptr, 0, 0, 0, nullptr, nullptr);
-    ASSERT_NE(s, nullptr);
-    EXPECT_EQ(s->getData(), nullptr);
-    EXPECT_EQ(s->toJSON(), "\"table_id\":0,\"section_length\":0");
-    delete s;
-    EXPECT_TRUE(log.lines().empty());
 }
 
 TEST(DataTables, FreshTablesAndEntriesRenderZerosAndParsedOnesFreeWhatTheyHold) {

@@ -158,32 +158,6 @@ TEST(DescriptorHeader, EachClassChecksItsTagAndMinimumLength) {
     }
 }
 
-TEST(DescriptorBase, RendersMembersAndHexContent) {
-    Bytes b = {0x52, 0x01, 0x0A};
-    TISDBTDescriptor d(0x52, b.data(), 3);
-    EXPECT_EQ(d.toJSON(),
-              "\"errors\":0,\"descriptor_tag\":82,\"descriptor_length\":1,\"descriptor_content\":"
-              "\"0x0a\"");
-    d.setErrorFlag(0x02);
-    d.setErrorFlag(0x80);
-    EXPECT_EQ(d.toJSONInternal(0), "\"errors\":130,\"descriptor_tag\":82,\"descriptor_length\":1");
-
-    // The tag is the class's, not byte 0; a zero length has no content member.
-    Bytes empty = {0x99, 0x00};
-    TISDBTDescriptor e(0xFD, empty.data(), 2);
-    EXPECT_EQ(e.toJSON(), "\"errors\":0,\"descriptor_tag\":253,\"descriptor_length\":0");
-
-    // A descriptor built over fewer bytes than its length byte claims renders
-    // only what it was given.
-    Bytes cut = {0x4D, 0x05, 0xAB, 0xCD};
-    TISDBTDescriptor c(0x4D, cut.data(), 4);
-    EXPECT_EQ(c.toJSON(),
-              "\"errors\":0,\"descriptor_tag\":77,\"descriptor_length\":5,\"descriptor_content\":"
-              "\"0xabcd\"");
-    TISDBTDescriptor one(0x4D, cut.data(), 1);
-    EXPECT_EQ(one.getDescriptorLength(), 0);
-}
-
 namespace {
 // An owner accepting tags of which no class exists (0x52 is not accepted),
 // so every descriptor is stepped over.
@@ -232,11 +206,4 @@ TEST(DescriptorLoop, WalksWholeDescriptorsAndStopsOnOverrun) {
     DescriptorLoop bare;
     bare.parseDescriptor(ok.data(), 6);
     EXPECT_TRUE(bare.getDescriptorList().empty());
-}
-
-TEST(DescriptorLoop, TagSetIsABitmap) {
-    constexpr DescriptorTagSet set = {0x00, 0x1F, 0x20, 0xFF};
-    for (int t = 0; t < 256; ++t)
-        EXPECT_EQ(set.contains(static_cast<unsigned char>(t)),
-                  t == 0 || t == 0x1F || t == 0x20 || t == 0xFF);
 }

@@ -1023,30 +1023,3 @@ TEST(DescriptorCases, ObjectsBeforeParsing) {
          R"("errors":0,"descriptor_tag":2,"descriptor_length":0,"protocol_id":5,"transport_protocol_label":0 | 1 5 0 0 0 0 0 0)"},
     });
 }
-
-TEST(DescriptorCases, ItemsBeforeParsing) {
-    TLocalTimeOffsetDescriptorItem offset;
-    TEmergencyInformationDescriptorItem alarm;
-    TDigitalCopyControlDescriptorItem copy;
-    TDownloadContentDescriptorItem module;
-    TCompatibilityDescriptorItem entry;
-    TCompatibilityDescriptorSubItem sub;
-    TApplicationNameDescriptorItem name;
-    TApplicationIdentifier id;
-    const std::string all =
-        cat(offset.getCountryCode(), offset.getCountryRegionID(),
-            offset.getLocalTimeOffsetPolarity(), offset.getLocalTimeOffset(),
-            offset.getTimeOfChange(), offset.getNextTimeOffset()) +
-        cat(alarm.getServiceID(), alarm.isStart(), alarm.getSignalLevel(),
-            alarm.getAreaCodeCounter()) +
-        cat(copy.getComponentTag(), copy.getDigitalRecordingControlData(),
-            copy.getCopyControlType(), copy.getAPSControlData(), copy.getMaximumBitrate()) +
-        cat(module.getModuleID(), module.getModuleSize()) +
-        hexOf(module.getModuleInfo(), module.getModuleInfoLength()) +
-        cat(entry.getDescriptorType(), entry.getSpecifierType(), entry.getSpecifierData(),
-            entry.getModel(), entry.getVersion(), entry.getCompatibilityDescriptorSubItemSize()) +
-        cat(sub.getSubDescriptorType()) +
-        hexOf(sub.getAdditionalInformation(), sub.getAdditionalInformationLength()) +
-        cat(name.getLanguageCode(), name.getName(), id.getOrganizationID(), id.getApplicationID());
-    EXPECT_EQ(all, "  0 1 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 null 0 0 0 0 0 0 0 0 null   0 0");
-}

@@ -283,29 +283,6 @@ TEST(TransportProtocolSelectors, InteractionChannelAndProtocol5) {
                      "Aborting!")}));
 }
 
-TEST(DescriptorSizes, PayloadSizesFollowTheBytesHandedInInEightBits) {
-    // The sizes come from the bytes handed in, not from descriptor_length,
-    // and are kept in 8 bits: 258 bytes of AAC additional info keep 2.
-    Bytes aac = fromHex("7C 04 10 00");
-    for (unsigned int i = 0; i < 258; ++i)
-        aac.push_back(static_cast<unsigned char>(0xA0 + i));
-    EXPECT_EQ(outcome<TAACDescriptor>(aac),
-              "read=4 \"errors\":0,\"descriptor_tag\":124,\"descriptor_length\":4,"
-              "\"profile_and_level\":16,\"AAC_type_flag\":0,\"additional_info\":\"0xa0a1\"");
-    // 257 bytes of copyright info keep 1.
-    Bytes copyright = fromHex("0D 04 00000007") + Bytes(257, 0x5A);
-    EXPECT_EQ(outcome<TCopyrightDescriptor>(copyright),
-              "read=5 \"name:\":\"copyrightDescriptor\",\"copyrightId\":7,"
-              "\"copyrightAdditionalInfo\":\"Z\"");
-    // 257 CA_system_ids keep a count of 1, while the byte count is the whole
-    // payload.
-    Bytes ca = fromHex("53 02");
-    for (unsigned int i = 0; i < 257; ++i)
-        ca = ca + Bytes{0x0B, static_cast<unsigned char>(i)};
-    EXPECT_EQ(outcome<TCAIdentifierDescriptor>(ca),
-              "read=514 \"name\":\"caIdentifierDescriptor\",\"caSystemId\":[2816]");
-}
-
 namespace {
 // Blocks a parse and delete of T over b leave behind (a first run is not
 // counted, so that what it sets up for good does not count).

@@ -438,34 +438,6 @@ TEST(SarnDump, ProgressBarOnATerminal) {
     std::remove((path + ".out").c_str());
 }
 
-TEST(SarnDump, RealCaptures) {
-    const std::string dir = std::string(SARN_SHARED_DIR) + "/captures/";
-    if (capturesDir().empty())
-        GTEST_SKIP() << "no captures in " << dir;
-    REQUIRE_JSON_CHECK();
-    // The lines that --all prints (every section that a table class takes)
-    // and the summary of each capture, fingerprinted.
-    const std::vector<std::pair<const char*, std::pair<size_t, unsigned long long>>> cases = {
-        {"br-isdbtb-tv-integracao-rs204.ts", {4, 1195882538936003033ull}},
-        {"isdbtb-lab-oneseg-mux.ts", {79, 6953272415404840044ull}},
-        {"jp-isdbs-bs-excerpt.ts", {8, 2354548278451107708ull}},
-        {"jp-isdbt-nit-1.ts", {1, 1826948237473894772ull}},
-        {"jp-isdbt-nit-2.ts", {1, 1826948237473894772ull}},
-        {"dvb-mhp-ait-tot-excerpt.ts", {57, 11055292069421380901ull}},
-        {"br-isdbtb-tv-integracao.tables.bin", {7, 2594213987006985117ull}},
-        {"jp-isdb-cable-swdl.tables.bin", {9, 16470429589569160328ull}},
-        {"jp-isdbt-nhk-akita.tables.bin", {11, 4810219335670113784ull}},
-        {"jp-isdbt-nhk-akita-tot.tables.bin", {2, 4315364332523027178ull}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.first);
-        const ToolRun r = runTool(std::string("--all '") + dir + c.first + "'");
-        EXPECT_EQ(r.status, 0);
-        EXPECT_EQ(lines(r.out).size(), c.second.first);
-        EXPECT_EQ(fingerprint(r.err), c.second.second) << r.err;
-    }
-}
-
 namespace {
 
 /** sarn-dump on standard input, with the given descriptors as its input and output. */

@@ -31,11 +31,6 @@ TPATTable* parsePat(Bytes& b, unsigned short* code, int checkCrc = 1,
     return TPATTable::parse(b.data(), length(b), 0, checkCrc, code, previous);
 }
 
-Bytes with(Bytes b, size_t at, unsigned char value) {
-    b[at] = value;
-    return b;
-}
-
 }  // namespace
 
 TEST(Sections, HeaderChecksInOrder) {

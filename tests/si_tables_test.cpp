@@ -14,11 +14,6 @@ using namespace Sarn;
 
 namespace {
 
-Bytes with(Bytes b, size_t at, unsigned char value) {
-    b[at] = value;
-    return b;
-}
-
 // One stream entry: stream_type, PID, ES_info_length and its descriptors.
 Bytes stream(unsigned char type, unsigned short pid, const Bytes& descriptors) {
     return Bytes{type} + be16(0xE000 | pid) + loop12(descriptors);

@@ -38,6 +38,12 @@ inline Bytes be16(unsigned int v) {
 Bytes join(std::initializer_list<Bytes> parts);
 
 /** Concatenation, to build loops piece by piece. */
+/** b with the byte at `at` set to value. */
+inline Bytes with(Bytes b, size_t at, unsigned char value) {
+    b[at] = value;
+    return b;
+}
+
 inline Bytes operator+(Bytes a, const Bytes& b) {
     a.insert(a.end(), b.begin(), b.end());
     return a;
