@@ -543,8 +543,8 @@ TEST(DescriptorCases, ServiceInformation) {
         // region of Argentina ahead with minutes; Uruguay with odd minutes.
         {run<TLocalTimeOffsetDescriptor>,
          "58 27 'BRA' 03 0300 E14D 000000 0200 'ARG' 0A 0330 0000 123456 1030"
-         " 'URY' 05 0107 E14D 235959 0009",
-         R"(read=13 "errors":0,"descriptor_tag":88,"descriptor_length":39,"loop":[{"country_code":"ARG","country_region_id":2,"local_time_offset_polarity":0,"local_time_offset":"11:00","time_of_change":"1970-01-01 12:34:56","next_time_offset":"04:36"},{"country_code":"BRA","country_region_id":0,"local_time_offset_polarity":1,"local_time_offset":"03:00","time_of_change":"2016-10-16 00:00:00","next_time_offset":"02:00"},{"country_code":"URY","country_region_id":1,"local_time_offset_polarity":1,"local_time_offset":"01:00","time_of_change":"2016-10-16 23:59:59","next_time_offset":"00:00"}] | ARG 2 0 39600 45296 14976 BRA 0 1 10800 1476576000 7200 URY 1 1 4020 1476662399 540)"},
+         " 'URY' 05 0907 E14D 235959 0009",
+         R"(read=13 "errors":0,"descriptor_tag":88,"descriptor_length":39,"loop":[{"country_code":"ARG","country_region_id":2,"local_time_offset_polarity":0,"local_time_offset":"11:00","time_of_change":"1970-01-01 12:34:56","next_time_offset":"04:36"},{"country_code":"BRA","country_region_id":0,"local_time_offset_polarity":1,"local_time_offset":"03:00","time_of_change":"2016-10-16 00:00:00","next_time_offset":"02:00"},{"country_code":"URY","country_region_id":1,"local_time_offset_polarity":1,"local_time_offset":"09:00","time_of_change":"2016-10-16 23:59:59","next_time_offset":"00:00"}] | ARG 2 0 39600 45296 14976 BRA 0 1 10800 1476576000 7200 URY 1 1 32820 1476662399 540)"},
         // A repeated country keeps the later entry.
         {run<TLocalTimeOffsetDescriptor>,
          "58 1A 'BRA' 03 0300 E14D 000000 0200 'BRA' 03 0200 E0A8 000000 0300",

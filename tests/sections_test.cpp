@@ -64,10 +64,11 @@ TEST(Sections, HeaderChecksInOrder) {
         {sectionOutcome(Bytes{0x00, 0xB0, 0x08, 0x00, 0x01, 0xC1, 0x00, 0x00, 0, 0, 0, 0}, nullptr,
                         0, 0),
          "null code=2565" + kWarn + "TISDBTVersionedTable::parse: Section length 4 < 5"},
-        // An EIT takes fourteen bytes, the fixed fields without events or CRC.
-        {sectionOutcome(Bytes{0x4E, 0xF0, 0x0B, 0, 1, 0xC1, 0, 0, 0, 1, 0, 1, 0, 0x4E}, nullptr, 0,
+        // An EIT takes fourteen bytes, the fixed fields without events or CRC;
+        // version 17 uses all five bits.
+        {sectionOutcome(Bytes{0x4E, 0xF0, 0x0B, 0, 1, 0xE3, 0, 0, 0, 1, 0, 1, 0, 0x4E}, nullptr, 0,
                         0),
-         "{\"table_id\":78,\"section_length\":11,\"table_id_extension\":1,\"version_number\":0,"
+         "{\"table_id\":78,\"section_length\":11,\"table_id_extension\":1,\"version_number\":17,"
          "\"current_next_indicator\":1,\"section_number\":0,\"last_section_number\":0,"
          "\"transport_stream_id\":1,\"original_network_id\":1,\"segment_last_section_number\":0,"
          "\"last_table_id\":78,\"event_loop\":[]}"},
