@@ -125,6 +125,13 @@ class VectorInArena {
     Vector& vector;
 };
 
+/** Room for n values of T (left as it is), in arena when there is one; freed with releaseObject. */
+template <class T>
+T* newArray(Arena* arena, std::size_t n) {
+    const std::size_t size = n * sizeof(T);
+    return static_cast<T*>(arena != nullptr ? allocateObject(size, *arena) : allocateObject(size));
+}
+
 /** new (arena) T(args...) with an arena, new T(args...) without one. */
 template <class T, class... A>
 T* make(Arena* arena, A&&... args) {

@@ -5,8 +5,10 @@
 // owned copies of raw byte fields, arrays of big-endian 16-bit values, and
 // the JSON forms in which those fields are written.
 
+#include <cstring>
 #include <string>
 
+#include "Arena.h"
 #include "Bytes.h"
 #include "Json.h"
 #include "Reader.h"
@@ -15,12 +17,21 @@
 namespace Sarn {
 namespace fields {
 
-using bytes::copyBytes;
+// The arrays below are freed with releaseObject: built in arena when the
+// parse has one, on the heap otherwise (arena null).
+
+/** An owned copy of n bytes at src (null when src is null or n is 0). */
+inline unsigned char* copyBytes(memory::Arena* arena, const unsigned char* src, unsigned int n) {
+    if (src == nullptr || n == 0)
+        return nullptr;
+    unsigned char* copy = memory::newArray<unsigned char>(arena, n);
+    std::memcpy(copy, src, n);
+    return copy;
+}
 
 /** An owned copy of the next n bytes of r (null when n is 0 or they are not there). */
-inline unsigned char* copyBytes(bytes::Reader& r, unsigned int n) {
-    const unsigned char* src = r.bytes(n);
-    return src != nullptr ? copyBytes(src, n) : nullptr;
+inline unsigned char* copyBytes(memory::Arena* arena, bytes::Reader& r, unsigned int n) {
+    return copyBytes(arena, r.bytes(n), n);
 }
 
 /**
@@ -28,18 +39,20 @@ inline unsigned char* copyBytes(bytes::Reader& r, unsigned int n) {
  * 256): size receives that count and the bytes come back as an owned copy
  * (null for none).
  */
-inline unsigned char* copyRest8(bytes::Reader& r, unsigned char& size) {
+inline unsigned char* copyRest8(memory::Arena* arena, bytes::Reader& r, unsigned char& size) {
     size = static_cast<unsigned char>(r.remaining());
-    return copyBytes(r, size);
+    return copyBytes(arena, r, size);
 }
 
 /**
  * The next `count` 16-bit big-endian values of r in an owned array of
- * `slots` (freed with delete[]), the slots past count zero; count <= slots.
- * Values not there read as 0.
+ * `slots`, the slots past count zero; count <= slots. Values not there read
+ * as 0.
  */
-inline unsigned short* readBe16Array(bytes::Reader& r, unsigned int count, unsigned int slots) {
-    unsigned short* values = new unsigned short[slots]();
+inline unsigned short* readBe16Array(memory::Arena* arena, bytes::Reader& r, unsigned int count,
+                                     unsigned int slots) {
+    unsigned short* values = memory::newArray<unsigned short>(arena, slots);
+    std::memset(values, 0, slots * sizeof(unsigned short));
     for (unsigned int i = 0; i < count; ++i)
         values[i] = r.u16();
     return values;
@@ -51,12 +64,12 @@ inline unsigned short* readBe16Array(bytes::Reader& r, unsigned int count, unsig
  * into an owned array of one slot per byte left. Null, with count untouched,
  * when nothing is left.
  */
-inline unsigned short* readRest16(bytes::Reader& r, unsigned char& count) {
+inline unsigned short* readRest16(memory::Arena* arena, bytes::Reader& r, unsigned char& count) {
     const unsigned int payload = r.remaining();
     if (payload == 0)
         return nullptr;
     count = static_cast<unsigned char>(payload / 2);
-    return readBe16Array(r, count, payload);
+    return readBe16Array(arena, r, count, payload);
 }
 
 /** The next n bytes of r as characters, copied as they are (nothing dropped). */

@@ -12,7 +12,7 @@ TAACDescriptor::TAACDescriptor(unsigned char* bytes, unsigned int length)
     : TISDBTDescriptor(0x7C, bytes, length) {}
 
 TAACDescriptor::~TAACDescriptor() {
-    delete[] additionalInfo;
+    releaseObject(additionalInfo);
 }
 
 SARN_DESCRIPTOR_PARSE(TAACDescriptor, arena, bytes, length, bytesRead, error) {
@@ -30,7 +30,7 @@ SARN_DESCRIPTOR_PARSE(TAACDescriptor, arena, bytes, length, bytesRead, error) {
         }
         d->aacType = r.u8();
     }
-    d->additionalInfo = fields::copyRest8(r, d->additionalInfoSize);
+    d->additionalInfo = fields::copyRest8(arena, r, d->additionalInfoSize);
     return parse::done(error, d, bytesRead,
                        2u + (d->aacTypeFlag ? 1u : 0u) + d->additionalInfoSize);
 }

@@ -57,14 +57,14 @@ TApplicationDescriptor::TApplicationDescriptor(const TApplicationDescriptor* src
       visibleForUsers(src->visibleForUsers),
       visibleForApplications(src->visibleForApplications),
       transportProtocolLabelCount(src->transportProtocolLabelCount),
-      transportProtocolLabels(
-          fields::copyBytes(src->transportProtocolLabels, src->transportProtocolLabelCount)) {
+      transportProtocolLabels(fields::copyBytes(nullptr, src->transportProtocolLabels,
+                                                src->transportProtocolLabelCount)) {
     owned::copyAll(src->profiles, profiles);
 }
 
 TApplicationDescriptor::~TApplicationDescriptor() {
     owned::deleteAll(profiles);
-    delete[] transportProtocolLabels;
+    releaseObject(transportProtocolLabels);
 }
 
 SARN_DESCRIPTOR_PARSE(TApplicationDescriptor, arena, data, len, bytesRead, err) {
@@ -105,8 +105,8 @@ SARN_DESCRIPTOR_PARSE(TApplicationDescriptor, arena, data, len, bytesRead, err) 
 
     // Everything after the priority is a list of one-byte transport protocol labels.
     d->transportProtocolLabelCount = static_cast<unsigned char>(body.remaining());
-    d->transportProtocolLabels = fields::copyBytes(body.bytes(d->transportProtocolLabelCount),
-                                                   d->transportProtocolLabelCount);
+    d->transportProtocolLabels = fields::copyBytes(
+        arena, body.bytes(d->transportProtocolLabelCount), d->transportProtocolLabelCount);
     return parse::done(err, d, bytesRead, length);
 }
 

@@ -11,7 +11,7 @@ TCAIdentifierDescriptor::TCAIdentifierDescriptor(unsigned char* bytes, unsigned 
     : TISDBTDescriptor(0x53, bytes, length) {}
 
 TCAIdentifierDescriptor::~TCAIdentifierDescriptor() {
-    delete[] caSystemIds;
+    releaseObject(caSystemIds);
 }
 
 SARN_DESCRIPTOR_PARSE(TCAIdentifierDescriptor, arena, bytes, length, bytesRead, error) {
@@ -19,7 +19,7 @@ SARN_DESCRIPTOR_PARSE(TCAIdentifierDescriptor, arena, bytes, length, bytesRead, 
     // Two bytes per CA_system_id up to the end of the bytes handed in; an odd
     // trailing byte is ignored and the count is kept in 8 bits.
     const unsigned int payload = r.remaining();
-    d->caSystemIds = fields::readRest16(r, d->caSystemIdCount);
+    d->caSystemIds = fields::readRest16(arena, r, d->caSystemIdCount);
     return parse::done(error, d, bytesRead, payload);
 }
 

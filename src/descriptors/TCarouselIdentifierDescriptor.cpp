@@ -14,7 +14,7 @@ TCarouselIdentifierDescriptor::TCarouselIdentifierDescriptor(unsigned char* byte
 
 TCarouselIdentifierDescriptor::~TCarouselIdentifierDescriptor() {
     delete[] objectKeyData;
-    delete[] privateData;
+    releaseObject(privateData);
 }
 
 SARN_DESCRIPTOR_PARSE(TCarouselIdentifierDescriptor, arena, bytes, length, bytesRead, error) {
@@ -22,7 +22,7 @@ SARN_DESCRIPTOR_PARSE(TCarouselIdentifierDescriptor, arena, bytes, length, bytes
     d->carouselId = r.u32();
     // Everything after carousel_id is kept undecoded. The size field is 8
     // bits wide, so only that many bytes are kept from an oversized buffer.
-    d->privateData = fields::copyRest8(r, d->privateDataSize);
+    d->privateData = fields::copyRest8(arena, r, d->privateDataSize);
     return parse::done(error, d, bytesRead, length - 2);
 }
 

@@ -12,7 +12,7 @@ TConditionalPlaybackDescriptor::TConditionalPlaybackDescriptor(unsigned char* by
     : TISDBTDescriptor(0xF8, bytes, length) {}
 
 TConditionalPlaybackDescriptor::~TConditionalPlaybackDescriptor() {
-    delete[] privateData;
+    releaseObject(privateData);
 }
 
 SARN_DESCRIPTOR_PARSE(TConditionalPlaybackDescriptor, arena, bytes, length, bytesRead, error) {
@@ -20,7 +20,7 @@ SARN_DESCRIPTOR_PARSE(TConditionalPlaybackDescriptor, arena, bytes, length, byte
     d->caSystemId = r.u16();
     d->caPid = r.pid();
     // Private data runs to the end of the bytes handed in; size kept in 8 bits.
-    d->privateData = fields::copyRest8(r, d->privateDataSize);
+    d->privateData = fields::copyRest8(arena, r, d->privateDataSize);
     return parse::done(error, d, bytesRead, length - 2);
 }
 

@@ -11,14 +11,14 @@ TCopyrightDescriptor::TCopyrightDescriptor(unsigned char* bytes, unsigned int le
     : TISDBTDescriptor(0x0D, bytes, length) {}
 
 TCopyrightDescriptor::~TCopyrightDescriptor() {
-    delete[] additionalInfo;
+    releaseObject(additionalInfo);
 }
 
 SARN_DESCRIPTOR_PARSE(TCopyrightDescriptor, arena, bytes, length, bytesRead, error) {
     SARN_OPEN_OR_RETURN(arena, d, r, TCopyrightDescriptor, bytes, length, error, 4, 0x0D);
     d->copyrightId = r.u32();
     // Additional info runs to the end of the bytes handed in; size kept in 8 bits.
-    d->additionalInfo = fields::copyRest8(r, d->additionalInfoSize);
+    d->additionalInfo = fields::copyRest8(arena, r, d->additionalInfoSize);
     return parse::done(error, d, bytesRead, d->additionalInfoSize + 4u);
 }
 

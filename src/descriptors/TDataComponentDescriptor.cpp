@@ -13,7 +13,7 @@ TDataComponentDescriptor::TDataComponentDescriptor(unsigned char* bytes, unsigne
     : TISDBTDescriptor(0xFD, bytes, length) {}
 
 TDataComponentDescriptor::~TDataComponentDescriptor() {
-    delete[] additionalData;
+    releaseObject(additionalData);
 }
 
 SARN_DESCRIPTOR_PARSE(TDataComponentDescriptor, arena, bytes, length, bytesRead, error) {
@@ -21,7 +21,7 @@ SARN_DESCRIPTOR_PARSE(TDataComponentDescriptor, arena, bytes, length, bytesRead,
     d->dataComponentId = r.u16();
     // additional_data_component_info: the rest of the bytes, as many as the
     // 8-bit size can count.
-    d->additionalData = fields::copyRest8(r, d->additionalDataSize);
+    d->additionalData = fields::copyRest8(arena, r, d->additionalDataSize);
     return parse::done(error, d, bytesRead, length - 2);
 }
 

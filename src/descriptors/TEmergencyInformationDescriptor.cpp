@@ -13,7 +13,7 @@ namespace Sarn {
 TEmergencyInformationDescriptorItem::TEmergencyInformationDescriptorItem() {}
 
 TEmergencyInformationDescriptorItem::~TEmergencyInformationDescriptorItem() {
-    delete[] areaCodes;
+    releaseObject(areaCodes);
 }
 
 TEmergencyInformationDescriptorItem* TEmergencyInformationDescriptorItem::parse(
@@ -50,7 +50,7 @@ TEmergencyInformationDescriptorItem* TEmergencyInformationDescriptorItem::parse(
     const unsigned int count = item->areaCodeLength / 2u;
     if (count != 0) {
         // Each code is 12 bits followed by 4 reserved bits.
-        item->areaCodes = fields::readBe16Array(r, count, count);
+        item->areaCodes = fields::readBe16Array(nullptr, r, count, count);
         for (unsigned int i = 0; i < count; ++i)
             item->areaCodes[i] >>= 4;
     }

@@ -10,7 +10,7 @@ TPartialReceptionDescriptor::TPartialReceptionDescriptor(unsigned char* bytes, u
     : TISDBTDescriptor(0xFB, bytes, length) {}
 
 TPartialReceptionDescriptor::~TPartialReceptionDescriptor() {
-    delete[] serviceIds;
+    releaseObject(serviceIds);
 }
 
 SARN_DESCRIPTOR_PARSE(TPartialReceptionDescriptor, arena, bytes, length, bytesRead, error) {
@@ -18,7 +18,7 @@ SARN_DESCRIPTOR_PARSE(TPartialReceptionDescriptor, arena, bytes, length, bytesRe
     // is kept in 8 bits (and only that many are read).
     SARN_OPEN_OR_RETURN(arena, d, r, TPartialReceptionDescriptor, bytes, length, error, 0, 0xFB);
     const unsigned int payload = r.remaining();
-    d->serviceIds = fields::readRest16(r, d->serviceIdCount);
+    d->serviceIds = fields::readRest16(arena, r, d->serviceIdCount);
     return parse::done(error, d, bytesRead, payload);
 }
 

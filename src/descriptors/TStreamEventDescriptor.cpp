@@ -10,7 +10,7 @@ TStreamEventDescriptor::TStreamEventDescriptor(unsigned char* bytes, unsigned in
     : TISDBTDescriptor(DESCRIPTOR_TAG, bytes, length) {}
 
 TStreamEventDescriptor::~TStreamEventDescriptor() {
-    delete[] privateData;
+    releaseObject(privateData);
 }
 
 SARN_DESCRIPTOR_PARSE(TStreamEventDescriptor, arena, bytes, length, bytesRead, error) {
@@ -24,7 +24,7 @@ SARN_DESCRIPTOR_PARSE(TStreamEventDescriptor, arena, bytes, length, bytesRead, e
     d->eventNptL = r.u32();
     // The size is kept in one byte, like descriptor_length; the copy never
     // holds more than that byte says.
-    d->privateData = fields::copyRest8(r, d->privateDataSize);
+    d->privateData = fields::copyRest8(arena, r, d->privateDataSize);
     return parse::done(error, d, bytesRead, length - 2);
 }
 

@@ -10,7 +10,7 @@ TSystemManagementDescriptor::TSystemManagementDescriptor(unsigned char* bytes, u
     : TISDBTDescriptor(0xFE, bytes, length) {}
 
 TSystemManagementDescriptor::~TSystemManagementDescriptor() {
-    delete[] additionalIdentificationInfo;
+    releaseObject(additionalIdentificationInfo);
 }
 
 SARN_DESCRIPTOR_PARSE(TSystemManagementDescriptor, arena, bytes, length, bytesRead, error) {
@@ -23,7 +23,8 @@ SARN_DESCRIPTOR_PARSE(TSystemManagementDescriptor, arena, bytes, length, bytesRe
     d->additionalBroadcastingIdentification = d->systemManagementId & 0xFF;
     // Additional identification info runs to the end of the bytes handed in;
     // its size is kept in 8 bits.
-    d->additionalIdentificationInfo = fields::copyRest8(r, d->additionalIdentificationInfoSize);
+    d->additionalIdentificationInfo =
+        fields::copyRest8(arena, r, d->additionalIdentificationInfoSize);
     return parse::done(error, d, bytesRead, length - 2);
 }
 

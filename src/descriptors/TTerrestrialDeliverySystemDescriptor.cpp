@@ -11,7 +11,7 @@ TTerrestrialDeliverySystemDescriptor::TTerrestrialDeliverySystemDescriptor(unsig
     : TISDBTDescriptor(0xFA, bytes, length) {}
 
 TTerrestrialDeliverySystemDescriptor::~TTerrestrialDeliverySystemDescriptor() {
-    delete[] frequencies;
+    releaseObject(frequencies);
 }
 
 SARN_DESCRIPTOR_PARSE(TTerrestrialDeliverySystemDescriptor, arena, bytes, length, bytesRead,
@@ -29,7 +29,7 @@ SARN_DESCRIPTOR_PARSE(TTerrestrialDeliverySystemDescriptor, arena, bytes, length
     const unsigned int rest = r.remaining();
     if (rest != 0) {
         d->frequencyCounter = static_cast<unsigned char>(rest / 2);
-        d->frequencies = fields::readBe16Array(r, rest / 2, rest);
+        d->frequencies = fields::readBe16Array(arena, r, rest / 2, rest);
     }
     return parse::done(error, d, bytesRead, length - 2);
 }
