@@ -59,7 +59,7 @@ T* finish(const bytes::Reader& in, unsigned int* bytesRead, unsigned short* erro
  * objects take several times the bytes they are read from.
  */
 inline std::size_t blockFor(unsigned int length) {
-    return 256u + 8u * static_cast<std::size_t>(length);
+    return 256u + 6u * static_cast<std::size_t>(length);
 }
 
 /**
