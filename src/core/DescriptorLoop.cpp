@@ -44,18 +44,11 @@ unsigned int DescriptorLoop::parseDescriptorsLoop(memory::Arena* arena, unsigned
                                                   unsigned int length) {
     if (length == 0 || data == nullptr)
         return 0;
-    // A quick look over the headers first, so that the list grows once per
-    // loop instead of doubling its way up (the walk below does the checks).
     const DescriptorFactoryTable& kinds = known();
-    unsigned int expected = 0;
-    bytes::Reader look(data, length);
-    for (unsigned char tag = 0, size = 0; look.peekHeader(tag, size);) {
-        look.skip(size + 2u);
-        expected += builds(kinds, acceptedTags, tag) ? 1u : 0u;
-    }
+    // Room for as many descriptors as two-byte headers could fill, up to
+    // eight, taken once; a longer list grows as it needs.
     const memory::VectorInArena<decltype(descriptors)> inArena(descriptors, arena);
-    if (expected > 1)
-        descriptors.reserve(descriptors.size() + expected);
+    descriptors.reserve(descriptors.size() + (length < 16 ? length / 2 : 8));
     bytes::Reader in(data, length);
     // A single trailing byte cannot hold a header and is ignored.
     for (unsigned char tag = 0, size = 0; in.peekHeader(tag, size);) {
