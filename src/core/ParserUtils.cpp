@@ -10,8 +10,17 @@ namespace {
 // ARIB 8-unit strings interleave character-set control codes with the text:
 // C0 (but tab and line feed), DEL, C1 and 0xA0 are dropped; NUL and both
 // graphic halves are kept.
+struct ControlCodes {
+    bool at[256];
+    constexpr ControlCodes() : at{} {
+        for (int b = 0; b < 256; ++b)
+            at[b] = (b >= 1 && b <= 31 && b != 9 && b != 10) || (b >= 127 && b <= 160);
+    }
+};
+constexpr ControlCodes kControlCodes;
+
 inline bool isControlCode(unsigned char b) {
-    return (b >= 1 && b <= 31 && b != 9 && b != 10) || (b >= 127 && b <= 160);
+    return kControlCodes.at[b];
 }
 }  // namespace
 
