@@ -28,6 +28,8 @@ void* allocateObject(std::size_t size, memory::Arena& arena);
  * table may outlive the table).
  */
 void releaseObject(void* object) noexcept;
+/** The same for an object of size bytes (which memory checkers then see as freed). */
+void releaseObject(void* object, std::size_t size) noexcept;
 
 namespace memory {
 
@@ -53,7 +55,7 @@ struct BlockAllocator {
         return static_cast<T*>(arena != nullptr ? allocateObject(size, *arena)
                                                 : allocateObject(size));
     }
-    void deallocate(T* p, std::size_t) noexcept { releaseObject(p); }
+    void deallocate(T* p, std::size_t n) noexcept { releaseObject(p, n * sizeof(T)); }
 
     template <class U>
     bool operator==(const BlockAllocator<U>&) const noexcept {
@@ -106,8 +108,8 @@ using BlockVector = std::vector<T, BlockAllocator<T>>;
     static void* operator new(std::size_t size, ::Sarn::memory::Arena& arena) {  \
         return ::Sarn::allocateObject(size, arena);                              \
     }                                                                            \
-    static void operator delete(void* object) noexcept {                         \
-        ::Sarn::releaseObject(object);                                           \
+    static void operator delete(void* object, std::size_t size) noexcept {       \
+        ::Sarn::releaseObject(object, size);                                     \
     }                                                                            \
     static void operator delete(void* object, ::Sarn::memory::Arena&) noexcept { \
         ::Sarn::releaseObject(object);                                           \

@@ -2,6 +2,8 @@
 // Sarn::parseSection choosing the class by table_id.
 #include <gtest/gtest.h>
 
+#include <cstdio>
+
 #include "ISDBTUtils.h"
 #include "SectionParse.h"
 #include "TAITTable.h"
@@ -312,3 +314,19 @@ TEST(Sections, FreshTablesAndEntriesRenderTheirDefaults) {
     EXPECT_EQ(nit.getTransportStreamLoopSize(), 1);
     EXPECT_EQ(sdt.size(), 1);
 }
+
+#if defined(__SANITIZE_ADDRESS__)
+// A parsed table shares one block with its entries; under AddressSanitizer
+// the room of an entry deleted from it is poisoned while the block lives on.
+TEST(Sections, AnEntryUsedAfterItsRemovalIsReported) {
+    Bytes pat = longSection(0x00, 1, 0, {0x00, 0x01, 0xE1, 0x00, 0x00, 0x02, 0xE1, 0x01});
+    unsigned short code = 0;
+    TPATTable* t = TPATTable::parse(pat.data(), length(pat), 0, 1, &code, nullptr);
+    ASSERT_NE(t, nullptr);
+    TProgramAssociation* first = t->get(1);
+    ASSERT_TRUE(t->remove(1));
+    const volatile unsigned char* room = reinterpret_cast<const unsigned char*>(first);
+    EXPECT_DEATH(std::printf("%u\n", room[0]), "use-after-poison");
+    delete t;
+}
+#endif

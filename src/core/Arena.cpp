@@ -57,6 +57,7 @@ void Arena::open(std::size_t need) {
     block = fresh;
     next = raw + kBlockHeader;
     free = room;
+    SARN_POISON(next, free);
     nextSize *= 2;
 }
 
@@ -83,6 +84,19 @@ void* allocateObject(std::size_t size) {
 
 void* allocateObject(std::size_t size, memory::Arena& arena) {
     return arena.take(size);
+}
+
+void releaseObject(void* object, std::size_t size) noexcept {
+    if (object == nullptr)
+        return;
+    memory::Header* header = static_cast<memory::Header*>(object) - 1;
+    if (header->block == nullptr) {
+        ::operator delete(header);
+        return;
+    }
+    memory::Block* block = header->block;
+    SARN_POISON(header, sizeof(memory::Header) + size);
+    memory::unhold(block, 1);
 }
 
 void releaseObject(void* object) noexcept {

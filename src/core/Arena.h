@@ -21,6 +21,25 @@
 #include "SarnAllocation.h"
 #include "TISDBTDataHolder.h"
 
+// Under AddressSanitizer the free room of a block and the room of every
+// object deleted from it are poisoned, so that a use of a deleted object is
+// reported although its block lives on.
+#if defined(__SANITIZE_ADDRESS__)
+#define SARN_ASAN 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define SARN_ASAN 1
+#endif
+#endif
+#ifdef SARN_ASAN
+#include <sanitizer/asan_interface.h>
+#define SARN_POISON(p, n) ASAN_POISON_MEMORY_REGION(p, n)
+#define SARN_UNPOISON(p, n) ASAN_UNPOISON_MEMORY_REGION(p, n)
+#else
+#define SARN_POISON(p, n) ((void)(p), (void)(n))
+#define SARN_UNPOISON(p, n) ((void)(p), (void)(n))
+#endif
+
 namespace Sarn {
 namespace memory {
 
@@ -50,6 +69,7 @@ class Arena {
         if (block == nullptr || free < need)
             open(need);
         Header* header = reinterpret_cast<Header*>(next);
+        SARN_UNPOISON(header, need);
         next += need;
         free -= need;
         ++placed;
