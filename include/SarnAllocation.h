@@ -99,7 +99,7 @@ using BlockVector = std::vector<T, BlockAllocator<T>>;
 /**
  * The allocation functions of a class whose objects a parse may build in a
  * block: new and delete work as for any class, and an object knows where its
- * room came from.
+ * room came from. new (where) T(...) still constructs in the caller's room.
  */
 #define SARN_ALLOCATION_FUNCTIONS                                                \
     static void* operator new(std::size_t size) {                                \
@@ -113,6 +113,10 @@ using BlockVector = std::vector<T, BlockAllocator<T>>;
     }                                                                            \
     static void operator delete(void* object, ::Sarn::memory::Arena&) noexcept { \
         ::Sarn::releaseObject(object);                                           \
-    }
+    }                                                                            \
+    static void* operator new(std::size_t, void* where) noexcept {               \
+        return where;                                                            \
+    }                                                                            \
+    static void operator delete(void*, void*) noexcept {}
 
 #endif

@@ -207,6 +207,11 @@ TEST(Sections, PatProgramsAndNetworkEntries) {
     EXPECT_EQ(t->get(5), extra);
     EXPECT_EQ(t->getProgramNumbers(), (std::list<unsigned short>{0x0005, 0x0102}));
     delete t;
+    // A caller's own room still takes an entry: new (room) T(...).
+    alignas(TProgramAssociation) unsigned char room[sizeof(TProgramAssociation)];
+    TProgramAssociation* placed = new (room) TProgramAssociation(7, 0x100);
+    EXPECT_EQ(placed->getProgramMapPid(), 0x100);
+    placed->~TProgramAssociation();
 }
 
 TEST(Sections, EachTableIdToItsClassWithTheCrcSwitchHonoured) {
