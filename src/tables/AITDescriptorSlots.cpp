@@ -92,8 +92,8 @@ inline bool hasTag(const TISDBTDescriptor* d, unsigned char tag) {
 
 }  // namespace
 
-bool walkDescriptorLoop(bytes::Reader& r, unsigned short loopLength, Slots& slots,
-                        unsigned short* err, unsigned short* applicationType) {
+bool walkDescriptorLoop(memory::Arena* arena, bytes::Reader& r, unsigned short loopLength,
+                        Slots& slots, unsigned short* err, unsigned short* applicationType) {
     const bool table = applicationType == nullptr;
     const char* owner = table ? "TAITTable" : "TApplication";
     // A 16-bit count, as on the wire; it only ends the loop when a
@@ -126,7 +126,7 @@ bool walkDescriptorLoop(bytes::Reader& r, unsigned short loopLength, Slots& slot
                 SARN_LOGW("%s: TAITTable::parse: %s... WHAT TO DO????", k->tableNote);
             if (!table && k->applicationType != 0)
                 *applicationType = k->applicationType;
-            TISDBTDescriptor* descriptor = factories.at[tag](nullptr, d, n, nullptr, err);
+            TISDBTDescriptor* descriptor = factories.at[tag](arena, d, n, nullptr, err);
             if (descriptor == nullptr)
                 return false;  // the descriptor's class has logged and set the code
             // A second descriptor of a kind replaces the first.

@@ -9,6 +9,7 @@
 
 #include <list>
 
+#include "Arena.h"
 #include "Json.h"
 #include "Reader.h"
 #include "TISDBTDescriptor.h"
@@ -36,11 +37,12 @@ using Slots = TISDBTDescriptor* [SLOT_COUNT];
  * Walks one descriptor loop of loopLength bytes from the reader's position;
  * the reader holds the bytes left for the rest of the owner. The owner is
  * the table (applicationType null) or an application, which takes its type
- * from its Ginga descriptors. Returns false, logged and with the code set,
- * when a descriptor overruns or fails.
+ * from its Ginga descriptors. The descriptors are built in arena (on the
+ * heap when null). Returns false, logged and with the code set, when a
+ * descriptor overruns or fails.
  */
-bool walkDescriptorLoop(bytes::Reader& r, unsigned short loopLength, Slots& slots,
-                        unsigned short* err, unsigned short* applicationType);
+bool walkDescriptorLoop(memory::Arena* arena, bytes::Reader& r, unsigned short loopLength,
+                        Slots& slots, unsigned short* err, unsigned short* applicationType);
 
 /**
  * The descriptor with that tag, or null. The HTML5 tags differ by owner: the

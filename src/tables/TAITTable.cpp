@@ -43,7 +43,7 @@ TAITTable* TAITTable::parse(unsigned char* data, unsigned int len, int, int chec
             const unsigned short commonLength = r.length12();
             if (commonLength > r.remaining())
                 return tooShort(commonLength, r.remaining(), err);
-            if (!ait::walkDescriptorLoop(r, commonLength, table.descriptors, err, nullptr))
+            if (!ait::walkDescriptorLoop(&arena, r, commonLength, table.descriptors, err, nullptr))
                 return false;
 
             // application_loop_length (12 bits after 4 reserved bits) and the applications

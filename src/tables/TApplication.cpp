@@ -83,7 +83,8 @@ SARN_ENTRY_PARSE(TApplication, arena, data, len, bytesRead, err) {
                   static_cast<unsigned int>(loopLength), r.remaining());
         return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
-    if (!ait::walkDescriptorLoop(r, loopLength, app->descriptors, err, &app->applicationType))
+    if (!ait::walkDescriptorLoop(arena, r, loopLength, app->descriptors, err,
+                                 &app->applicationType))
         return nullptr;
     if (bytesRead != nullptr)
         *bytesRead = r.position();
