@@ -81,17 +81,12 @@ int kindOf(unsigned int pid, unsigned int tid) {
 }
 
 void readListing(const std::string& path, std::vector<Section>& out) {
-    std::ifstream in(path);
-    std::string line;
-    while (std::getline(in, line)) {
-        unsigned int pid = 0, tid = 0;
-        std::vector<unsigned char> bytes;
-        if (!sarntool::parseListingLine(line.c_str(), pid, tid, bytes))
-            continue;
-        const int kind = kindOf(pid, tid);
-        if (kind >= 0)
-            out.push_back({static_cast<Kind>(kind), pid, std::move(bytes)});
-    }
+    sarntool::forEachListedSection(
+        path, [&](unsigned int pid, unsigned int tid, const std::vector<unsigned char>& bytes) {
+            const int kind = kindOf(pid, tid);
+            if (kind >= 0)
+                out.push_back({static_cast<Kind>(kind), pid, bytes});
+        });
 }
 
 unsigned char bcd(int v) {

@@ -45,13 +45,8 @@ int main(int argc, char** argv) {
             writeSeed(out + "/demux", count++, seed);
             continue;
         }
-        std::ifstream in(argv[i]);
-        std::string line;
-        while (std::getline(in, line)) {
-            unsigned int pid = 0, tid = 0;
-            std::vector<unsigned char> section;
-            if (!sarntool::parseListingLine(line.c_str(), pid, tid, section))
-                continue;
+        sarntool::forEachListedSection(argv[i], [&](unsigned int pid, unsigned int,
+                                                    const std::vector<unsigned char>& section) {
             std::vector<unsigned char> tableSeed(1, sarnfuzz::selectorOf(pid));
             tableSeed.insert(tableSeed.end(), section.begin(), section.end());
             writeSeed(out + "/tables", count++, tableSeed);
@@ -74,7 +69,7 @@ int main(int argc, char** argv) {
             std::vector<unsigned char> utils = {0, 1};
             utils.insert(utils.end(), section.begin(), section.end());
             writeSeed(out + "/parser_utils", count++, utils);
-        }
+        });
     }
     std::printf("%u seeds in %s\n", count, out.c_str());
     return 0;

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -65,6 +66,18 @@ inline bool parseListingLine(const char* line, unsigned int& pid, unsigned int& 
         return false;
     appendHexBytes(line + consumed, bytes);
     return !bytes.empty();
+}
+
+/** Calls each(pid, table_id, bytes) for every listing line of the file at path, in order. */
+template <class Each>
+void forEachListedSection(const std::string& path, Each each) {
+    std::ifstream in(path);
+    std::string line;
+    std::vector<unsigned char> bytes;
+    unsigned int pid = 0, tableId = 0;
+    while (std::getline(in, line))
+        if (parseListingLine(line.c_str(), pid, tableId, bytes))
+            each(pid, tableId, bytes);
 }
 
 }  // namespace sarntool

@@ -96,13 +96,9 @@ std::vector<CapturedSection> capturedSections() {
 
 std::vector<CapturedSection> listedSections(const std::string& path, const std::string& name) {
     std::vector<CapturedSection> all;
-    std::ifstream in(path);
-    std::string line;
-    while (std::getline(in, line)) {
-        unsigned int pid = 0, tid = 0;
-        Bytes bytes;
-        if (sarntool::parseListingLine(line.c_str(), pid, tid, bytes))
-            all.push_back({name, pid, tid, std::move(bytes)});
-    }
+    sarntool::forEachListedSection(path,
+                                   [&](unsigned int pid, unsigned int tid, const Bytes& bytes) {
+                                       all.push_back({name, pid, tid, bytes});
+                                   });
     return all;
 }
