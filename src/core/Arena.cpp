@@ -24,7 +24,7 @@ namespace {
 
 constexpr unsigned int kOpen = 0x40000000u;
 
-constexpr std::size_t kBlockHeader = (sizeof(Block) + Arena::kAlign - 1) & ~(Arena::kAlign - 1);
+constexpr std::size_t kBlockHeader = Arena::roundUp(sizeof(Block));
 
 void unhold(Block* block, unsigned int count) noexcept {
     if (block->holders.fetch_sub(count, std::memory_order_acq_rel) == count) {

@@ -8,11 +8,11 @@
 // from a block it takes from the heap, and opens a further block when one is
 // full. Each object is preceded by a header that names its block (or none,
 // for an object a caller created with new), and each block counts the
-// objects in it, plus one while the arena still fills it; delete gives an
-// object's room back through memory::release, and the block goes back to the
-// heap with its last object. (Internal: the export map leaves it out.) So ownership stays per
-// object, exactly as the classes declare it: a table deletes what it owns, and an entry that a
-// caller took out of it lives on until the caller deletes it.
+// objects in it; delete gives an object's room back through releaseObject,
+// and the block goes back to the heap with its last object. So ownership
+// stays per object, exactly as the classes declare it: a table deletes what
+// it owns, and an entry that a caller took out of it lives on until the
+// caller deletes it. (Internal: the export map leaves these out.)
 
 #include <atomic>
 #include <cstddef>
@@ -55,6 +55,8 @@ class Arena {
         Block* block;
     };
     static constexpr std::size_t kAlign = alignof(Header);
+    /** n rounded up to the alignment of every room. */
+    static constexpr std::size_t roundUp(std::size_t n) { return (n + kAlign - 1) & ~(kAlign - 1); }
 
     /** An arena whose first block, taken at the first object, holds at least firstBlock bytes. */
     explicit Arena(std::size_t firstBlock)
@@ -65,7 +67,7 @@ class Arena {
 
     /** Room for size bytes, after a header naming the block. */
     void* take(std::size_t size) {
-        const std::size_t need = (sizeof(Header) + size + kAlign - 1) & ~(kAlign - 1);
+        const std::size_t need = roundUp(sizeof(Header) + size);
         if (block == nullptr || free < need)
             open(need);
         Header* header = reinterpret_cast<Header*>(next);
@@ -84,7 +86,7 @@ class Arena {
      */
     template <class T, class... A>
     T* makeHolding(const unsigned char* bytes, unsigned int length, A... args) {
-        const std::size_t object = (sizeof(T) + kAlign - 1) & ~(kAlign - 1);
+        const std::size_t object = roundUp(sizeof(T));
         const bool copied = bytes != nullptr && length != 0;
         unsigned char* room = static_cast<unsigned char*>(take(object + (copied ? length : 0)));
         T* holder = ::new (room) T(args...);
