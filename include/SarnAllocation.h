@@ -2,8 +2,13 @@
 #define SARN_SARNALLOCATION_H
 
 #include <cstddef>
+#include <cstring>
+#include <string>
 #include <type_traits>
 #include <vector>
+
+/** A member that only the library itself calls: not exported from it. */
+#define SARN_INTERNAL __attribute__((visibility("hidden")))
 
 namespace Sarn {
 namespace memory {
@@ -73,11 +78,52 @@ struct BlockAllocator {
 template <class T>
 using BlockVector = std::vector<T, BlockAllocator<T>>;
 
+/**
+ * The text of a parsed object (a service name, an event title): its bytes,
+ * without a terminating zero, in the block of the parse that built the
+ * object, or on the heap for an object built or copied outside one. Getters
+ * hand out a std::string of it.
+ */
+class Text {
+  public:
+    Text() noexcept : bytes(nullptr), length(0) {}
+    Text(const Text& other) : Text() { assign(other.bytes, other.length); }
+    Text& operator=(const Text& other) {
+        if (this != &other)
+            assign(other.bytes, other.length);
+        return *this;
+    }
+    ~Text() { releaseObject(bytes); }
+
+    std::string str() const { return std::string(data(), length); }
+    const char* data() const noexcept { return bytes != nullptr ? bytes : ""; }
+    std::size_t size() const noexcept { return length; }
+    bool empty() const noexcept { return length == 0; }
+
+    /**
+     * Room for n bytes in arena (on the heap without one), which the text
+     * then holds, in place of what it held; keep() sets how many of them
+     * count.
+     */
+    SARN_INTERNAL char* room(std::size_t n, Arena* arena);
+    void keep(std::size_t n) noexcept { length = static_cast<unsigned int>(n); }
+
+  private:
+    void assign(const char* from, std::size_t n) {
+        char* to = n != 0 ? static_cast<char*>(allocateObject(n)) : nullptr;
+        if (n != 0)
+            std::memcpy(to, from, n);
+        releaseObject(bytes);
+        bytes = to;
+        length = static_cast<unsigned int>(n);
+    }
+
+    char* bytes;
+    unsigned int length;
+};
+
 }  // namespace memory
 }  // namespace Sarn
-
-/** A member that only the library itself calls: not exported from it. */
-#define SARN_INTERNAL __attribute__((visibility("hidden")))
 
 /**
  * The private build behind a descriptor class's parse: the same parse,

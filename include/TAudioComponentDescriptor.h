@@ -33,7 +33,7 @@ class TAudioComponentDescriptor : public TISDBTDescriptor {
     std::string getLanguageCode1() const { return languageCode1; }
     /** Empty unless the component is bilingual. */
     std::string getLanguageCode2() const { return languageCode2; }
-    std::string getText() const { return text; }
+    std::string getText() const { return text.str(); }
 
     std::string toJSON() const override;
     void appendJSON(std::string& out) const override;
@@ -51,7 +51,7 @@ class TAudioComponentDescriptor : public TISDBTDescriptor {
     unsigned char samplingRate = 0;
     std::string languageCode1;
     std::string languageCode2;
-    std::string text;
+    memory::Text text;
 };
 
 }  // namespace Sarn

@@ -19,11 +19,11 @@ class TBouquetNameDescriptor : public TISDBTDescriptor {
     std::string toJSON() const override;
     void appendJSON(std::string& out) const override;
 
-    std::string getBouquetName() const { return bouquetName; }
+    std::string getBouquetName() const { return bouquetName.str(); }
 
   private:
     SARN_DESCRIPTOR_BUILD(TBouquetNameDescriptor)
-    std::string bouquetName;
+    memory::Text bouquetName;
 };
 
 }  // namespace Sarn

@@ -28,7 +28,7 @@ class TComponentDescriptor : public TISDBTDescriptor {
     }
     unsigned char getComponentTag() const { return componentTag; }
     std::string getLanguageCode() const { return languageCode; }
-    std::string getText() const { return text; }
+    std::string getText() const { return text.str(); }
 
     std::string toJSON() const override;
     void appendJSON(std::string& out) const override;
@@ -39,7 +39,7 @@ class TComponentDescriptor : public TISDBTDescriptor {
     unsigned char componentType = 0;
     unsigned char componentTag = 0;
     std::string languageCode;
-    std::string text;
+    memory::Text text;
 };
 
 }  // namespace Sarn

@@ -27,7 +27,7 @@ class TExtendedEventDescriptor : public TISDBTDescriptor {
     int getDescriptorNumber() const { return descriptorNumber; }
     int getLastDescriptorNumber() const { return lastDescriptorNumber; }
     std::string getLanguageCode() const { return languageCode; }
-    std::string getText() const { return text; }
+    std::string getText() const { return text.str(); }
 
     int size() const { return static_cast<int>(items.size()); }
     /** The item at that position, or null beyond the last one. */
@@ -42,7 +42,7 @@ class TExtendedEventDescriptor : public TISDBTDescriptor {
     int lastDescriptorNumber = 0;
     std::string languageCode;
     std::vector<TExtendedEventDescriptorItem*> items;  // owned, wire order
-    std::string text;
+    memory::Text text;
 };
 
 }  // namespace Sarn

@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "SarnAllocation.h"
+
 namespace Sarn {
 
 /** One item of an extended event descriptor: a name ("Director") and its value. */
@@ -19,14 +21,14 @@ class TExtendedEventDescriptorItem {
     TExtendedEventDescriptorItem() {}
     virtual ~TExtendedEventDescriptorItem();
 
-    std::string getDescription() const { return description; }
-    std::string getText() const { return text; }
+    std::string getDescription() const { return description.str(); }
+    std::string getText() const { return text.str(); }
 
   private:
     friend class TExtendedEventDescriptor;
 
-    std::string description;
-    std::string text;
+    memory::Text description;
+    memory::Text text;
 };
 
 }  // namespace Sarn

@@ -18,14 +18,14 @@ class TNetworkNameDescriptor : public TISDBTDescriptor {
     ~TNetworkNameDescriptor() override;
 
     /** Raw 8-bit broadcast codes, control codes removed. */
-    std::string getNetworkName() const { return networkName; }
+    std::string getNetworkName() const { return networkName.str(); }
 
     std::string toJSON() const override;
     void appendJSON(std::string& out) const override;
 
   private:
     SARN_DESCRIPTOR_BUILD(TNetworkNameDescriptor)
-    std::string networkName;
+    memory::Text networkName;
 };
 
 }  // namespace Sarn

@@ -22,8 +22,8 @@ class TServiceDescriptor : public TISDBTDescriptor {
     ~TServiceDescriptor() override;
 
     unsigned char getServiceType() const { return serviceType; }
-    std::string getServiceProviderName() const { return serviceProvider; }
-    std::string getServiceName() const { return serviceName; }
+    std::string getServiceProviderName() const { return serviceProvider.str(); }
+    std::string getServiceName() const { return serviceName.str(); }
 
     std::string toJSON() const override;
     void appendJSON(std::string& out) const override;
@@ -31,8 +31,8 @@ class TServiceDescriptor : public TISDBTDescriptor {
   private:
     SARN_DESCRIPTOR_BUILD(TServiceDescriptor)
     unsigned char serviceType = 0;
-    std::string serviceProvider;
-    std::string serviceName;
+    memory::Text serviceProvider;
+    memory::Text serviceName;
 };
 
 }  // namespace Sarn

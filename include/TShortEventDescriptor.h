@@ -21,8 +21,8 @@ class TShortEventDescriptor : public TISDBTDescriptor {
     ~TShortEventDescriptor() override;
 
     std::string getLanguageCode() const { return languageCode; }
-    std::string getEventName() const { return eventName; }
-    std::string getEventDescription() const { return eventDescription; }
+    std::string getEventName() const { return eventName.str(); }
+    std::string getEventDescription() const { return eventDescription.str(); }
 
     std::string toJSON() const override;
     void appendJSON(std::string& out) const override;
@@ -30,8 +30,8 @@ class TShortEventDescriptor : public TISDBTDescriptor {
   private:
     SARN_DESCRIPTOR_BUILD(TShortEventDescriptor)
     std::string languageCode;
-    std::string eventName;
-    std::string eventDescription;
+    memory::Text eventName;
+    memory::Text eventDescription;
 };
 
 }  // namespace Sarn

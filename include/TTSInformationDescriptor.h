@@ -27,7 +27,7 @@ class TTSInformationDescriptor : public TISDBTDescriptor {
     unsigned char getRemoteControlKeyID() const { return remoteControlKeyId; }
     /** The number of transmission types parsed when 1 to 3, else 0. */
     unsigned char getTxInformation() const { return txInformation; }
-    std::string getTransportStreamName() const { return transportStreamName; }
+    std::string getTransportStreamName() const { return transportStreamName.str(); }
 
     int getTransmissionTypeCount() const { return static_cast<int>(transmissionTypes.size()); }
     /** Appends a transmission type; the descriptor owns it from then on. */
@@ -43,7 +43,7 @@ class TTSInformationDescriptor : public TISDBTDescriptor {
   private:
     SARN_DESCRIPTOR_BUILD(TTSInformationDescriptor)
     unsigned char remoteControlKeyId = 0;
-    std::string transportStreamName;
+    memory::Text transportStreamName;
     unsigned char txInformation = 0;
     std::vector<TTSInformationDescriptorItem*> transmissionTypes;
 };

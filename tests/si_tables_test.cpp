@@ -8,6 +8,7 @@
 #include "TNITTable.h"
 #include "TPMTTable.h"
 #include "TSDTTable.h"
+#include "TServiceDescriptor.h"
 #include "TTOTTable.h"
 
 using namespace Sarn;
@@ -338,6 +339,27 @@ TEST(SDT, ServicesFlagsAndBrokenEntries) {
                              nullptr, 0, 0),
               "null code=2570" + kWarn +
                   "TServiceDescription::parse: Item length not valid: 1 > 0. Aborting!" + invalid);
+
+    // Names are kept in the table's block, control codes dropped and NUL
+    // kept; a copy of the descriptor holds its own and outlives the table.
+    const std::string name(
+        "Canal \x0e"
+        "de Teste\0 HD \x89"
+        "Brasil",
+        26);
+    Bytes named = sdt(service(0x0101, 0x00, 0x1F, serviceDescriptor(0x01, "", name)));
+    std::unique_ptr<TSDTTable> n(
+        TSDTTable::parse(named.data(), length(named), 0, 1, &code, nullptr));
+    ASSERT_NE(n, nullptr);
+    std::unique_ptr<TServiceDescriptor> copy(new TServiceDescriptor(
+        *static_cast<TServiceDescriptor*>(n->getServiceDescription(0x0101)->getDescriptor(0x48))));
+    n.reset();
+    EXPECT_EQ(copy->getServiceName(), std::string("Canal de Teste\0 HD Brasil", 24));
+    EXPECT_EQ(copy->getServiceProviderName(), "");
+    EXPECT_EQ(TServiceDescriptor(*copy).toJSON(),
+              "\"name\":\"serviceDescriptor\",\"serviceType\":1,\"serviceProvider\":\"\","
+              "\"serviceName\":\"" +
+                  copy->getServiceName() + '"');
 }
 
 TEST(TOT, TimeOffsetsAndTheDescriptorSwitch) {

@@ -73,6 +73,16 @@ void Arena::hold(TISDBTDataHolder& holder, unsigned char* copy, const unsigned c
     }
 }
 
+char* Text::room(std::size_t n, Arena* arena) {
+    releaseObject(bytes);
+    length = 0;
+    bytes = nullptr;
+    if (n != 0)
+        bytes =
+            static_cast<char*>(arena != nullptr ? allocateObject(n, *arena) : allocateObject(n));
+    return bytes;
+}
+
 }  // namespace memory
 
 void* allocateObject(std::size_t size) {

@@ -16,10 +16,10 @@ Out& Out::zeroFilled(long long v, int width) {
     return *this;
 }
 
-Out& Out::escaped(const std::string& text) {
+Out& Out::escaped(const char* text, std::size_t size) {
     // Copy the runs between the characters that need a backslash in one go.
-    const char* p = text.data();
-    const char* const end = p + text.size();
+    const char* p = text;
+    const char* const end = p + size;
     while (p != end) {
         const char* run = p;
         while (p != end && *p != '"' && *p != '\\')

@@ -27,6 +27,10 @@ class Out {
         s.append(text);
         return *this;
     }
+    Out& operator<<(const memory::Text& text) {
+        s.append(text.data(), text.size());
+        return *this;
+    }
     Out& operator<<(char c) {
         s.push_back(c);
         return *this;
@@ -54,7 +58,9 @@ class Out {
         return *this;
     }
     /** text with a backslash before each '"' and '\\'; nothing else is escaped. */
-    Out& escaped(const std::string& text);
+    Out& escaped(const std::string& text) { return escaped(text.data(), text.size()); }
+    Out& escaped(const memory::Text& text) { return escaped(text.data(), text.size()); }
+    Out& escaped(const char* text, std::size_t size);
     /** A decimal number zero-filled to width digits (wider values are not cut). */
     Out& zeroFilled(long long v, int width);
 

@@ -1,5 +1,8 @@
 #include "ParserUtils.h"
 
+#include <cstdint>
+#include <cstring>
+
 #include "Bytes.h"
 #include "Log.h"
 #include "Reader.h"
@@ -24,8 +27,10 @@ inline bool isControlCode(unsigned char b) {
 }
 }  // namespace
 
-int ParserUtils::parseStr(unsigned char* data, std::string& out, unsigned int length,
-                          unsigned int available) {
+namespace text {
+
+int locate(const unsigned char* data, unsigned int length, unsigned int available,
+           const unsigned char*& text, unsigned int& size) {
     bytes::Reader in(data, available);
     int consumed = 0;
     // A length of 0 means the string carries its own length byte.
@@ -40,19 +45,60 @@ int ParserUtils::parseStr(unsigned char* data, std::string& out, unsigned int le
             length, in.remaining());
         return -1;
     }
-    const unsigned char* text = in.bytes(length);
-    // Most broadcast text carries no control code: copied whole, then closed
-    // up from the first control code on, if there is one.
-    out.assign(reinterpret_cast<const char*>(text), length);
+    text = in.bytes(length);
+    size = length;
+    return consumed + static_cast<int>(length);
+}
+
+namespace {
+// Whether eight bytes may hold a control code: a byte below 0x20 (NUL, tab
+// and line feed too, which then take the byte-by-byte path), 0x7F, or
+// 0x80-0xA0. Each test is the usual word-at-a-time "has a byte less than n".
+inline bool mayHoldControlCode(std::uint64_t x) {
+    constexpr std::uint64_t ones = 0x0101010101010101ull;
+    constexpr std::uint64_t highs = ones * 0x80;
+    const std::uint64_t flipped = x ^ highs;  // 0x80-0xA0 become 0x00-0x20
+    const std::uint64_t del = x ^ (ones * 0x7F);
+    return (((x - ones * 0x20) & ~x) | ((flipped - ones * 0x21) & ~flipped) |
+            ((del - ones) & ~del)) &
+           highs;
+}
+}  // namespace
+
+unsigned int filter(const unsigned char* text, unsigned int size, char* out) {
+    // Most broadcast text carries no control code: copied whole up to the
+    // first one, found eight bytes at a time, then byte by byte.
     unsigned int kept = 0;
-    while (kept < length && !isControlCode(text[kept]))
+    while (size - kept >= 8) {
+        std::uint64_t word;
+        std::memcpy(&word, text + kept, 8);
+        if (mayHoldControlCode(word))
+            break;
+        kept += 8;
+    }
+    while (kept < size && !isControlCode(text[kept]))
         ++kept;
-    for (unsigned int i = kept; i < length; ++i) {
+    if (kept != 0)
+        std::memcpy(out, text, kept);
+    for (unsigned int i = kept; i < size; ++i) {
         if (!isControlCode(text[i]))
             out[kept++] = static_cast<char>(text[i]);
     }
-    out.resize(kept);
-    return consumed + static_cast<int>(length);
+    return kept;
+}
+
+}  // namespace text
+
+int ParserUtils::parseStr(unsigned char* data, std::string& out, unsigned int length,
+                          unsigned int available) {
+    const unsigned char* text = nullptr;
+    unsigned int size = 0;
+    const int used = text::locate(data, length, available, text, size);
+    if (used < 0)
+        return -1;
+    out.resize(size);
+    out.resize(text::filter(text, size, &out[0]));
+    return used;
 }
 
 void ParserUtils::parseByteArray(unsigned char* data, unsigned char*& target,

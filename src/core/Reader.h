@@ -22,9 +22,24 @@
 #include "Bytes.h"
 #include "ISDBTUtils.h"
 #include "ParserUtils.h"
+#include "SarnAllocation.h"
 
 #pragma GCC visibility push(hidden)  // internal: not exported
 namespace Sarn {
+
+// Strings of 8-unit text, as ParserUtils::parseStr reads them.
+namespace text {
+/**
+ * The string at data (after its length byte when length is 0): text and size
+ * receive where it is and how long, and the bytes used are returned; -1 with
+ * parseStr's log line when they run past available.
+ */
+int locate(const unsigned char* data, unsigned int length, unsigned int available,
+           const unsigned char*& text, unsigned int& size);
+/** The size bytes at text, their control codes dropped, written to out: how many were kept. */
+unsigned int filter(const unsigned char* text, unsigned int size, char* out);
+}  // namespace text
+
 namespace bytes {
 
 class Reader {
@@ -113,28 +128,34 @@ class Reader {
      * A string of n bytes through ParserUtils::parseStr, control codes removed:
      * the bytes consumed, or -1 (the reader fails) when they are not there.
      */
-    int string(std::string& out, unsigned int n) {
+    template <class Out>
+    int string(Out& out, unsigned int n, memory::Arena* arena = nullptr) {
         if (!has(n)) {
             failed = true;
             return -1;
         }
-        return loggedString(out, n);
+        return loggedString(out, n, arena);
     }
 
     /**
      * As string(), but a string longer than what is left still goes to
-     * ParserUtils::parseStr, whose own log line reports the shortage.
+     * ParserUtils::parseStr, whose own log line reports the shortage. A
+     * memory::Text takes its room in arena, when there is one.
      */
-    int loggedString(std::string& out, unsigned int n) {
+    int loggedString(std::string& out, unsigned int n, memory::Arena* = nullptr) {
         if (failed)
             return -1;
-        const int used = ParserUtils::parseStr(mutableCurrent(), out, n, size - pos);
-        if (used < 0) {
-            failed = true;
+        return advance(ParserUtils::parseStr(mutableCurrent(), out, n, size - pos));
+    }
+    int loggedString(memory::Text& out, unsigned int n, memory::Arena* arena = nullptr) {
+        if (failed)
             return -1;
-        }
-        pos += static_cast<unsigned int>(used);
-        return used;
+        const unsigned char* text = nullptr;
+        unsigned int length = 0;
+        const int used = text::locate(current(), n, size - pos, text, length);
+        if (used >= 0)
+            out.keep(text::filter(text, length, out.room(length, arena)));
+        return advance(used);
     }
 
     /**
@@ -157,6 +178,16 @@ class Reader {
     void fail() { failed = true; }
 
   private:
+    /** Steps over used bytes, or fails the reader for -1: used, either way. */
+    int advance(int used) {
+        if (used < 0) {
+            failed = true;
+            return -1;
+        }
+        pos += static_cast<unsigned int>(used);
+        return used;
+    }
+
     bool take(unsigned int n) {
         if (failed || n > size - pos) {
             failed = true;

@@ -78,6 +78,16 @@ inline void readChars(bytes::Reader& r, std::string& out, unsigned int n) {
     if (src != nullptr)
         out.assign(reinterpret_cast<const char*>(src), n);
 }
+/** The same into a text, whose room is taken in arena when there is one. */
+inline void readChars(bytes::Reader& r, memory::Text& out, unsigned int n, memory::Arena* arena) {
+    const unsigned char* src = r.bytes(n);
+    if (src == nullptr)
+        return;
+    char* to = out.room(n, arena);
+    if (n != 0)
+        std::memcpy(to, src, n);
+    out.keep(n);
+}
 
 }  // namespace fields
 

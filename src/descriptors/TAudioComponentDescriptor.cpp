@@ -38,7 +38,7 @@ SARN_DESCRIPTOR_PARSE(TAudioComponentDescriptor, arena, data, len, bytesRead, er
             return parse::done(err, d);
         fields::readChars(r, d->languageCode2, 3);
     }
-    fields::readChars(r, d->text, r.remaining());
+    fields::readChars(r, d->text, r.remaining(), arena);
     return parse::done(err, d);
 }
 

@@ -17,7 +17,7 @@ TBouquetNameDescriptor::~TBouquetNameDescriptor() {}
 SARN_DESCRIPTOR_PARSE(TBouquetNameDescriptor, arena, bytes, length, bytesRead, error) {
     SARN_OPEN_OR_RETURN(arena, d, r, TBouquetNameDescriptor, bytes, length, error, 1, 0x47);
     // The name fills the rest of the bytes handed in.
-    const int count = r.loggedString(d->bouquetName, r.remaining());
+    const int count = r.loggedString(d->bouquetName, r.remaining(), arena);
     if (count < 0) {
         SARN_LOGW("%s: TBouquetNameDescriptor:: parse: ERROR: parsing Bouquet Name. Aborting!");
         return parse::fail(error, ERROR_FIELD_PARSE);

@@ -26,7 +26,7 @@ SARN_DESCRIPTOR_PARSE(TComponentDescriptor, arena, data, len, bytesRead, err) {
         return parse::fail(err, ERROR_FIELD_PARSE);
     }
     // Every byte after the language code is text (none: an empty text).
-    const int n = r.loggedString(d->text, r.remaining());
+    const int n = r.loggedString(d->text, r.remaining(), arena);
     if (n < 0) {
         SARN_LOGW("%s: TComponentDescriptor:: parse: ERROR: parsing Text. Aborting!");
         return parse::fail(err, ERROR_FIELD_PARSE);

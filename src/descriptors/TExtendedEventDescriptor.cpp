@@ -112,7 +112,8 @@ SARN_DESCRIPTOR_PARSE(TExtendedEventDescriptor, arena, data, len, bytesRead, err
         return parse::fail(err, ERROR_DATA_TOO_SHORT);
     }
     const unsigned int textLength = r.u8();
-    if (textLength > 0 && r.loggedString(d->text, textLength) != static_cast<int>(textLength)) {
+    if (textLength > 0 &&
+        r.loggedString(d->text, textLength, arena) != static_cast<int>(textLength)) {
         SARN_LOGW("%s: TExtendedEventDescriptor::parse error parsing text. Aborting!");
         return parse::fail(err, ERROR_FIELD_PARSE);
     }

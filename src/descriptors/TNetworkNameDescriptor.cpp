@@ -16,7 +16,7 @@ SARN_DESCRIPTOR_PARSE(TNetworkNameDescriptor, arena, bytes, length, bytesRead, e
     // The name fills the payload; it has no length byte of its own.
     SARN_OPEN_OR_RETURN(arena, d, r, TNetworkNameDescriptor, bytes, length, error, 0, 0x40);
     const unsigned int payload = r.remaining();
-    if (r.string(d->networkName, payload) != static_cast<int>(payload)) {
+    if (r.string(d->networkName, payload, arena) != static_cast<int>(payload)) {
         SARN_LOGW("%s: TNetworkNameDescriptor:: parse: ERROR: parsing Network Name. Aborting!");
         return parse::fail(error, ERROR_FIELD_PARSE);
     }

@@ -17,7 +17,7 @@ SARN_DESCRIPTOR_PARSE(TServiceDescriptor, arena, bytes, length, bytesRead, error
     d->serviceType = names.u8();
     // service_provider_name_length + name, then service_name_length + name.
     bytes::Reader provider = names;
-    const int providerSize = provider.string(d->serviceProvider, 0);
+    const int providerSize = provider.string(d->serviceProvider, 0, arena);
     if (providerSize < 0) {
         SARN_LOGW(
             "%s: TServiceDescriptor:: parse: ERROR: parsing Service Provider Name. Aborting!");
@@ -34,7 +34,7 @@ SARN_DESCRIPTOR_PARSE(TServiceDescriptor, arena, bytes, length, bytesRead, error
             names.remaining(), 1u);
         return parse::fail(error, ERROR_DESCRIPTOR_LENGTH);
     }
-    const int name = names.string(d->serviceName, 0);
+    const int name = names.string(d->serviceName, 0, arena);
     if (name < 0) {
         SARN_LOGW("%s: TServiceDescriptor:: parse: ERROR: parsing Service Name. Aborting!");
         return parse::fail(error, ERROR_FIELD_PARSE);

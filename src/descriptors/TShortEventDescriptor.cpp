@@ -30,7 +30,7 @@ SARN_DESCRIPTOR_PARSE(TShortEventDescriptor, arena, data, len, bytesRead, err) {
     // goes further is refused (and logged by the string reader too).
     const int nameLength = r.u8();
     if (!r.atEnd() && nameLength > 0) {
-        const int n = r.loggedString(d->eventName, static_cast<unsigned int>(nameLength));
+        const int n = r.loggedString(d->eventName, static_cast<unsigned int>(nameLength), arena);
         if (n != nameLength) {
             SARN_LOGW(
                 "%s: TShortEventDescriptor:: parse: ERROR: parsing Event name. Aborting! "
@@ -44,7 +44,7 @@ SARN_DESCRIPTOR_PARSE(TShortEventDescriptor, arena, data, len, bytesRead, err) {
         const int textLength = r.u8();
         if (!r.atEnd() && textLength >= 1) {
             const int m =
-                r.loggedString(d->eventDescription, static_cast<unsigned int>(textLength));
+                r.loggedString(d->eventDescription, static_cast<unsigned int>(textLength), arena);
             if (m != textLength) {
                 SARN_LOGW(
                     "%s: TShortEventDescriptor:: parse: ERROR: parsing Event description. "

@@ -53,7 +53,7 @@ SARN_DESCRIPTOR_PARSE(TTSInformationDescriptor, arena, bytes, length, bytesRead,
     const unsigned int nameLength = counts >> 2;
     const unsigned int typeCount = counts & 0x03;
     if (nameLength != 0 &&
-        r.loggedString(d->transportStreamName, nameLength) != static_cast<int>(nameLength)) {
+        r.loggedString(d->transportStreamName, nameLength, arena) != static_cast<int>(nameLength)) {
         SARN_LOGW("%s: TTSInformationDescriptor:: parse: ERROR: parsing TS Name. Aborting!");
         return parse::fail(error, ERROR_FIELD_PARSE);
     }

@@ -145,7 +145,7 @@ TEITTable::~TEITTable() {
 
 TEITTable* TEITTable::parse(unsigned char* bytes, unsigned int len, int fullSegment, int checkCrc,
                             int, unsigned short* err, TEITTable* previous) {
-    memory::Arena arena(tables::blockFor(len));
+    memory::Arena arena(tables::blockFor(len, 8));
     return tables::parse(
         tables::build<TEITTable>(arena, bytes, len, fullSegment ? TYPE_EIT_12 : TYPE_EIT_27), bytes,
         len, checkCrc, err, previous, [&](TEITTable& table, unsigned short remaining) {

@@ -56,7 +56,7 @@ TNITTable::~TNITTable() {
 
 TNITTable* TNITTable::parse(unsigned char* bytes, unsigned int length, int checkCrc, int,
                             unsigned short* error, TNITTable* previous) {
-    memory::Arena arena(tables::blockFor(length));
+    memory::Arena arena(tables::blockFor(length, 12));
     return tables::parse(
         tables::build<TNITTable>(arena, bytes, length), bytes, length, checkCrc, error, previous,
         [&](TNITTable& table, unsigned short remaining) {

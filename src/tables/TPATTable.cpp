@@ -19,7 +19,7 @@ TPATTable::~TPATTable() {
 
 TPATTable* TPATTable::parse(unsigned char* bytes, unsigned int length, int, int checkCrc,
                             unsigned short* error, TPATTable* previous) {
-    memory::Arena arena(tables::blockFor(length));
+    memory::Arena arena(tables::blockFor(length, 12));
     // Four-byte entries from byte 8 up to the CRC; a partial entry is ignored.
     auto entries = [&](TPATTable& table, unsigned short remaining) {
         const memory::VectorInArena<decltype(table.programs)> inArena(table.programs, &arena);

@@ -78,7 +78,7 @@ TPMTTable::~TPMTTable() {
 
 TPMTTable* TPMTTable::parse(unsigned char* bytes, unsigned int length, int, int checkCrc,
                             unsigned short* error, TPMTTable* previous) {
-    memory::Arena arena(tables::blockFor(length));
+    memory::Arena arena(tables::blockFor(length, 18));
     return tables::parse(
         tables::build<TPMTTable>(arena, bytes, length), bytes, length, checkCrc, error, previous,
         [&](TPMTTable& table, unsigned short remaining) {

@@ -61,7 +61,7 @@ TSDTTable::~TSDTTable() {
 
 TSDTTable* TSDTTable::parse(unsigned char* bytes, unsigned int length, int, int checkCrc,
                             unsigned short* error, TSDTTable* previous) {
-    memory::Arena arena(tables::blockFor(length));
+    memory::Arena arena(tables::blockFor(length, 16));
     return tables::parse(
         tables::build<TSDTTable>(arena, bytes, length), bytes, length, checkCrc, error, previous,
         [&](TSDTTable& table, unsigned short remaining) {
