@@ -1,5 +1,7 @@
 #include "DumpSession.h"
 
+#include "Names.h"
+
 #include <unistd.h>
 
 #include <algorithm>
@@ -121,6 +123,10 @@ void DumpSession::onSection(unsigned int pid, unsigned char* section, unsigned i
     }
     if (!selected(pid, tableId))
         return;
+    if (tables != nullptr && r.table != nullptr)
+        tables->onTable(pid, *r.table, r.bytes, length);
+    if (!options.lines)
+        return;
     writer.append(pending, pid, tableId, r.sectionNumber, r.error,
                   r.json.empty() ? nullptr : &r.json, &sectionLog);
     ++lines;
@@ -185,8 +191,9 @@ void DumpSession::printSummary(std::FILE* err) const {
         case Format::Unrecognised:
             return;
     }
-    std::fprintf(err, "%-6s %-5s %9s %9s %9s %9s %9s %9s %9s  %s\n", "pid", "table", "sections",
-                 "parsed", "repeated", "crc_err", "failed", "no_class", "log", "failures by code");
+    std::fprintf(err, "%-6s %-5s %-19s %9s %9s %9s %9s %9s %9s %9s  %s\n", "pid", "table", "kind",
+                 "sections", "parsed", "repeated", "crc_err", "failed", "no_class", "log",
+                 "failures by code");
     for (const auto& entry : counts) {
         const TableCounts& c = entry.second;
         std::string codes;
@@ -196,18 +203,29 @@ void DumpSession::printSummary(std::FILE* err) const {
                           f.second);
             codes += item;
         }
-        std::fprintf(err, "0x%04X 0x%02X  %9llu %9llu %9llu %9llu %9llu %9llu %9llu  %s\n",
-                     entry.first >> 8, entry.first & 0xFF, c.sections, c.parsed, c.repeated,
-                     c.crcErrors, c.failed, c.noClass, c.logLines,
+        const char* kind = names::table(entry.first & 0xFF);
+        std::fprintf(err, "0x%04X 0x%02X  %-19s %9llu %9llu %9llu %9llu %9llu %9llu %9llu  %s\n",
+                     entry.first >> 8, entry.first & 0xFF, *kind != '\0' ? kind : "-", c.sections,
+                     c.parsed, c.repeated, c.crcErrors, c.failed, c.noClass, c.logLines,
                      codes.empty() ? "-" : codes.c_str());
     }
     if (ts) {
-        std::fprintf(err, "%-6s %9s %9s %9s %9s %9s\n", "pid", "packets", "cc_breaks", "discarded",
-                     "tei", "scrambled");
+        std::fprintf(err, "%-6s %9s %9s %9s %9s %9s  %s\n", "pid", "packets", "cc_breaks",
+                     "discarded", "tei", "scrambled", "carries");
         for (unsigned int pid : ts->followedPids()) {
             const PidCounters& p = ts->counters(pid);
-            std::fprintf(err, "0x%04X %9llu %9llu %9llu %9llu %9llu\n", pid, p.packets,
-                         p.continuityBreaks, p.discarded, p.transportErrors, p.scrambled);
+            // The tables whose sections came on the PID.
+            std::string carries;
+            for (auto it = counts.lower_bound(pid << 8);
+                 it != counts.end() && it->first >> 8 == pid; ++it) {
+                const char* kind = names::table(it->first & 0xFF);
+                const std::string name = *kind != '\0' ? kind : names::hex(it->first & 0xFF, 2);
+                if (carries.find(name) == std::string::npos)
+                    carries += (carries.empty() ? "" : ", ") + name;
+            }
+            std::fprintf(err, "0x%04X %9llu %9llu %9llu %9llu %9llu  %s\n", pid, p.packets,
+                         p.continuityBreaks, p.discarded, p.transportErrors, p.scrambled,
+                         carries.empty() ? "-" : carries.c_str());
         }
     }
     if (logTotal > 0)

@@ -18,7 +18,17 @@
 
 namespace sarntool {
 
+/** Told of every table the library parses, for a view built over the whole input. */
+class TableObserver {
+  public:
+    virtual ~TableObserver() = default;
+    /** table and the section bytes it came from, both valid during the call only. */
+    virtual void onTable(unsigned int pid, const Sarn::TISDBTTable& table,
+                         const unsigned char* section, unsigned int length) = 0;
+};
+
 struct DumpOptions {
+    bool lines = true;                 // write the JSON lines (off while a view is built)
     bool all = false;                  // also print sections that repeat a table (code 2561)
     bool exactText = false;            // print the library's text unchanged
     bool flushEachLine = false;        // write every line out as soon as it is complete
@@ -86,6 +96,9 @@ class DumpSession : private SectionSink {
     /** errno of the write that failed, 0 while the output is fine. */
     int writeError() const { return writeErrno; }
 
+    /** observer (or null) is told of every table parsed from now on. */
+    void observe(TableObserver* observer) { tables = observer; }
+
     /** The summary: sections per PID and table, then packets per PID. */
     void printSummary(std::FILE* err) const;
 
@@ -112,6 +125,7 @@ class DumpSession : private SectionSink {
     unsigned long long lines = 0;
     bool inSection = false;
     std::vector<LogEntry> sectionLog;  // logged while the current section is read
+    TableObserver* tables = nullptr;
     unsigned long long logTotal = 0;
     unsigned long long logPrinted = 0;
 };

@@ -181,6 +181,28 @@ void TextConverter::append(std::string& out, const char* text, size_t length) co
     }
 }
 
+void TextConverter::appendJsonString(std::string& out, const std::string& text) const {
+    for (const char ch : text) {
+        if (ch == '"' || ch == '\\')
+            out.push_back('\\');
+        const Code& c = codes[static_cast<unsigned char>(ch)];
+        out.append(c.bytes, c.length);
+    }
+}
+
+void TextConverter::appendPlain(std::string& out, const std::string& text) const {
+    for (const char ch : text) {
+        const Code& c = codes[static_cast<unsigned char>(ch)];
+        // Control bytes are the codes written as escapes.
+        if (c.length > 1 && c.bytes[0] == '\\') {
+            if (ch == '\t' || ch == '\n')
+                out.push_back(ch);
+            continue;
+        }
+        out.append(c.bytes, c.length);
+    }
+}
+
 #ifdef SARN_HAVE_RAPIDJSON
 
 bool haveJsonCheck() {

@@ -34,6 +34,13 @@ class TextConverter {
      * (\n, \t, ..., \u00XX), other bytes in UTF-8.
      */
     void append(std::string& out, const char* text, size_t length) const;
+    /** As append, with double quotes and backslashes escaped too: a JSON string's contents. */
+    void appendJsonString(std::string& out, const std::string& text) const;
+    /**
+     * Appends text converted, with control bytes but tab and line feed left
+     * out (for XML, which cannot carry them).
+     */
+    void appendPlain(std::string& out, const std::string& text) const;
 
   private:
     struct Code {

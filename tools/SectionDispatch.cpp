@@ -42,6 +42,7 @@ SectionDispatch::~SectionDispatch() {
 SectionResult SectionDispatch::handle(unsigned int pid, unsigned char* section,
                                       unsigned int length) {
     SectionResult result;
+    lastTot.reset();
     if (length < 3)
         return result;
     const unsigned int tableId = section[0];
@@ -78,10 +79,12 @@ SectionResult SectionDispatch::handle(unsigned int pid, unsigned char* section,
         // A TOT has no version to compare and its bytes 3 to 7 are the time,
         // not a long header: every one is printed and none is kept.
         result.sectionNumber = 0;
-        Sarn::TISDBTTable* tot = Sarn::parseSection(section, length, 1, &result.error, pid);
-        if (tot != nullptr)
-            result.json = tot->toJSON();
-        delete tot;
+        lastTot.reset(Sarn::parseSection(section, length, 1, &result.error, pid));
+        if (lastTot != nullptr) {
+            result.json = lastTot->toJSON();
+            result.table = lastTot.get();
+            result.bytes = section;
+        }
         return result;
     }
     Sarn::TISDBTTable* table = nullptr;
@@ -99,6 +102,8 @@ SectionResult SectionDispatch::handle(unsigned int pid, unsigned char* section,
         delete kept.table;
         kept.table = table;
         kept.bytes.swap(scratch);
+        result.table = table;
+        result.bytes = kept.bytes.data();
     }
     // These tables render only their section header, as members without
     // braces; the dump wraps them into an object.

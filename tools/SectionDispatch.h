@@ -2,6 +2,7 @@
 #define SARN_TOOLS_SECTIONDISPATCH_H
 
 #include <map>
+#include <memory>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -16,6 +17,12 @@ struct SectionResult {
     unsigned short error = 0;  // the library's code (0 on success)
     std::string json;          // toJSON() of the table when parsed
     unsigned int sectionNumber = 0;
+    /**
+     * The table when parsed, with the copy of the section it was parsed
+     * from: both valid until the next section is handled.
+     */
+    const Sarn::TISDBTTable* table = nullptr;
+    const unsigned char* bytes = nullptr;
 };
 
 /**
@@ -42,6 +49,7 @@ class SectionDispatch {
     };
     std::map<Key, Kept> previous;
     std::vector<unsigned char> scratch;
+    std::unique_ptr<Sarn::TISDBTTable> lastTot;  // kept until the next section
 };
 
 }  // namespace sarntool

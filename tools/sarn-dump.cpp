@@ -25,7 +25,9 @@
 #include <string>
 #include <vector>
 
+#include "Catalogue.h"
 #include "DumpSession.h"
+#include "Views.h"
 
 namespace {
 
@@ -79,6 +81,13 @@ void usage(std::FILE* out) {
         "                    ISO-8859-1, another single-byte set known to iconv, or raw\n"
         "                    (8-bit bytes written unchanged)\n"
         "  --raw             print the library's JSON text exactly as it is\n"
+        "  --services        instead of the lines, the channel list: network, delivery,\n"
+        "                    services with their streams and Ginga applications (JSON)\n"
+        "  --epg             instead of the lines, the programme guide of the EITs (JSON)\n"
+        "  --xmltv           the programme guide as XMLTV\n"
+        "  --text            --services or --epg as aligned text instead of JSON\n"
+        "  --utc-offset OFS  the broadcast's local time offset for the guide, e.g. -03:00\n"
+        "                    (default: the TOT's local time offset, else -03:00)\n"
         "  -h, --help        this text\n"
         "  --version         the version\n"
         "\n"
@@ -167,6 +176,9 @@ class Progress {
  * digit, so that "--pid capture.ts" does not read the input name as a list.
  */
 bool canBeValue(const std::string& option, const char* next) {
+    if (option == "--utc-offset" && (next[0] == '-' || next[0] == '+') &&
+        std::isdigit(static_cast<unsigned char>(next[1])))
+        return true;
     if (next[0] == '-')
         return false;
     return option == "--charset" || std::isdigit(static_cast<unsigned char>(next[0]));
@@ -220,6 +232,10 @@ int main(int argc, char** argv) {
     sarntool::DumpOptions options;
     sarntool::TextConverter converter;
     const char* path = nullptr;
+    enum class View { Lines, Services, Guide, Xmltv } view = View::Lines;
+    bool asText = false;
+    bool haveOffset = false;
+    int utcOffset = 0;
     bool endOfOptions = false;
     for (int i = 1; i < argc; ++i) {
         const char* arg = argv[i];
@@ -229,7 +245,8 @@ int main(int argc, char** argv) {
             value = arg + name.find('=') + 1;
             name.resize(name.find('='));
         }
-        const bool takesValue = name == "--pid" || name == "--table" || name == "--charset";
+        const bool takesValue =
+            name == "--pid" || name == "--table" || name == "--charset" || name == "--utc-offset";
         if (!endOfOptions && takesValue && value == nullptr) {
             if (i + 1 >= argc || !canBeValue(name, argv[i + 1]))
                 return badUsage("missing value for ", arg);
@@ -251,6 +268,22 @@ int main(int argc, char** argv) {
             options.all = true;
         } else if (name == "--raw" && value == nullptr) {
             options.exactText = true;
+        } else if ((name == "--services" || name == "--epg" || name == "--xmltv") &&
+                   value == nullptr) {
+            const View wanted = name == "--services" ? View::Services
+                                : name == "--epg"    ? View::Guide
+                                                     : View::Xmltv;
+            // --epg --xmltv is the guide as XMLTV.
+            if (view != View::Lines && !(view != View::Services && wanted != View::Services))
+                return badUsage("one view at a time: ", arg);
+            if (view != View::Xmltv)
+                view = wanted;
+        } else if (name == "--text" && value == nullptr) {
+            asText = true;
+        } else if (name == "--utc-offset") {
+            if (!sarntool::parseUtcOffset(value, &utcOffset))
+                return badUsage("bad UTC offset (e.g. -03:00): ", value);
+            haveOffset = true;
         } else if (name == "--pid") {
             if (!parseList(value, sarntool::kNullPid, options.pids))
                 return badUsage("bad PID list: ", value);
@@ -267,6 +300,11 @@ int main(int argc, char** argv) {
     }
     if (path == nullptr)
         return badUsage("no input given", "");
+    if (asText && (view == View::Lines || view == View::Xmltv))
+        return badUsage("--text goes with --services or --epg", "");
+    if (view == View::Xmltv && !converter.producesUtf8())
+        return badUsage("--xmltv writes UTF-8: not with --charset raw", "");
+    options.lines = view == View::Lines;
 
     const bool standardInput = std::strcmp(path, "-") == 0;
     const int fd = standardInput ? STDIN_FILENO : open(path, O_RDONLY);
@@ -284,6 +322,9 @@ int main(int argc, char** argv) {
     catchStopSignals(&waitMask);
 
     sarntool::DumpSession session(options, converter, STDOUT_FILENO);
+    sarntool::Catalogue catalogue;
+    if (view != View::Lines)
+        session.observe(&catalogue);
     logReceiver = &session;
     std::vector<unsigned char> buffer(kReadSize);
     long long done = 0;
@@ -333,6 +374,26 @@ int main(int argc, char** argv) {
                      "listing\n",
                      path);
         return kExitUnreadable;
+    }
+    if (view != View::Lines && session.writeError() == 0 && signal != SIGPIPE) {
+        std::string text;
+        const sarntool::UtcOffset offset =
+            sarntool::chooseOffset(catalogue, haveOffset ? &utcOffset : nullptr);
+        if (view == View::Services && asText)
+            sarntool::writeServicesText(text, catalogue, converter);
+        else if (view == View::Services)
+            sarntool::writeServicesJson(text, catalogue, converter);
+        else if (view == View::Guide && asText)
+            sarntool::writeGuideText(text, catalogue, converter, offset);
+        else if (view == View::Guide)
+            sarntool::writeGuideJson(text, catalogue, converter, offset);
+        else
+            sarntool::writeXmltv(text, catalogue, converter, offset);
+        if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() ||
+            std::fflush(stdout) != 0) {
+            std::fprintf(stderr, "sarn-dump: error writing the output: %s\n", std::strerror(errno));
+            status = kExitUnreadable;
+        }
     }
     if (session.writeError() != 0 && signal == 0)
         status = kExitUnreadable;
