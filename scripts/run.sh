@@ -14,7 +14,7 @@ has_input=0 skip=0
 for arg in "$@"; do
   if [ $skip = 1 ]; then skip=0; continue; fi
   case "$arg" in
-    --pid|--table|--charset) skip=1 ;;
+    --pid|--table|--charset|--utc-offset) skip=1 ;;
     -|-h|--help) has_input=1 ;;
     -*) ;;
     *) has_input=1 ;;

@@ -314,6 +314,13 @@ TEST(SarnDump, CommandLine) {
              {"--pid 12x x", 2, "", "bad PID list: 12x\n"},
              {"--table 256 x", 2, "", "bad table_id list: 256\n"},
              {"--charset NO-SUCH-SET x", 2, "", "unknown character set NO-SUCH-SET\n"},
+             {"--services --epg x", 2, "", "one view at a time: --epg\n"},
+             {"--xmltv --services x", 2, "", "one view at a time: --services\n"},
+             {"--text x", 2, "", "--text goes with --services or --epg\n"},
+             {"--xmltv --text x", 2, "", "--text goes with --services or --epg\n"},
+             {"--xmltv --charset raw x", 2, "", "--xmltv writes UTF-8: not with --charset raw\n"},
+             {"--epg --utc-offset -3:7 x", 2, "", "bad UTC offset (e.g. -03:00): -3:7\n"},
+             {"--epg --utc-offset +14:01 x", 2, "", "bad UTC offset (e.g. -03:00): +14:01\n"},
              {"/nonexistent/file.ts", 1, "",
               "cannot read /nonexistent/file.ts: No such file or directory\n"},
              {"-- --all", 1, "", "cannot read --all: No such file or directory\n"},
@@ -327,6 +334,62 @@ TEST(SarnDump, CommandLine) {
         EXPECT_EQ(c.out.empty() ? r.out : r.out.substr(0, c.out.size()), c.out);
         EXPECT_EQ(r.err,
                   c.err.empty() ? "" : "sarn-dump: " + c.err + (c.status == 2 ? kTryHelp : ""));
+    }
+}
+
+// The channel list and the programme guide: exact output on the bundled
+// sample and on a real Brazilian capture, and valid JSON on every capture
+// (the XMLTV of every capture goes through the XMLTV validator in
+// tools.xmltv_validates).
+TEST(SarnDump, ServicesAndProgrammeGuide) {
+    const std::string expected = std::string(SARN_SOURCE_DIR) + "/tests/expected/";
+    const std::string real = std::string(SARN_SHARED_DIR) + "/captures/";
+    const std::string integracao = real + "br-isdbtb-tv-integracao.tables.bin";
+    for (const auto& c : std::vector<std::pair<std::string, std::string>>{
+             {"--services '" + kSample + "'", "sample.services.json"},
+             {"--services --text '" + kSample + "'", "sample.services.txt"},
+             {"--epg --text '" + kSample + "'", "sample.epg.txt"},
+             {"--epg --xmltv '" + kSample + "'", "sample.xmltv"},
+             {"--services --text '" + integracao + "'", "br-isdbtb-tv-integracao.services.txt"},
+             {"--epg '" + integracao + "'", "br-isdbtb-tv-integracao.epg.json"},
+         }) {
+        SCOPED_TRACE(c.first);
+        const ToolRun r = runTool(c.first);
+        EXPECT_EQ(r.status, 0);
+        EXPECT_EQ(r.out, readFile(expected + c.second));
+    }
+    // The offset given wins over the TOT's; the times are the broadcast's own.
+    ToolRun r = runTool("--epg --text --utc-offset +0530 '" + kSample + "'");
+    EXPECT_EQ(lines(r.out).at(0), "Times in UTC+05:30 (option)");
+    EXPECT_EQ(lines(r.out).at(3),
+              "  2026-11-22 18:00-19:00  0x0101  Jornal SARN  "
+              "[Jornalismo / Telejornais]  [L]");
+    // A PID filter narrows what the views see: the one-segment EIT alone.
+    r = runTool("--epg --text --pid 0x27 '" + kSample + "'");
+    EXPECT_EQ(r.out,
+              "Times in UTC-03:00 (default (no TOT))\n\n"
+              "Service 0xC858 (51288)\n"
+              "  2026-11-22 18:00-19:00  0x0201  Jornal SARN  [Jornalismo / Telejornais]  [L]\n");
+
+    std::vector<std::string> inputs = {kSample};
+    for (const char* name : {"br-isdbtb-tv-integracao-rs204.ts", "dvb-mhp-ait-tot-excerpt.ts",
+                             "isdbtb-lab-oneseg-mux.ts", "jp-isdbs-bs-excerpt.ts",
+                             "jp-isdbt-nit-1.ts", "jp-isdbt-nit-2.ts",
+                             "br-isdbtb-tv-integracao.tables.bin", "jp-isdb-cable-swdl.tables.bin",
+                             "jp-isdbt-nhk-akita-tot.tables.bin", "jp-isdbt-nhk-akita.tables.bin"})
+        inputs.push_back(real + name);
+    for (const std::string& input : inputs) {
+        SCOPED_TRACE(input);
+        for (const char* view : {"--services", "--epg"}) {
+            r = runTool(std::string(view) + " '" + input + "'");
+            EXPECT_EQ(r.status, 0);
+            if (haveJsonCheck()) {
+                EXPECT_TRUE(isValidJson(r.out, true)) << r.out;
+            }
+        }
+        r = runTool("--xmltv '" + input + "'");
+        EXPECT_EQ(r.out.rfind("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n", 0), 0u);
+        EXPECT_EQ(r.out.substr(r.out.size() - 6), "</tv>\n");
     }
 }
 

@@ -349,10 +349,12 @@ UtcOffset chooseOffset(const Catalogue& catalogue, const int* option) {
     UtcOffset o;
     if (option != nullptr) {
         o.seconds = *option;
-        o.source = "--utc-offset";
+        o.source = "option";
     } else if (catalogue.haveTotOffset()) {
         o.seconds = catalogue.totOffset();
-        o.source = "TOT (" + catalogue.totOffsetCountry() + ")";
+        o.source = "TOT " + catalogue.totOffsetCountry();
+    } else if (catalogue.unusableTotOffsets() > 0) {
+        o.source = "default (TOT offset beyond what the library decodes)";
     }
     return o;
 }

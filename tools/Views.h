@@ -16,7 +16,7 @@ namespace sarntool {
 /** The offset of the broadcast's local time from UTC, and where it came from. */
 struct UtcOffset {
     int seconds = -3 * 3600;
-    std::string source = "default (Brazil)";
+    std::string source = "default (no TOT)";
 };
 
 /**
