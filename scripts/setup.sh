@@ -11,7 +11,7 @@
 set -u
 run_packages=(android-liblog-dev ninja-build rapidjson-dev)
 test_packages=(pkg-config valgrind g++-arm-linux-gnueabihf qemu-user clang-14 libclang-rt-14-dev
-               libdvbv5-dev xmltv-util)
+               libdvbv5-dev xmltv-util chromium)
 list_only=0
 if [ "${1:-}" = --list ]; then list_only=1; shift; fi
 profile=${1:-test}

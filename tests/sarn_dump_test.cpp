@@ -315,6 +315,8 @@ TEST(SarnDump, CommandLine) {
              {"--table 256 x", 2, "", "bad table_id list: 256\n"},
              {"--charset NO-SUCH-SET x", 2, "", "unknown character set NO-SUCH-SET\n"},
              {"--services --epg x", 2, "", "one view at a time: --epg\n"},
+             {"--html r.html --epg x", 2, "", "one view at a time: --epg\n"},
+             {"--html --all x", 2, "", "missing value for --html\n"},
              {"--xmltv --services x", 2, "", "one view at a time: --services\n"},
              {"--text x", 2, "", "--text goes with --services or --epg\n"},
              {"--xmltv --text x", 2, "", "--text goes with --services or --epg\n"},
@@ -370,6 +372,22 @@ TEST(SarnDump, ServicesAndProgrammeGuide) {
               "Times in UTC-03:00 (default (no TOT))\n\n"
               "Service 0xC858 (51288)\n"
               "  2026-11-22 18:00-19:00  0x0201  Jornal SARN  [Jornalismo / Telejornais]  [L]\n");
+
+    // The report goes to its file; one that cannot be written fails the run.
+    const std::string report = testing::TempDir() + "/sarn_report.html";
+    r = runTool("--html '" + report + "' '" + kSample + "'");
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.out, "");
+    const std::string page = readFile(report);
+    EXPECT_EQ(page.rfind("<!DOCTYPE html>\n<html lang=\"en\">", 0), 0u);
+    EXPECT_EQ(page.find("http"), std::string::npos);  // nothing fetched from anywhere
+    std::remove(report.c_str());
+    r = runTool("--html /nonexistent/r.html '" + kSample + "'");
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.err.rfind("sarn-dump: cannot write /nonexistent/r.html: No such file or "
+                          "directory\n",
+                          0),
+              0u);
 
     std::vector<std::string> inputs = {kSample};
     for (const char* name : {"br-isdbtb-tv-integracao-rs204.ts", "dvb-mhp-ait-tot-excerpt.ts",

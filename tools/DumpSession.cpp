@@ -62,12 +62,14 @@ void DumpSession::decide(bool eof) {
     } else if (TsDemux::findSync(d, n, eof, &offset) != 0) {
         kind = Format::TransportStream;
         ts.reset(new TsDemux(*this));
+        ts->observePackets(packetObserver);
     } else if (eof) {
         kind = Format::Unrecognised;
     } else if (n >= kDetectBytes) {
         // Junk, then perhaps packets: the demultiplexer skips what can never
         // begin one, so memory stays bounded however long the junk goes on.
         ts.reset(new TsDemux(*this));
+        ts->observePackets(packetObserver);
     }
     if (kind == Format::Undecided && !ts)
         return;
@@ -123,8 +125,12 @@ void DumpSession::onSection(unsigned int pid, unsigned char* section, unsigned i
     }
     if (!selected(pid, tableId))
         return;
-    if (tables != nullptr && r.table != nullptr)
-        tables->onTable(pid, *r.table, r.bytes, length);
+    if (tables != nullptr) {
+        if (r.table != nullptr)
+            tables->onTable(pid, *r.table, r.bytes, length);
+        tables->onLine(pid, tableId, r.sectionNumber, r.error, r.json.empty() ? nullptr : &r.json,
+                       sectionLog);
+    }
     if (!options.lines)
         return;
     writer.append(pending, pid, tableId, r.sectionNumber, r.error,

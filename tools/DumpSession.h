@@ -25,6 +25,16 @@ class TableObserver {
     /** table and the section bytes it came from, both valid during the call only. */
     virtual void onTable(unsigned int pid, const Sarn::TISDBTTable& table,
                          const unsigned char* section, unsigned int length) = 0;
+    /**
+     * A section that makes a line of output (a new table or a failure):
+     * what the line holds, the library's own text of the table (null when
+     * there is none) and what it logged. Valid during the call only.
+     */
+    virtual void onLine(unsigned int pid, unsigned int tableId, unsigned int sectionNumber,
+                        unsigned int error, const std::string* table,
+                        const std::vector<LogEntry>& log) {
+        (void)pid, (void)tableId, (void)sectionNumber, (void)error, (void)table, (void)log;
+    }
 };
 
 struct DumpOptions {
@@ -98,6 +108,8 @@ class DumpSession : private SectionSink {
 
     /** observer (or null) is told of every table parsed from now on. */
     void observe(TableObserver* observer) { tables = observer; }
+    /** observer (or null) is told of every packet of a transport stream. */
+    void observePackets(PacketObserver* observer) { packetObserver = observer; }
 
     /** The summary: sections per PID and table, then packets per PID. */
     void printSummary(std::FILE* err) const;
@@ -126,6 +138,7 @@ class DumpSession : private SectionSink {
     bool inSection = false;
     std::vector<LogEntry> sectionLog;  // logged while the current section is read
     TableObserver* tables = nullptr;
+    PacketObserver* packetObserver = nullptr;
     unsigned long long logTotal = 0;
     unsigned long long logPrinted = 0;
 };

@@ -57,6 +57,7 @@ unsigned int checkedSectionSize(const unsigned char* data, size_t length) {
 }
 
 SectionSink::~SectionSink() = default;
+PacketObserver::~PacketObserver() = default;
 
 // ---------------------------------------------------------------------------
 // PsiLearner
@@ -362,6 +363,8 @@ TsDemux::Assembler* TsDemux::candidate(unsigned int pid, const unsigned char* p)
 
 void TsDemux::packet(const unsigned char* p) {
     ++packets;
+    if (packetObserver != nullptr)
+        packetObserver->onPacket(p);
     const unsigned int pid = pid13(p + 1);
     Assembler* a = assemblers[pid].get();
     if (a == nullptr) {

@@ -37,6 +37,14 @@ class SectionSink {
     virtual void onSection(unsigned int pid, unsigned char* section, unsigned int length) = 0;
 };
 
+/** Told of every packet that the demultiplexer reads, in stream order. */
+class PacketObserver {
+  public:
+    virtual ~PacketObserver();
+    /** The packet's 188 bytes from its sync byte, valid only during the call. */
+    virtual void onPacket(const unsigned char* packet) = 0;
+};
+
 /** What a PID carries, as far as the tables seen so far tell. */
 enum class PidRole : unsigned char { None, Pat, Pmt, Network, FixedSi, Ait, Dsmcc };
 
@@ -136,6 +144,8 @@ class TsDemux {
     /** Counters of a followed PID; all zero for another. */
     const PidCounters& counters(unsigned int pid) const;
     const PsiLearner& psi() const { return learner; }
+    /** observer (or null) is told of every packet from now on. */
+    void observePackets(PacketObserver* observer) { packetObserver = observer; }
 
   private:
     struct Assembler;
@@ -153,6 +163,7 @@ class TsDemux {
     void forgetCandidates();
 
     SectionSink& sink;
+    PacketObserver* packetObserver = nullptr;
     PsiLearner learner;
     std::vector<std::unique_ptr<Assembler>> assemblers;  // by PID, null when not followed
     std::vector<unsigned int> candidates;                // PIDs held back

@@ -249,27 +249,6 @@ void table(std::string& out, const std::vector<std::vector<std::string>>& rows,
 // ---------------------------------------------------------------------------
 // XML
 // ---------------------------------------------------------------------------
-void xmlEscaped(std::string& out, const std::string& utf8) {
-    for (const char c : utf8) {
-        switch (c) {
-            case '&':
-                out += "&amp;";
-                break;
-            case '<':
-                out += "&lt;";
-                break;
-            case '>':
-                out += "&gt;";
-                break;
-            case '"':
-                out += "&quot;";
-                break;
-            default:
-                out += c;
-        }
-    }
-}
-
 /** The two-letter code XMLTV readers expect for the languages of the region, else the code. */
 std::string xmlLanguage(const std::string& iso639) {
     static const char* const kPairs[][2] = {{"por", "pt"}, {"spa", "es"}, {"eng", "en"},
@@ -298,13 +277,37 @@ void xmlElement(std::string& out, const char* indent, const char* tag, const std
     if (!lang.empty())
         out += " lang=\"" + lang + "\"";
     out += '>';
-    xmlEscaped(out, utf8);
+    appendMarkupEscaped(out, utf8);
     out += "</";
     out += tag;
     out += ">\n";
 }
 
 }  // namespace
+
+void appendMarkupEscaped(std::string& out, const std::string& utf8) {
+    for (const char c : utf8) {
+        switch (c) {
+            case '&':
+                out += "&amp;";
+                break;
+            case '<':
+                out += "&lt;";
+                break;
+            case '>':
+                out += "&gt;";
+                break;
+            case '"':
+                out += "&quot;";
+                break;
+            case '\'':
+                out += "&#39;";
+                break;
+            default:
+                out += c;
+        }
+    }
+}
 
 bool parseUtcOffset(const std::string& text, int* seconds) {
     size_t i = 0;

@@ -28,6 +28,9 @@ bool parseUtcOffset(const std::string& text, int* seconds);
 /** The offset a guide uses: the option when given, else the TOT's, else UTC-3. */
 UtcOffset chooseOffset(const Catalogue& catalogue, const int* option);
 
+/** utf8 with & < > " and ' written as XML and HTML entities. */
+void appendMarkupEscaped(std::string& out, const std::string& utf8);
+
 /** "-03:00" (withColon) or "-0300". */
 std::string offsetText(int seconds, bool withColon);
 

@@ -17,7 +17,8 @@ multiplex as 188-byte packets: the tables repeated at broadcast rates
 (PAT and PMTs every 100 ms, EIT present/following every 500 ms, NIT, SDT and
 AIT every second, EIT schedules every two seconds), the present/following
 EIT changing version after two seconds, two TOTs, sections packed several to
-a packet and spanning packets, and filler packets for video and audio. Regenerate the bundled files with
+a packet and spanning packets, and filler packets for video and audio (the video
+packets that start a PES carry the PCR). Regenerate the bundled files with
 
     tools/make-sample-sections.py data/sample-sections.txt --ts data/sample.ts
 """
@@ -257,11 +258,19 @@ def schedule_at(t):
 continuity = {}
 
 
-def packet(pid, payload, unit_start):
+def packet(pid, payload, unit_start, adaptation=b""):
     cc = continuity.get(pid, 0)
     continuity[pid] = (cc + 1) & 0x0F
-    head = bytes([0x47, (0x40 if unit_start else 0) | (pid >> 8), pid & 0xFF, 0x10 | cc])
-    return head + payload + b"\xff" * (184 - len(payload))
+    control = 0x30 if adaptation else 0x10
+    head = bytes([0x47, (0x40 if unit_start else 0) | (pid >> 8), pid & 0xFF, control | cc])
+    return head + adaptation + payload + b"\xff" * (184 - len(adaptation) - len(payload))
+
+
+def pcr_field(t):
+    """An adaptation field holding the PCR of t milliseconds (90 kHz base, no extension)."""
+    base = t * 90
+    return bytes([7, 0x10, (base >> 25) & 0xFF, (base >> 17) & 0xFF, (base >> 9) & 0xFF,
+                  (base >> 1) & 0xFF, ((base & 1) << 7) | 0x7E, 0x00])
 
 
 def packetize(pid, group):
@@ -285,11 +294,13 @@ def packetize(pid, group):
 
 
 def filler(pid, t, stream_id):
-    """Stand-in elementary-stream packets: a PES header every 40 ms, then bytes."""
+    """Stand-in elementary-stream packets: a PES header every 40 ms, then bytes. The video
+    PID is the PCR PID: its packets that start a PES carry the clock."""
     start = t % 40 == 0
+    adaptation = pcr_field(t) if start and pid == VIDEO_PID else b""
     body = (b"\x00\x00\x01" + bytes([stream_id]) + b"\x00\x00\x80\x00\x00") if start else b""
-    body += bytes((t + i) & 0x7F for i in range(184 - len(body)))
-    return packet(pid, body, start)
+    body += bytes((t + i) & 0x7F for i in range(184 - len(adaptation) - len(body)))
+    return packet(pid, body, start, adaptation)
 
 
 def multiplex():

@@ -27,6 +27,7 @@
 
 #include "Catalogue.h"
 #include "DumpSession.h"
+#include "HtmlReport.h"
 #include "Views.h"
 
 namespace {
@@ -86,6 +87,8 @@ void usage(std::FILE* out) {
         "  --epg             instead of the lines, the programme guide of the EITs (JSON)\n"
         "  --xmltv           the programme guide as XMLTV\n"
         "  --text            --services or --epg as aligned text instead of JSON\n"
+        "  --html REPORT     instead of the lines, a report page about the input written\n"
+        "                    to REPORT: overview, services, PIDs, tables, guide\n"
         "  --utc-offset OFS  the broadcast's local time offset for the guide, e.g. -03:00\n"
         "                    (default: the TOT's local time offset, else -03:00)\n"
         "  -h, --help        this text\n"
@@ -181,7 +184,8 @@ bool canBeValue(const std::string& option, const char* next) {
         return true;
     if (next[0] == '-')
         return false;
-    return option == "--charset" || std::isdigit(static_cast<unsigned char>(next[0]));
+    return option == "--charset" || option == "--html" ||
+           std::isdigit(static_cast<unsigned char>(next[0]));
 }
 
 /** Turns the stop signals into a flag; they are blocked but while the input is awaited. */
@@ -232,7 +236,8 @@ int main(int argc, char** argv) {
     sarntool::DumpOptions options;
     sarntool::TextConverter converter;
     const char* path = nullptr;
-    enum class View { Lines, Services, Guide, Xmltv } view = View::Lines;
+    enum class View { Lines, Services, Guide, Xmltv, Html } view = View::Lines;
+    const char* reportPath = nullptr;
     bool asText = false;
     bool haveOffset = false;
     int utcOffset = 0;
@@ -245,8 +250,8 @@ int main(int argc, char** argv) {
             value = arg + name.find('=') + 1;
             name.resize(name.find('='));
         }
-        const bool takesValue =
-            name == "--pid" || name == "--table" || name == "--charset" || name == "--utc-offset";
+        const bool takesValue = name == "--pid" || name == "--table" || name == "--charset" ||
+                                name == "--utc-offset" || name == "--html";
         if (!endOfOptions && takesValue && value == nullptr) {
             if (i + 1 >= argc || !canBeValue(name, argv[i + 1]))
                 return badUsage("missing value for ", arg);
@@ -274,10 +279,16 @@ int main(int argc, char** argv) {
                                 : name == "--epg"    ? View::Guide
                                                      : View::Xmltv;
             // --epg --xmltv is the guide as XMLTV.
-            if (view != View::Lines && !(view != View::Services && wanted != View::Services))
+            if (view == View::Html ||
+                (view != View::Lines && !(view != View::Services && wanted != View::Services)))
                 return badUsage("one view at a time: ", arg);
             if (view != View::Xmltv)
                 view = wanted;
+        } else if (name == "--html") {
+            if (view != View::Lines)
+                return badUsage("one view at a time: ", arg);
+            view = View::Html;
+            reportPath = value;
         } else if (name == "--text" && value == nullptr) {
             asText = true;
         } else if (name == "--utc-offset") {
@@ -300,7 +311,7 @@ int main(int argc, char** argv) {
     }
     if (path == nullptr)
         return badUsage("no input given", "");
-    if (asText && (view == View::Lines || view == View::Xmltv))
+    if (asText && (view == View::Lines || view == View::Xmltv || view == View::Html))
         return badUsage("--text goes with --services or --epg", "");
     if (view == View::Xmltv && !converter.producesUtf8())
         return badUsage("--xmltv writes UTF-8: not with --charset raw", "");
@@ -323,8 +334,13 @@ int main(int argc, char** argv) {
 
     sarntool::DumpSession session(options, converter, STDOUT_FILENO);
     sarntool::Catalogue catalogue;
-    if (view != View::Lines)
+    sarntool::ReportCollector report;
+    if (view == View::Html) {
+        session.observe(&report);
+        session.observePackets(&report.packets);
+    } else if (view != View::Lines) {
         session.observe(&catalogue);
+    }
     logReceiver = &session;
     std::vector<unsigned char> buffer(kReadSize);
     long long done = 0;
@@ -375,7 +391,22 @@ int main(int argc, char** argv) {
                      path);
         return kExitUnreadable;
     }
-    if (view != View::Lines && session.writeError() == 0 && signal != SIGPIPE) {
+    if (view == View::Html) {
+        std::string page;
+        const char* slash = std::strrchr(path, '/');
+        const std::string title = standardInput ? "standard input" : slash ? slash + 1 : path;
+        sarntool::writeHtmlReport(
+            page, title, session, report, converter,
+            sarntool::chooseOffset(report.catalogue, haveOffset ? &utcOffset : nullptr));
+        std::FILE* file = std::fopen(reportPath, "wb");
+        const bool written =
+            file != nullptr && std::fwrite(page.data(), 1, page.size(), file) == page.size();
+        if (file == nullptr || std::fclose(file) != 0 || !written) {
+            std::fprintf(stderr, "sarn-dump: cannot write %s: %s\n", reportPath,
+                         std::strerror(errno));
+            status = kExitUnreadable;
+        }
+    } else if (view != View::Lines && session.writeError() == 0 && signal != SIGPIPE) {
         std::string text;
         const sarntool::UtcOffset offset =
             sarntool::chooseOffset(catalogue, haveOffset ? &utcOffset : nullptr);
