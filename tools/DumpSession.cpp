@@ -216,8 +216,8 @@ void DumpSession::printSummary(std::FILE* err) const {
                      codes.empty() ? "-" : codes.c_str());
     }
     if (ts) {
-        std::fprintf(err, "%-6s %9s %9s %9s %9s %9s  %s\n", "pid", "packets", "cc_breaks",
-                     "discarded", "tei", "scrambled", "carries");
+        std::fprintf(err, "%-6s %9s %9s %9s %9s %9s %9s  %s\n", "pid", "packets", "cc_breaks",
+                     "discarded", "tei", "scrambled", "cut_short", "carries");
         for (unsigned int pid : ts->followedPids()) {
             const PidCounters& p = ts->counters(pid);
             // The tables whose sections came on the PID.
@@ -229,9 +229,9 @@ void DumpSession::printSummary(std::FILE* err) const {
                 if (carries.find(name) == std::string::npos)
                     carries += (carries.empty() ? "" : ", ") + name;
             }
-            std::fprintf(err, "0x%04X %9llu %9llu %9llu %9llu %9llu  %s\n", pid, p.packets,
+            std::fprintf(err, "0x%04X %9llu %9llu %9llu %9llu %9llu %9llu  %s\n", pid, p.packets,
                          p.continuityBreaks, p.discarded, p.transportErrors, p.scrambled,
-                         carries.empty() ? "-" : carries.c_str());
+                         p.cutAtEnd, carries.empty() ? "-" : carries.c_str());
         }
     }
     if (logTotal > 0)

@@ -243,10 +243,13 @@ void TsDemux::feed(const unsigned char* data, size_t length) {
 
 void TsDemux::finish() {
     consume(true);
-    // A section still open was cut by the end of the capture, not lost in it.
+    // A section still open was cut by the end of the capture: counted apart
+    // from the sections lost inside it.
     for (auto& a : assemblers) {
-        if (a)
+        if (a && a->have != 0) {
+            ++a->counters.cutAtEnd;
             a->have = a->need = 0;
+        }
     }
     forgetCandidates();
 }

@@ -94,6 +94,7 @@ struct PidCounters {
     unsigned long long discarded = 0;         // partial sections thrown away
     unsigned long long transportErrors = 0;   // skipped: transport_error_indicator
     unsigned long long scrambled = 0;         // skipped: transport_scrambling_control
+    unsigned long long cutAtEnd = 0;          // a section the end of the input cut short
 };
 
 /**
