@@ -24,7 +24,7 @@ struct Section {
 /** Every CRC-valid section of the shared captures of a kind the library decodes. */
 const std::vector<Section>& realMix();
 
-/** The real mix plus the project's sample sections of the kinds it lacks (TOT, AIT). */
+/** The real mix plus the project's sample sections of any kind it lacks. */
 const std::vector<Section>& kindMix();
 
 /**
