@@ -381,6 +381,22 @@ TEST(SarnDump, ServicesAndProgrammeGuide) {
     const std::string page = readFile(report);
     EXPECT_EQ(page.rfind("<!DOCTYPE html>\n<html lang=\"en\">", 0), 0u);
     EXPECT_EQ(page.find("http"), std::string::npos);  // nothing fetched from anywhere
+    for (const char* piece :
+         {// The clock of the video PID; a PID's row; the first table's tree;
+          // the log line of the damaged section; the first event in the guide.
+          "<dt>Duration</dt><dd>3.96 s (PCR of PID <code>0x0111</code> (273))</dd>",
+          "<tr><th scope=\"row\"><code>0x0111</code> (273)</th><td class=\"n\">400</td><td "
+          "class=\"n\">53.05 %</td><td class=\"n\">151.9 kbit/s</td><td class=\"n\">0</td><td "
+          "class=\"n\">0</td><td class=\"n\">0</td><td>H.264/AVC video, service 0xC840; PCR, "
+          "service 0xC840</td></tr>",
+          "<ul class=\"tree\"><li><span class=\"k\">transportStreamId</span>: <span "
+          "class=\"num\">1601</span></li><li><details><summary><span "
+          "class=\"k\">programs</span>: ",
+          "section 0 <span class=\"flag\">1 log line</span></summary><div><ul class=\"log\" "
+          "aria-label=\"Logged by the library\"><li class=\"warn\">warning: ",
+          "data-start=\"2026-11-22 18:00\" data-event=\"0x0101\"><summary>18:00 Jornal "
+          "SARN</summary>"})
+        EXPECT_NE(page.find(piece), std::string::npos) << piece;
     std::remove(report.c_str());
     r = runTool("--html /nonexistent/r.html '" + kSample + "'");
     EXPECT_EQ(r.status, 1);
@@ -479,6 +495,14 @@ TEST(SarnDump, DamagedStreamsLoseOnlyWhatTheDamageTouches) {
     EXPECT_EQ(row(r.err, "0x0011  "),
               "       5         1         1         0         0         0  SDT actual");
     EXPECT_EQ(row(r.err, "0x0011"), sdtOnce);
+    // The report shows the break and the loss in the PID's row.
+    const std::string report = testing::TempDir() + "/sarn_damaged.html";
+    ASSERT_EQ(runTool("--html '" + report + "' '" + file + "'").status, 0);
+    EXPECT_NE(readFile(report).find("<code>0x0011</code> (17)</th><td class=\"n\">5</td><td "
+                                    "class=\"n\">5.05 %</td><td class=\"n\">-</td><td "
+                                    "class=\"n\"><span class=\"bad\">1</span></td>"),
+              std::string::npos);
+    std::remove(report.c_str());
     // The same packet sent twice: nothing lost.
     stream = packets;
     stream.insert(stream.begin() + 20, packets[19]);
