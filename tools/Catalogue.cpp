@@ -32,30 +32,14 @@ void merge(EventEntry& into, const EventEntry& from) {
         into.items = from.items;
         into.extendedText = from.extendedText;
     }
-    if (from.haveGenre) {
-        into.haveGenre = true;
-        into.genre1 = from.genre1;
-        into.genre2 = from.genre2;
-    }
-    if (from.haveRating) {
-        into.haveRating = true;
-        into.age = from.age;
-        into.warnings = from.warnings;
-        into.ratingCountry = from.ratingCountry;
-    }
-    if (from.haveVideo) {
-        into.haveVideo = true;
-        into.videoContent = from.videoContent;
-        into.videoType = from.videoType;
-        into.videoText = from.videoText;
-    }
-    if (from.haveAudio) {
-        into.haveAudio = true;
-        into.audioType = from.audioType;
-        into.samplingRate = from.samplingRate;
-        into.audioLanguage = from.audioLanguage;
-        into.audioText = from.audioText;
-    }
+    if (from.genre)
+        into.genre = from.genre;
+    if (from.rating)
+        into.rating = from.rating;
+    if (from.video)
+        into.video = from.video;
+    if (from.audio)
+        into.audio = from.audio;
 }
 
 /** A 12-bit length at p (low nibble of p[0], then p[1]). */
@@ -281,9 +265,7 @@ void Catalogue::onEit(unsigned int pid, const TISDBTTable& table) {
             e.extendedText += x->getText();
         }
         if (const auto* c = descriptor<TContentDescriptor>(*item, 0x54)) {
-            e.haveGenre = true;
-            e.genre1 = c->getContentNibbleLevel1();
-            e.genre2 = c->getContentNibbleLevel2();
+            e.genre = EventEntry::Genre{c->getContentNibbleLevel1(), c->getContentNibbleLevel2()};
         }
         if (const auto* r = descriptor<TParentalRatingDescriptor>(*item, 0x55)) {
             // The rating of Brazil when the descriptor has one, else its first.
@@ -294,23 +276,15 @@ void Catalogue::onEit(unsigned int pid, const TISDBTTable& table) {
                     chosen = it;
             }
             if (chosen != nullptr) {
-                e.haveRating = true;
-                e.age = chosen->getRating();
-                e.warnings = chosen->getRatingContent();
-                e.ratingCountry = chosen->getCountryCode();
+                e.rating = EventEntry::Rating{chosen->getRating(), chosen->getRatingContent(),
+                                              chosen->getCountryCode()};
             }
         }
         if (const auto* v = descriptor<TComponentDescriptor>(*item, 0x50)) {
-            e.haveVideo = true;
-            e.videoContent = v->getStreamContent();
-            e.videoType = v->getComponentType();
-            e.videoText = v->getText();
+            e.video = EventEntry::Video{v->getStreamContent(), v->getComponentType(), v->getText()};
         }
         if (const auto* a = descriptor<TAudioComponentDescriptor>(*item, 0xC4)) {
-            e.haveAudio = true;
-            e.audioType = a->getComponentType();
-            e.samplingRate = a->getSamplingRate();
-            e.audioText = a->getText();
+            e.audio = EventEntry::Audio{a->getComponentType(), a->getSamplingRate(), a->getText()};
         }
         if (item->getDescriptorList().empty())
             e.bare = 1;

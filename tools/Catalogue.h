@@ -8,6 +8,7 @@
 // wins), and rendered by Views.h.
 
 #include <map>
+#include <optional>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -80,17 +81,25 @@ struct EventEntry {
     std::string language, title, description;                // broadcast text
     std::vector<std::pair<std::string, std::string>> items;  // extended event items
     std::string extendedText;
-    bool haveGenre = false;
-    unsigned int genre1 = 0, genre2 = 0;
-    bool haveRating = false;
-    unsigned int age = 0, warnings = 0;
-    std::string ratingCountry;
-    bool haveVideo = false;
-    unsigned int videoContent = 0, videoType = 0;
-    std::string videoText;
-    bool haveAudio = false;
-    unsigned int audioType = 0, samplingRate = 0;
-    std::string audioLanguage, audioText;
+    struct Genre {
+        unsigned int level1 = 0, level2 = 0;
+    };
+    struct Rating {
+        unsigned int age = 0, warnings = 0;
+        std::string country;
+    };
+    struct Video {
+        unsigned int content = 0, type = 0;
+        std::string text;  // broadcast text
+    };
+    struct Audio {
+        unsigned int type = 0, samplingRate = 0;
+        std::string text;  // broadcast text
+    };
+    std::optional<Genre> genre;    // content descriptor
+    std::optional<Rating> rating;  // parental rating descriptor
+    std::optional<Video> video;    // component descriptor
+    std::optional<Audio> audio;    // audio component descriptor
     /** Sections that gave the event without any descriptor (the library keeps none there). */
     unsigned int bare = 0;
 };

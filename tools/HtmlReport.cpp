@@ -673,16 +673,13 @@ void guide(std::string& out, const ReportCollector& r, const TextConverter& text
                zone;
         if (!e->description.empty())
             out += "<br>" + escText(text, e->description);
-        if (e->haveGenre && *names::genre(e->genre1) != '\0')
-            out += "<br>Genre: " + esc(names::genre(e->genre1)) +
-                   (*names::subgenre(e->genre1, e->genre2) != '\0' &&
-                            std::string(names::subgenre(e->genre1, e->genre2)) !=
-                                names::genre(e->genre1)
-                        ? " / " + esc(names::subgenre(e->genre1, e->genre2))
+        if (e->genre && *names::genre(e->genre->level1) != '\0')
+            out += "<br>Genre: " + esc(names::genreText(e->genre->level1, e->genre->level2));
+        if (e->rating && *names::ageRating(e->rating->age) != '\0')
+            out += "<br>Rating: " + esc(names::ageRating(e->rating->age)) +
+                   (e->rating->warnings != 0
+                        ? " (" + esc(names::contentWarnings(e->rating->warnings)) + ")"
                         : "");
-        if (e->haveRating && *names::ageRating(e->age) != '\0')
-            out += "<br>Rating: " + esc(names::ageRating(e->age)) +
-                   (e->warnings != 0 ? " (" + esc(names::contentWarnings(e->warnings)) + ")" : "");
         if (!e->extendedText.empty())
             out += "<br>" + escText(text, e->extendedText);
         out += "<br><span class=\"muted\">Event <code>" + names::hex(e->eventId, 4) +

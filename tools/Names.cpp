@@ -204,6 +204,16 @@ const char* subgenre(unsigned int level1, unsigned int level2) {
     }
 }
 
+const char* distinctSubgenre(unsigned int level1, unsigned int level2) {
+    const char* sub = subgenre(level1, level2);
+    return std::string(sub) == genre(level1) ? "" : sub;
+}
+
+std::string genreText(unsigned int level1, unsigned int level2) {
+    const std::string name = genre(level1), sub = distinctSubgenre(level1, level2);
+    return name.empty() || sub.empty() ? name : name + " / " + sub;
+}
+
 // ABNT NBR 15603-2: the age nibble of the parental rating (ClassInd).
 const char* ageRating(unsigned int age) {
     static const char* const kNames[] = {nullptr, "L", "10", "12", "14", "16", "18"};

@@ -29,6 +29,10 @@ const char* transmissionMode(unsigned int value);
 const char* genre(unsigned int level1);
 /** Level 2 under level1 ("Telejornais", ...); "" when the table has none. */
 const char* subgenre(unsigned int level1, unsigned int level2);
+/** The subgenre when it says more than the genre ("Telejornais"), else "". */
+const char* distinctSubgenre(unsigned int level1, unsigned int level2);
+/** "Jornalismo / Telejornais", "Novela"; "" when the genre has no name. */
+std::string genreText(unsigned int level1, unsigned int level2);
 /** The Brazilian age rating of a parental rating's age nibble: "L", "10", ..., "18"; "" else. */
 const char* ageRating(unsigned int age);
 /** The content warnings of the upper nibble ("drugs", "violence", "sex"), comma-separated. */

@@ -679,29 +679,29 @@ void writeGuideJson(std::string& out, const Catalogue& c, const TextConverter& t
             j.end().key("text").broadcast(e->extendedText).end();
         }
         j.key("genre");
-        if (e->haveGenre)
+        if (e->genre)
             j.object()
                 .key("level1")
-                .number(e->genre1)
+                .number(e->genre->level1)
                 .key("level2")
-                .number(e->genre2)
+                .number(e->genre->level2)
                 .key("name")
-                .name(names::genre(e->genre1))
+                .name(names::genre(e->genre->level1))
                 .key("subgenre")
-                .name(names::subgenre(e->genre1, e->genre2))
+                .name(names::subgenre(e->genre->level1, e->genre->level2))
                 .end();
         else
             j.null();
         j.key("rating");
-        if (e->haveRating) {
+        if (e->rating) {
             j.object()
                 .key("country")
-                .broadcast(e->ratingCountry)
+                .broadcast(e->rating->country)
                 .key("age")
-                .name(names::ageRating(e->age))
+                .name(names::ageRating(e->rating->age))
                 .key("warnings")
                 .array(true);
-            const std::string warnings = names::contentWarnings(e->warnings);
+            const std::string warnings = names::contentWarnings(e->rating->warnings);
             for (size_t from = 0; from < warnings.size();) {
                 size_t comma = warnings.find(',', from);
                 if (comma == std::string::npos)
@@ -714,27 +714,27 @@ void writeGuideJson(std::string& out, const Catalogue& c, const TextConverter& t
             j.null();
         }
         j.key("video");
-        if (e->haveVideo)
+        if (e->video)
             j.object()
-                .id("stream_content", e->videoContent, 2)
-                .id("component_type", e->videoType, 2)
+                .id("stream_content", e->video->content, 2)
+                .id("component_type", e->video->type, 2)
                 .key("format")
-                .name(names::videoComponent(e->videoType))
+                .name(names::videoComponent(e->video->type))
                 .key("text")
-                .broadcast(e->videoText)
+                .broadcast(e->video->text)
                 .end();
         else
             j.null();
         j.key("audio");
-        if (e->haveAudio)
+        if (e->audio)
             j.object()
-                .id("component_type", e->audioType, 2)
+                .id("component_type", e->audio->type, 2)
                 .key("channels")
-                .name(names::audioComponent(e->audioType))
+                .name(names::audioComponent(e->audio->type))
                 .key("sampling_rate")
-                .name(names::samplingRate(e->samplingRate))
+                .name(names::samplingRate(e->audio->samplingRate))
                 .key("text")
-                .broadcast(e->audioText)
+                .broadcast(e->audio->text)
                 .end();
         else
             j.null();
@@ -763,14 +763,11 @@ void writeGuideText(std::string& out, const Catalogue& c, const TextConverter& t
         out += "  " + start.substr(0, 16) + "-" + end.substr(11, 5) + "  " +
                names::hex(e->eventId, 4) + "  " +
                (e->title.empty() ? std::string("(no title)") : plain(text, e->title));
-        if (e->haveGenre) {
-            const std::string sub = names::subgenre(e->genre1, e->genre2);
-            out += "  [" + orDash(names::genre(e->genre1)) +
-                   (sub.empty() || sub == names::genre(e->genre1) ? "" : " / " + sub) + "]";
-        }
-        if (e->haveRating && *names::ageRating(e->age) != '\0') {
-            out += std::string("  [") + names::ageRating(e->age);
-            const std::string w = names::contentWarnings(e->warnings);
+        if (e->genre)
+            out += "  [" + orDash(names::genreText(e->genre->level1, e->genre->level2)) + "]";
+        if (e->rating && *names::ageRating(e->rating->age) != '\0') {
+            out += std::string("  [") + names::ageRating(e->rating->age);
+            const std::string w = names::contentWarnings(e->rating->warnings);
             out += w.empty() ? "]" : " " + w + "]";
         }
         out += "\n";
@@ -824,15 +821,15 @@ void writeXmltv(std::string& out, const Catalogue& c, const TextConverter& text,
                 longer.pop_back();
             xmlElement(out, "    ", "desc", lang, longer);
         }
-        if (e->haveGenre && *names::genre(e->genre1) != '\0') {
-            xmlElement(out, "    ", "category", "pt", names::genre(e->genre1));
-            const std::string sub = names::subgenre(e->genre1, e->genre2);
-            if (!sub.empty() && sub != names::genre(e->genre1))
+        if (e->genre && *names::genre(e->genre->level1) != '\0') {
+            xmlElement(out, "    ", "category", "pt", names::genre(e->genre->level1));
+            const std::string sub = names::distinctSubgenre(e->genre->level1, e->genre->level2);
+            if (!sub.empty())
                 xmlElement(out, "    ", "category", "pt", sub);
         }
-        if (e->haveRating && *names::ageRating(e->age) != '\0') {
+        if (e->rating && *names::ageRating(e->rating->age) != '\0') {
             out += "    <rating system=\"ClassInd\">\n";
-            xmlElement(out, "      ", "value", "", names::ageRating(e->age));
+            xmlElement(out, "      ", "value", "", names::ageRating(e->rating->age));
             out += "    </rating>\n";
         }
         out += "  </programme>\n";
